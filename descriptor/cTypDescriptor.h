@@ -1,0 +1,443 @@
+/// @file
+/// cTypDescriptor: everything a hardware-configuration application needs to know about one PROFIBUS-DP slave type.
+///
+/// This is the one header a host includes. A host
+///   1. constructs a descriptor from a GSD file, a type file, a host record or a descriptor object image,
+///   2. reads the outcome with getStatus() and the GSD getters,
+///   3. calls checkTypeFileContents(), which validates the image and decodes it,
+///   4. asks its questions, and may save the type file with writeTypeFile().
+///
+/// Every answer is a plain integer: 0 or a count for success, a negative ResultCode for a failure. No exception leaves
+/// the library. A descriptor is used by one thread at a time, since queries write into it too; different descriptors
+/// may be used on different threads at once. Records and buffers handed over by the host stay the host's.
+
+#ifndef TYPDESCRIPTOR_DESCRIPTOR_CTYPDESCRIPTOR_H
+#define TYPDESCRIPTOR_DESCRIPTOR_CTYPDESCRIPTOR_H
+
+#include "descriptor/export.h"
+#include "descriptor/records.h"
+#include "descriptor/resultCodes.h"
+
+#include <stddef.h>
+#include <stdint.h>
+
+struct LinkCodes;
+struct ModuleList;
+struct PrmArea;
+
+/// One PROFIBUS-DP slave device type.
+class TYPDESCRIPTOR_API cTypDescriptor {
+public:
+    /// @name Construction
+    /// A constructor never fails visibly: the outcome is getStatus(). None of them checks the contents.
+    /// @{
+
+    /// Loads a device type from a file.
+    ///
+    /// A name whose third-last and second-last characters are "GS" in any case is a GSD file and is compiled; its last
+    /// letter chooses the language (E English, F French, G German, I Italian, P or S Spanish). Any other file is a type
+    /// file of at most 65534 bytes and is read whole.
+    /// @param fileName    the file, NUL-terminated; null gives the status kErrFile
+    /// @param writeFlag   not 0: write the compiled type file as well (GSD files only); a failed write is not reported
+    /// @param outputName  name of the written type file; null for the default name "__iiii_s.410" in the current
+    ///                    directory (ident number in four hexadecimal digits, language letter)
+    cTypDescriptor(const char* fileName, int writeFlag, const char* outputName);
+
+    /// Builds the type-file image from a host record.
+    /// @param record  the device type; its two text buffers may be null; nothing of it is kept; null gives the status
+    ///                kErrFile
+    explicit cTypDescriptor(const TYPEFILE_COM_QX410* record);
+
+    /// Takes back a descriptor object image made by writeObject().
+    /// @param size  size of the object image in bytes; less than 8 gives an empty type-file image
+    /// @param data  the object image, copied; null for a size of 8 or more gives the status kErrFile
+    cTypDescriptor(unsigned short size, char* data);
+
+    /// Frees every buffer that the descriptor owns.
+    ~cTypDescriptor();
+
+    cTypDescriptor(const cTypDescriptor&) = delete;
+
+    /// Copies every field as it stands, pointers included. The two objects then share their buffers, and the caller
+    /// sees to it that only one of them is destroyed, and that the buffers this object owned before are not lost.
+    cTypDescriptor& operator=(const cTypDescriptor& other);
+
+    /// The outcome of the construction, later of checkTypeFileContents().
+    /// @return 0 or a negative ResultCode
+    int getStatus() const;
+
+    /// @}
+    /// @name Results of a GSD compilation
+    /// @{
+
+    /// @return the physical line at which a failed compilation stopped, counted from 1; -1 when none failed
+    int getGsdErrLineNr() const;
+    /// @return the number of warnings; 0 when the descriptor was not built from a GSD file
+    int getGsdCntOfWarnings() const;
+    /// Copies the warnings in the order in which they were raised.
+    /// @param dst  room for getGsdCntOfWarnings() items of 8 bytes, each a GSD_WARNING_ITEM
+    void getGsdWarnings(char* dst) const;
+    /// @return GSD_Revision (0 when the file has none); -1 when the descriptor was not built from a GSD file
+    int getGsdRevision() const;
+    /// Copies one byte for each mandatory keyword: 0 missing, 1 found, 255 not required. The order is Vendor_Name,
+    /// Model_Name, Revision, Ident_Number, Protocol_Ident, Station_Type, Hardware_Release, Software_Release, Module,
+    /// Min_Slave_Intervall, a baud rate, a MaxTsdr, Max_Module, Max_Input_Len, Max_Output_Len, Max_Data_Len,
+    /// Slave_Family, Max_Diag_Data_Len.
+    /// @param dst  18 bytes; nothing is written when the descriptor was not built from a GSD file
+    void getGsdFoundMandatories(unsigned char* dst) const;
+
+    /// @}
+    /// @name Validation
+    /// @{
+
+    /// Validates the image and decodes it. Must succeed before any query; a failure is final for the descriptor.
+    /// @return 0; or -1 to -90, -201 to -220 for the first thing that is wrong
+    int checkTypeFileContents();
+
+    /// @}
+    /// @name Host record and object image
+    /// @{
+
+    /// Fills a host record from the loaded type file.
+    /// @param record  cleared up to and including userPrmDataLen, then filled; userPrmHex (two characters a byte and a
+    ///                NUL) and fixedSlotText (three characters for every byte of every fixed slot and a NUL) are
+    ///                written to where they are not null
+    /// @return 1 when the type file may be changed; 0 when not, or when nothing is loaded
+    int getCOMTypeData(TYPEFILE_COM_QX410* record);
+    /// @return the size of the object image in bytes, modulo 65536; 0 when nothing is loaded or for category II
+    unsigned short getDataSize() const;
+    /// Writes the object image: the type-file image and two 32-bit words.
+    /// @param buffer  room for the image and 8 bytes (getDataSize() bytes, plus 65536 where that wrapped)
+    /// @return 1; 0 when nothing is loaded or for category II
+    int writeObject(char* buffer) const;
+
+    /// @}
+    /// @name Output
+    /// @{
+
+    /// Writes the type file. Nothing is touched before everything that can refuse has been asked.
+    /// @param path  file to create or to overwrite
+    /// @return 0; kErrMemory not loaded; kErrNotChangeable this type file may not be changed; kErrTargetProtected the
+    ///         path names a valid type file that may not be changed; kErrWriteOpen or kErrWrite on failure
+    unsigned short writeTypeFile(const char* path);
+    /// @return 1 when the type file may be changed, else 0
+    int changeTypeFilePossible() const;
+    /// The order number of the head line, without trailing blanks.
+    /// @param text  at least 31 bytes
+    /// @return 0; kErrMemory not loaded; kErrNoOrderNumber none there or a blank one
+    unsigned short getMLFBstring(char* text);
+
+    /// @}
+    /// @name Header and type data
+    /// @{
+
+    /// @return 0; kErrHeader when not loaded (the record is then left as it is)
+    unsigned short getSlaveTypeHeader(SLAVE_TYPE_HEADER_INFO* header) const;
+    /// @return 0 category I, 1 category II, 2 station type QX410K; kErrFile when not loaded (record left as it is)
+    unsigned short getSlaveTypeData(SLAVE_TYPEDATA_TYPE* data) const;
+    /// The device family, 10 characters and a NUL.
+    /// @param text  at least 11 bytes
+    /// @return 0; kErrHeader when not loaded
+    int getFamily(char* text) const;
+    /// The bitmap name, 7 characters and a NUL.
+    /// @param name  at least 8 bytes
+    /// @return 0; kErrBitmapName when not loaded or for formats before version 5
+    int getBitMapFileName(char* name) const;
+    /// The name of the device-specific library, 8 characters and a NUL.
+    /// @param name  at least 9 bytes
+    /// @return 0; kErrLibraryName when not loaded or for formats before version 5
+    int getDLLFileName(char* name) const;
+    /// @return the slot offset (Modul_Offset); 0 when not loaded
+    int getSlotOffset() const;
+    /// @return 1 for a modular station, also before anything is loaded; 0 for a compact one
+    int isModular() const;
+    /// @param count  receives the number of preset slots when the result is 1
+    /// @return 1 when there are preset slots; 0 when there are none or nothing is loaded
+    int isKonfigFixed(int* count) const;
+    /// @return 1 when the preset slots are fixed; 0 when not, when there are none or nothing is loaded
+    int isPresetKonfigFixed() const;
+    /// The identifier of one preset slot.
+    /// @param index   below the count of isKonfigFixed(); outside, the record is cleared
+    /// @param preset  receives the identifier
+    /// @return 0; kErrIdentifier when there are no preset slots
+    int getFixedSlotId(int index, CSLAVE_SLOT_PRESET_TYPE* preset) const;
+    /// One preset slot as a whole; see the other getFixedSlotId().
+    int getFixedSlotId(int index, MLFB_ITEM* item) const;
+    /// @return 0; kErrTypeData when not loaded or without slot numbering
+    int getSlotNumbering(SLOT_NUMBERING_TYPE* numbering) const;
+    /// @return the length of the longest slot parameter block in bytes; 0 when not loaded
+    int getMaxSPBlockLen() const;
+
+    /// @}
+    /// @name Diagnostic texts
+    /// @{
+
+    /// @return the number of device diagnostic texts of both kinds; 0 when not loaded
+    int getSlaveDiagMsgCnt() const;
+    /// The texts of one device diagnostic bit.
+    /// @param byteHigh  hundreds of the byte number
+    /// @param byteLow   its last two digits; byte 1 is the first byte of the device-related diagnosis
+    /// @param bit       0 to 7
+    /// @param message   receives the texts found; both halves are cleared first
+    /// @return 0 when a text was found; else kErrDeviceDiag
+    int getSlaveDiagMsg(int byteHigh, int byteLow, int bit, SLAVE_DIAG_TYPE* message) const;
+    /// @return the number of bit-group texts; 0 when not loaded
+    int getSlaveBGrDiagMsgCnt() const;
+    /// One bit-group text.
+    /// @param index    0 to getSlaveBGrDiagMsgCnt() - 1
+    /// @param message  receives the text; left as it is on failure
+    /// @return 0; kErrDeviceDiag
+    int getSlaveBGrDiagMsg(int index, SLAVE_BGR_DIAG_TYPE* message) const;
+    /// @return the number of channel diagnostic texts; 0 when not loaded
+    int getChannelDiagMsgCnt() const;
+    /// The text of one channel error type, 30 characters and a NUL.
+    /// @param errorType  16 to 31
+    /// @param text       at least 31 bytes; left as it is on failure
+    /// @return 0; kErrChannelDiag
+    int getChannelDiagMsg(int errorType, char* text) const;
+
+    /// @}
+    /// @name Order-number list and module lists
+    /// @{
+
+    /// @return the number of order-number entries; 0 when not loaded
+    int getMLFBListCnt() const;
+    /// @param index  below getMLFBListCnt(); below 0 the record is cleared
+    /// @param item   receives the entry
+    /// @return 0; kErrOrderList when not loaded, above the list or without one
+    int getMLFBListItem(int index, MLFB_ITEM* item) const;
+    /// @return the number of module lists; 0 when not loaded
+    int getLSKCnt() const;
+    /// The text of a module list, 30 characters and a NUL.
+    /// @param index  below getLSKCnt(); below 0 the text is empty
+    /// @param text   at least 31 bytes; empty on failure
+    /// @return 0; kErrModuleList when not loaded, above the lists or without any
+    int getLSKText(int index, char* text) const;
+    /// @param index  below getLSKCnt()
+    /// @param vFlag  receives 1 when the list is fixed, else 0; left as it is on failure
+    /// @return the number of slot entries of the module list; 0 when there is no such list
+    int getSKListCnt(int index, int* vFlag) const;
+    /// @param index  below getLSKCnt(); below 0 the record is cleared
+    /// @param item   below getSKListCnt(); below 0 the record is cleared
+    /// @param entry  receives the slot entry
+    /// @return 0; kErrModuleList when not loaded or above the lists or entries
+    int getSKListItem(int index, int item, LSK_ITEM* entry) const;
+
+    /// @}
+    /// @name Parameters
+    /// @{
+
+    /// @return the number of the station's structured parameters; 0 when not loaded
+    int getParaStructCnt() const;
+    /// @param index  0 to getParaStructCnt() - 1; below 0 or equal to the count, the record is cleared
+    /// @param entry  receives the structured parameter
+    /// @return 1; 0 when not loaded or above the count
+    int getParaStruct(int index, _parastruct* entry) const;
+    /// @param block  slot parameter block, from 0
+    /// @return the number of its structured parameters; 0 when there is no such block
+    int getStructuredSlotParameterCnt(int block) const;
+    /// @param block  slot parameter block, from 0
+    /// @param index  below getStructuredSlotParameterCnt(); below 0 the record is cleared
+    /// @param entry  receives the structured parameter
+    /// @return 0; kErrSlotPrm
+    int getStructuredSlotParameter(int block, int index, _parastruct* entry);
+    /// The parameter bytes of a slot parameter block, defaults of its structured parameters included.
+    /// @param index   block, from 0
+    /// @param bytes   at least getMaxSPBlockLen() bytes
+    /// @param length  receives the number of bytes; 0 on failure
+    /// @return 0; kErrSlotPrm
+    int getSlotParameters(int index, unsigned char* bytes, int* length);
+    /// The next keyword record of a slot parameter block. The search goes on where the last call stopped, whatever the
+    /// block, and starts again after a call that found nothing.
+    /// @param keyword  receives the record found
+    /// @param index    block, from 0
+    /// @param which    0: "[SlotNumber]"
+    /// @return 1 found; 0 no more
+    int hasSPBlockThisKeyWord(KEYWORD_TYPE* keyword, int index, int which);
+    /// @param block  number of a station help block, 1 to 999
+    /// @return the number of its lines; 0 when there is no such block
+    int getHelpMessageCnt(int block) const;
+    /// @param block    number of a station help block
+    /// @param line     0 to getHelpMessageCnt() - 1
+    /// @param message  receives value and text; cleared first when loaded
+    /// @return 1; 0 when there is no such block
+    int getParaHelpMessage(int block, int line, PARA_HELPMESSAGE_TYPE* message) const;
+    /// @param block  number of a slot help block, from 1
+    /// @return the number of its lines; 0 when there is no such block; kErrSlotPrm when not loaded
+    int getSPHelpCnt(int block) const;
+    /// @param block    number of a slot help block, from 1
+    /// @param line     0 to getSPHelpCnt() - 1
+    /// @param message  receives value and text; left as it is on failure
+    /// @return 0; kErrSlotPrm when not loaded; kErrSlotHelp when there is no such block or line
+    int getSPHelpItem(int block, int line, PARA_HELPMESSAGE_TYPE* message) const;
+    /// @return the number of slot parameter blocks
+    int getSPBlockAnz() const;
+    /// @return the number of slot help blocks
+    int getSPHelpAnz() const;
+    /// @return the number of station help blocks
+    int getPSLHelpAnz() const;
+    /// @param i  0 to getPSLHelpAnz() - 1
+    /// @return the number of the i-th station help block; 0 outside the range
+    int getPSLHelpRef(int i) const;
+    /// @return 1 when the preset slots are given as order-number entries
+    int isMLFBModeP36() const;
+    /// @return 1 when the module-structure code of the preset slots ends in 'Y'
+    int isP36KY() const;
+    /// @return the device diagnostic group inside the image, owned by the descriptor; null before a check reached it
+    char* getDKMPos() const;
+
+    /// @}
+
+private:
+    friend struct TypDescriptorTestAccess;
+
+    /// A result as the operations with 16-bit results hand it out.
+    static constexpr unsigned short in16Bits(int result) { return static_cast<unsigned short>(result); }
+
+    void initialAttributes();
+    void compileGsdFile(const char* fileName, int writeFlag, const char* outputName);
+    void readTypeFile(const char* fileName);
+    void allocateImage(size_t capacity, char fill);
+
+    void fillCategoryI(TYPEFILE_COM_QX410* record) const;
+    size_t objectImageSize() const;
+    static bool isProtectedTypeFile(const char* path);
+
+    void clearCheckResults();
+    void releaseCheckResults();
+    int checkHeadLine(char** header);
+    int checkSlaveTypeHeader(char* header);
+    static int checkJNChar(char c);
+    int checkSlaveTypeDataCatI(char* typeData);
+    void startTypeData();
+    int checkFixedBlock(const char* p);
+    int checkFeatureFlag(char c, uint32_t features);
+    bool acceptFeatureLetter(char c, char letter, uint32_t feature);
+    int checkTelegramFlags(const char* p);
+    int checkStationFlags(const char* p);
+    int checkSpeeds(const char* p);
+    int checkLengthFields(char*& p);
+    int checkIoLength(char*& p, int code, int32_t& bytes, int32_t& bits);
+    int checkPresetSlots(char*& p);
+    int checkPresetEntry(char*& p, MLFB_ITEM& slot);
+    int checkVersion5Groups(char*& p);
+    int checkModuleGroups(char*& p);
+    int checkStationRules();
+    int checkDelays(char*& p);
+    int checkSlaveTypeDataCatII(char* typeData);
+    int checkSlaveTypeDataDKM(char* p, int mode, char** next);
+    int checkSlotNumbering(char* p, char** next);
+    int checkSlaveTypeDataMLFBList(char* p, char** next);
+    bool takeOrderNumber(char*& p, MLFB_ITEM& item);
+    int checkSlaveTypeDataLSK(char* p, char** next);
+    bool takeModuleList(char*& p, int expectedNumber, ModuleList& list);
+    bool takeSlotByNumber(char*& p, LSK_ITEM& entry);
+    bool takeSlotByIdentifier(char*& p, LSK_ITEM& entry);
+    bool takeSlotPrmReference(char*& p, int32_t& spIndex);
+    int checkSlaveTypeDataSPT(char* p, char** next);
+    int checkSlaveTypeDataSPTHelp(char* p, char** next);
+    int checkPresetSlot(char* p, CSLAVE_SLOT_PRESET_TYPE* preset, char** next);
+    bool takeModuleIdentifier(char*& p, CSLAVE_SLOT_PRESET_TYPE& preset);
+    int checkSPLinksInMLFBAndLSKList();
+    int checkMLFBLinksInPoint36();
+    int addSlotBlockLength(int spIndex, const LinkCodes& codes, int* lengths, int& sum);
+    bool fitsPrmTelegram(int blockLengths) const;
+    int checkUserPara(char* position);
+    int checkUserPrmBytes(char*& p);
+    int checkUserPrmList(char*& p);
+    int checkUserPrmHelp(char*& p);
+    int checkStructuredParameters(_parastruct* entries, int count, int* fields, unsigned char* bytes,
+                                  unsigned char* occupancy, int length, int first, char* position, char** next);
+    static int checkPrmRecord(_parastruct* entry, const PrmArea& area, int byteIndex, char*& p);
+    static int checkRanges(char type, char* text, int bits, int count);
+    int checkSlotParaBlock(int blockCount, char* position, char** next, int* length, char** listPosition);
+    bool isSlotParaBlock(int index) const;
+    bool parseSlotParaBlock(int index, char** next, int* length, char** listPosition);
+    void releaseParsedBlock();
+    static int checkHelpBlock(PARA_HELPM_INFO* info, char* position, char** next);
+    bool findSlotHelp(int block, PARA_HELPM_INFO* info) const;
+    static unsigned char atohex(char* text);
+    bool isValidated() const;
+    bool hasModuleList(int index) const;
+    void getSlaveDiagMsgPrivate(int number, int bit, int sense, SLAVE_DIAG_TYPE* message) const;
+
+    uint32_t madeFromGsd;
+    SLAVE_TYPE_HEADER_INFO header;
+    SLAVE_TYPEDATA_TYPE typeData;
+    int32_t status;
+    int32_t typeCategory; // 0 category I, 1 category II, 65535 before any header check
+
+    // What the checks find. Pointers without "owned" point into the image.
+    int32_t loaded;
+    int32_t changeable;
+    int32_t modular; // 1 until a check says otherwise
+    int32_t slotPrmMode;
+    int32_t vFlag; // module-structure code: second letter 'V'
+    int32_t mFlag; // first letter 'M'
+    int32_t yFlag; // second letter 'Y'
+    int32_t fixedProfileStation;
+    int32_t qmxStation;
+    int32_t qx410kStation;
+    int32_t dpAsiStation;
+    int32_t kgpStation;
+    int32_t kgpDeviceValue;
+    int32_t bareNameStation;
+    uint32_t headerCnfBits;
+    int32_t headLineLength; // with its line end; 0 for none
+    char* orderNumberPos;   // null for none
+    char* headerPos;
+    char lineEndAndTerminator[5]; // CR LF, then the record terminator
+
+    uint8_t* userPrmBytes; // owned, userPrmDataLenRead - 7 bytes
+    int32_t userPrmByteCount;
+    _parastruct* prmEntries; // owned
+    int32_t prmEntryCount;
+    PARA_HELPM_INFO* pslHelp; // owned
+    int32_t pslHelpCount;
+    char* prmAreaEnd; // the module-structure record
+
+    char* presetRecordPos;
+    MLFB_ITEM* presetSlots; // owned
+    uint8_t presetCount;
+
+    char* dkmPos;
+    int32_t deviceDiagCount;
+    int32_t rangeDiagCount;
+    char* dkkPos;
+    int32_t channelDiagCount;
+
+    char bitmapName[8];
+    char libraryName[9];
+    int32_t slotOffset;
+    SLOT_NUMBERING_TYPE slotNumbering;
+
+    MLFB_ITEM* mlfbItems; // owned
+    int32_t mlfbCount;
+    ModuleList* moduleLists; // owned, each with its entries
+    int32_t moduleListCount;
+
+    int32_t spBlockCount;
+    int32_t lastSpBlock;     // index, -1 for none
+    char** spBlockPositions; // owned, spBlockCount positions, null for a block that is not there
+    int32_t* spStructCounts; // owned
+    int32_t maxSpBlockLen;
+    char** spHelpPositions; // owned, spHelpCount positions
+    int32_t spHelpCount;
+    uint8_t* parsedBytes;       // owned, of the slot parameter block parsed last
+    _parastruct* parsedEntries; // owned, of the same
+    int32_t keywordPosition;    // record index at which hasSPBlockThisKeyWord() goes on
+
+    char* typeDataEnd;
+
+    char* image; // owned, imageCapacity characters and the slack behind them
+    uint32_t imageSize;
+    uint32_t imageCapacity;
+
+    int32_t gsdErrLineNr;
+    int32_t gsdCntOfWarnings;
+    GSD_WARNING_ITEM* gsdWarnings; // owned
+    uint8_t* gsdFoundMandatories;  // owned, 18 bytes
+    int32_t gsdRevision;
+};
+
+#endif

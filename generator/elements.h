@@ -1,0 +1,97 @@
+// The records of the GSD model, as the keyword handlers fill them and the generator reads them. Their texts and bytes
+// live in the model's arena.
+
+#pragma once
+
+#include "generator/list.h"
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+/// Keyword ids of the data-type lines; they stand for the data types throughout the model.
+enum GsdDataType : std::uint32_t {
+    kUnsigned8 = 73,
+    kUnsigned16 = 74,
+    kUnsigned32 = 75,
+    kSigned8 = 76,
+    kSigned16 = 77,
+    kSigned32 = 78,
+    kBitArea = 79,
+    kBit = 80,
+};
+
+/// One configuration identifier of a module: its identifier byte and what belongs to it. Of a special identifier with
+/// two length bytes the input length comes first.
+struct GSD_IDENT_ITEM {
+    std::span<const std::uint8_t> bytes; // within the module's configuration bytes
+};
+
+/// Where the parameter image holds a parameter.
+struct GSD_PRM_REF_ITEM {
+    std::uint32_t reference = 0;  // of an ExtUserPrmData block
+    std::uint32_t byteOffset = 0; // in the station's or the module's parameter image
+};
+
+/// A Module or KGPModule block.
+struct GSD_MODULE {
+    std::string_view name;                    // 1 to 32 characters
+    std::span<std::uint8_t> configBytes;      // 1 to 244
+    std::span<std::uint8_t> extModulePrmData; // parameter image, Ext_Module_Prm_Data_Len bytes
+    std::uint16_t moduleReference = 0;
+    std::int32_t prmDataEnd = 0;        // highest end of an Ext_User_Prm_Data_Const
+    std::int32_t paramModuleNumber = 0; // number of the module's parameter block, 0 for none
+    bool ownsPrmBlock = true;           // false: an earlier module has the same block and writes it
+    std::uint8_t preset = 0;
+    GSD_LIST<GSD_PRM_REF_ITEM> refs;
+    GSD_LIST<GSD_IDENT_ITEM> identifiers; // of a Module only
+};
+
+/// An ExtUserPrmData block. Values keep the bit pattern of their type, widened without sign.
+struct GSD_EXT_PRM_DEF {
+    std::uint16_t reference = 0;
+    std::string_view name;      // empty for the slot-number definition
+    std::uint32_t dataType = 0; // a GsdDataType
+    std::uint32_t defaultValue = 0;
+    std::uint32_t minValue = 0;
+    std::uint32_t maxValue = 0;
+    std::int32_t prmTextRef = -1; // PrmText block that names the values, -1 for none
+    std::uint8_t bitOffset = 0;
+    std::uint8_t bitCount = 0;
+    bool typeDefined = false;
+    bool isSlotNumber = false;
+};
+
+/// One Text line of a PrmText block.
+struct GSD_PRM_TEXT_ITEM {
+    std::int32_t value = 0;
+    std::string_view text;
+};
+
+/// A PrmText block. The generator numbers it, for the station and for the modules apart, when it first refers to it.
+struct GSD_PRM_TEXT {
+    std::uint16_t reference = 0;
+    std::uint16_t stationHelpNumber = 0; // 0: not used
+    std::uint16_t moduleHelpNumber = 0;
+    GSD_LIST<GSD_PRM_TEXT_ITEM> texts;
+};
+
+/// One text of a diagnostic area.
+struct GSD_DIAG_VALUE_ITEM {
+    std::uint16_t value = 0;
+    std::string_view text;
+};
+
+/// A diagnostic bit (first and last are equal) or area. Bits count from bit 0 of the first device-specific byte.
+struct GSD_UNIT_DIAG_AREA {
+    std::uint16_t firstBit = 0;
+    std::uint16_t lastBit = 0;
+    std::uint16_t mask = 0; // as many ones as the area has bits
+    GSD_LIST<GSD_DIAG_VALUE_ITEM> values;
+};
+
+/// The text of a channel error type.
+struct GSD_CHANNEL_DIAG {
+    std::uint8_t errorType = 0; // 16 to 31
+    std::string_view text;
+};

@@ -1,0 +1,163 @@
+// Preset configuration, order-number list and module list. Which of them carries the modules depends on whether the
+// station is modular and whether any module has several identifiers:
+//
+//   compact, one module             preset configuration: its identifiers
+//   compact, several modules        module list: all; preset configuration: the preset ones, if all are single
+//   modular, all single             order-number list: those without preset; preset configuration: those with
+//   modular, one with several       module list: all
+//
+// A KGP device's order-number list names its KGP modules in every case.
+
+#include "generator/typeFileGenerator.h"
+
+using namespace typefile;
+
+namespace {
+
+constexpr std::size_t kModuleListHeadWidth = 6; // tag, number, quote
+constexpr std::size_t kNumberAndQuote = kNumberDigits + 1;
+
+RecordText numberAndQuote(std::uint8_t byte)
+{
+    return RecordText().number(byte).quote();
+}
+
+} // namespace
+
+void TypeFileGenerator::writePresetConfig()
+{
+    const bool oneModule = model.modules.count() == 1;
+    std::size_t count = 0;
+    bool presetOnly = false;
+    if (model.modularStation == 0 && oneModule) {
+        count = model.modules.first().identifiers.count();
+    } else if (!model.multiIdentifierModuleSeen) {
+        for (const GSD_MODULE& module : model.modules)
+            count += module.preset != 0 ? 1 : 0;
+        presetOnly = count != 0;
+    }
+
+    const bool fixed = oneModule || model.fixPresetModules != 0;
+    image.append(recordHead(fixed ? kTagPresetFixed : kTagPresetByIdentifier, count), kStructureWidth);
+    if (count > 0) {
+        for (const GSD_MODULE& module : model.modules) {
+            if (module.preset != 0 || !presetOnly)
+                writePresetIdentifiers(module);
+        }
+    }
+    image.append(RecordText().text(kTagSlotsEnd).end());
+}
+
+void TypeFileGenerator::writePresetIdentifiers(const GSD_MODULE& module)
+{
+    bool first = true;
+    for (const GSD_IDENT_ITEM& identifier : module.identifiers) {
+        const std::span<const std::uint8_t> bytes = identifier.bytes;
+        RecordText record;
+        image.append(record.number(bytes.front()), kNumberDigits);
+        bool endsWithQuote = false;
+        if (bytes.size() > 1) {
+            image.append(RecordText().quote());
+            for (std::size_t i = 1; i < bytes.size(); ++i)
+                image.append(numberAndQuote(bytes[i]), kNumberAndQuote);
+            endsWithQuote = true;
+        }
+        if (first && module.paramModuleNumber != 0) {
+            if (!endsWithQuote)
+                image.append(RecordText().quote());
+            image.append(RecordText()
+                             .text(kTagSlotPrmBlock)
+                             .number(static_cast<std::uint32_t>(module.paramModuleNumber))
+                             .quote());
+        }
+        image.append(RecordText().end());
+        first = false;
+    }
+}
+
+void TypeFileGenerator::writeOrderNumberList()
+{
+    const std::size_t head = image.reserve(kOrderListHeadWidth);
+    unsigned count = 0;
+    if (model.isKgpDevice != 0) {
+        for (const GSD_MODULE& module : model.kgpModules) {
+            writeKgpEntry(module);
+            ++count;
+        }
+    } else if (model.modularStation == 1 && !model.multiIdentifierModuleSeen) {
+        for (const GSD_MODULE& module : model.modules) {
+            if (module.preset != 0)
+                continue;
+            writeOrderNumberEntry(module);
+            ++count;
+        }
+    }
+    image.setListHead(head, kOrderListHeadWidth, kTagOrderNumbers, count);
+}
+
+void TypeFileGenerator::writeKgpEntry(const GSD_MODULE& module)
+{
+    const std::span<const std::uint8_t> bytes = module.configBytes; // always five
+    writeQuotedName(module.name);
+    image.append(RecordText()
+                     .character('0')
+                     .number(bytes[0] | static_cast<std::uint32_t>(bytes[1]) << 8)
+                     .quote()
+                     .number(bytes[2])
+                     .quote()
+                     .number(bytes[3])
+                     .quote()
+                     .number(bytes[4])
+                     .quote());
+    writeBlockReference(module.paramModuleNumber);
+}
+
+void TypeFileGenerator::writeOrderNumberEntry(const GSD_MODULE& module)
+{
+    writeQuotedName(module.name);
+    for (const std::uint8_t byte : module.identifiers.first().bytes)
+        image.append(numberAndQuote(byte), kNumberAndQuote);
+    writeBlockReference(module.paramModuleNumber);
+}
+
+void TypeFileGenerator::writeModuleList()
+{
+    const std::size_t head = image.reserve(kListHeadWidth);
+    std::size_t count = 0;
+    if (model.modularStation == 0 ? model.modules.count() > 1 : model.multiIdentifierModuleSeen) {
+        for (const GSD_MODULE& module : model.modules)
+            writeModuleListEntry(module, ++count);
+    }
+    image.setListHead(head, kListHeadWidth, kTagModuleLists, count);
+}
+
+void TypeFileGenerator::writeModuleListEntry(const GSD_MODULE& module, std::size_t number)
+{
+    image.append(RecordText().text(kTagModuleList).number(number).quote(), kModuleListHeadWidth);
+    image.appendField(module.name, kNameWidth);
+    image.append(RecordText().quote().end());
+    image.append(recordHead(kTagPresetByIdentifier, module.identifiers.count()));
+    bool first = true;
+    for (const GSD_IDENT_ITEM& identifier : module.identifiers) {
+        for (const std::uint8_t byte : identifier.bytes) {
+            image.append(numberAndQuote(byte), kNumberAndQuote);
+            image.set(image.imageLength, " "); // the text field begins here when this was the last byte
+        }
+        image.imageLength += kSlotTextWidth;
+        image.append(RecordText().quote());
+        writeBlockReference(first ? module.paramModuleNumber : 0);
+        first = false;
+    }
+}
+
+void TypeFileGenerator::writeBlockReference(std::int32_t blockNumber)
+{
+    image.append(RecordText().text(kTagSlotPrmBlock).number(static_cast<std::uint32_t>(blockNumber)).quote().end());
+}
+
+void TypeFileGenerator::writeQuotedName(std::string_view name)
+{
+    image.append(RecordText().quote());
+    image.appendField(name, kNameWidth);
+    image.append(RecordText().quote());
+}

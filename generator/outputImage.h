@@ -1,0 +1,66 @@
+// The image that a compilation fills: a buffer of fixed capacity, owned by somebody else, with a write position.
+//
+// Every write of the generator goes through imageAt(), whose one bounds test leaves a headroom that no single record
+// reaches; a full image ends the generation with ImageFull.
+
+#pragma once
+
+#include "generator/recordText.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+/// Thrown by OutputImage::imageAt(); caught by the generator's top level and nowhere else.
+struct ImageFull {};
+
+class OutputImage {
+public:
+    static constexpr std::uint32_t kHeadroom = 80;
+
+    OutputImage(char* buffer, std::uint32_t capacity) : image(buffer), imageCapacity(capacity) {}
+
+    /// The character at a position; throws ImageFull when the position and the headroom reach the capacity.
+    char* imageAt(std::size_t position)
+    {
+        if (position + kHeadroom >= imageCapacity)
+            throw ImageFull{};
+        return image + position;
+    }
+
+    /// Fills the whole image with blanks.
+    void clear();
+
+    /// Writes characters into the fixed part of the image (head line, header, fixed type data), for which every usable
+    /// image has room.
+    void setFixed(std::size_t position, std::string_view text);
+
+    /// Writes characters at a position and nothing behind them.
+    void set(std::size_t position, std::string_view text);
+
+    /// Appends a record, ends it with a NUL that the next write overwrites, and moves on by its length.
+    void append(const RecordText& record) { append(record, record.length()); }
+    /// The same, moving on by a fixed width whatever the record's length.
+    void append(const RecordText& record, std::size_t width);
+
+    /// Appends a text field: at most `width` characters, padded with the blanks that the image was filled with.
+    void appendField(std::string_view text, std::size_t width);
+
+    /// Leaves room at the write position, to be filled later with set(); returns where.
+    std::size_t reserve(std::size_t width);
+    /// Fills room left for the head of a list. The terminator stands at the end of the room, and so over the last digits
+    /// of a count that has more than three.
+    void setListHead(std::size_t position, std::size_t width, std::string_view tag, std::size_t count);
+
+    char* data() { return image; }
+    const char* data() const { return image; }
+    std::uint32_t capacity() const { return imageCapacity; }
+
+    std::size_t imageLength = 0; // characters of the image in use: the write position
+    std::size_t headerPos = 0;   // first character of the header
+    std::size_t typeDataPos = 0; // first character of the type data
+
+private:
+    char* image;
+    std::uint32_t imageCapacity;
+};

@@ -1,0 +1,208 @@
+// Parameter blocks and help texts: the parameters of the station, those of the modules' slot parameter blocks, and for
+// either the texts of their values. Station and module help texts are numbered apart, in the order of their first use,
+// and listed in the order of their definition.
+
+#include "descriptor/resultCodes.h"
+#include "generator/typeFileGenerator.h"
+
+using namespace typefile;
+
+namespace {
+
+constexpr std::size_t kPrmHeadWidth = 6; // tag, byte index, quote
+constexpr std::size_t kKeywordHeadWidth = 5;
+constexpr std::size_t kBitGroupWidth = 6; // tag, first bit, width, quote
+constexpr std::size_t kBitGroupRange = 8; // minimum and maximum with their quotes
+constexpr std::size_t kHelpReferenceWidth = 9;
+constexpr std::size_t kHelpHeadWidth = 8;
+
+RecordText quotedNumbers(std::string_view type, const GSD_EXT_PRM_DEF& definition, std::size_t digits,
+                         std::uint32_t mask)
+{
+    RecordText record;
+    record.text(type).quote();
+    for (const std::uint32_t value : {definition.defaultValue, definition.minValue, definition.maxValue})
+        record.number(value & mask, digits).quote();
+    return record;
+}
+
+RecordText quotedSignedNumbers(const GSD_EXT_PRM_DEF& definition)
+{
+    RecordText record;
+    record.text(kTypeSigned).quote();
+    for (const std::uint32_t value : {definition.defaultValue, definition.minValue, definition.maxValue})
+        record.signedNumber(static_cast<std::int16_t>(value & 0xFFFF), kLongNumberDigits).quote();
+    return record;
+}
+
+std::string_view keywordType(std::uint32_t dataType)
+{
+    switch (dataType) {
+    case kUnsigned8:
+        return kTypeByte;
+    case kUnsigned16:
+        return kTypeUnsigned;
+    default:
+        return kTypeSigned;
+    }
+}
+
+/// '0' plus a number, as one character whatever the number.
+char digitCharacter(unsigned number)
+{
+    return static_cast<char>('0' + number);
+}
+
+} // namespace
+
+void TypeFileGenerator::writePrmBytes(const std::uint8_t* bytes, std::size_t available, std::size_t count)
+{
+    image.append(recordHead(kTagUserPrmBytes, count));
+    for (std::size_t i = 0; i < count; ++i)
+        image.append(RecordText().hexByte(i < available ? bytes[i] : std::uint8_t{0}).end());
+}
+
+int TypeFileGenerator::writeStationPrmBlock()
+{
+    image.append(recordHead(kTagPrmList, model.extUserPrmRefs.count()), kListHeadWidth);
+    model.nextHelpTextNumber = 1;
+    for (const GSD_PRM_REF_ITEM& placement : model.extUserPrmRefs) {
+        if (const int result = writePrmRecord(placement, Scope::station); result < 0)
+            return result;
+    }
+    return kOk;
+}
+
+int TypeFileGenerator::writePrmRecord(const GSD_PRM_REF_ITEM& placement, Scope scope)
+{
+    const std::size_t byteIndex = placement.byteOffset + (scope == Scope::station ? kStandardPrmBytes : 0);
+    image.append(RecordText().text(kTagPrm).number(byteIndex).quote(), 0);
+    const GSD_EXT_PRM_DEF* definition = model.findExtPrmDef(placement.reference);
+    if (definition == nullptr)
+        return kErrGsdReference;
+
+    if (definition->isSlotNumber) {
+        image.imageLength += kKeywordHeadWidth;
+        image.append(RecordText()
+                         .text(kKeywordSlotNumber)
+                         .character('[')
+                         .text(keywordType(definition->dataType))
+                         .character(']')
+                         .text(kKeywordTail)
+                         .end());
+        return kOk;
+    }
+
+    image.imageLength += kPrmHeadWidth;
+    image.appendField(definition->name, kNameWidth);
+    image.appendField({&kQuote, 1}, 1);
+    writeValueDescription(*definition);
+    image.append(RecordText().text(kTagHelp).number(helpNumber(*definition, scope)).quote().end(), kHelpReferenceWidth);
+    return kOk;
+}
+
+void TypeFileGenerator::writeValueDescription(const GSD_EXT_PRM_DEF& definition)
+{
+    switch (definition.dataType) {
+    case kUnsigned8:
+    case kSigned8:
+        image.append(quotedNumbers(kTypeByte, definition, kNumberDigits, 0xFFFFFFFF));
+        break;
+    case kUnsigned16:
+    case kUnsigned32:
+    case kSigned32:
+        // The format has no 32-bit parameters: hosts get the low half, and the reader has warned about it.
+        image.append(quotedNumbers(kTypeUnsigned, definition, kLongNumberDigits, 0xFFFF));
+        break;
+    case kSigned16:
+        image.append(quotedSignedNumbers(definition));
+        break;
+    case kBitArea: {
+        const unsigned place = definition.bitOffset * 10U + definition.bitCount;
+        image.append(RecordText().text(kTagBitGroup).number(place, 2).quote(), kBitGroupWidth);
+        RecordText bits;
+        for (unsigned bit = definition.bitCount; bit-- > 0;)
+            bits.character((definition.defaultValue >> bit & 1U) != 0 ? '1' : '0');
+        image.append(bits.quote());
+        image.append(RecordText().number(definition.minValue).quote().number(definition.maxValue).quote(),
+                     kBitGroupRange);
+        break;
+    }
+    case kBit:
+        image.append(RecordText()
+                         .text(kTypeBit)
+                         .character(digitCharacter(definition.bitOffset))
+                         .character(' ')
+                         .quote()
+                         .character(digitCharacter(definition.defaultValue & 0xFF))
+                         .text("\"0\"1\""));
+        break;
+    default:
+        break;
+    }
+}
+
+std::uint16_t TypeFileGenerator::helpNumber(const GSD_EXT_PRM_DEF& definition, Scope scope)
+{
+    if (definition.prmTextRef == -1)
+        return 0;
+    GSD_PRM_TEXT& text = *model.findPrmText(static_cast<std::uint32_t>(definition.prmTextRef));
+    std::uint16_t& number = scope == Scope::station ? text.stationHelpNumber : text.moduleHelpNumber;
+    if (number == 0)
+        number = model.nextHelpTextNumber++;
+    return number;
+}
+
+void TypeFileGenerator::writeHelpTextBlock(Scope scope)
+{
+    const std::size_t head = image.reserve(kListHeadWidth);
+    unsigned count = 0;
+    for (const GSD_PRM_TEXT& block : model.prmTexts) {
+        const std::uint16_t number = scope == Scope::station ? block.stationHelpNumber : block.moduleHelpNumber;
+        if (number == 0)
+            continue;
+        ++count;
+        image.append(RecordText().text(kTagHelp).number(number).end(), kHelpHeadWidth);
+        image.append(RecordText().text(kTagHelpLines).number(static_cast<std::uint16_t>(block.texts.count()), 1).end());
+        for (const GSD_PRM_TEXT_ITEM& item : block.texts) {
+            writeQuotedName(item.text);
+            // A value of more than five digits runs under the terminator at its fixed place.
+            image.append(RecordText().number(static_cast<std::uint32_t>(item.value), kHelpValueDigits).quote(),
+                         kHelpValueDigits + 1);
+            image.appendField(kTerminator, kTerminator.size());
+        }
+    }
+    image.set(head, recordHead(kTagHelpList, count).view());
+}
+
+int TypeFileGenerator::writeSlotPrmBlocks(const GSD_LIST<GSD_MODULE>& modules)
+{
+    const std::size_t head = image.reserve(kListHeadWidth);
+    unsigned blocks = 0;
+    if (model.extPrmUsed) {
+        model.nextHelpTextNumber = 1;
+        for (const GSD_MODULE& module : modules) {
+            if (module.paramModuleNumber < 1 || !module.ownsPrmBlock)
+                continue;
+            if (const int result = writeSlotPrmBlock(module); result < 0)
+                return result;
+            ++blocks;
+        }
+    }
+    image.set(head, recordHead(kTagSlotPrmBlocks, blocks).view());
+    return kOk;
+}
+
+int TypeFileGenerator::writeSlotPrmBlock(const GSD_MODULE& module)
+{
+    const std::span<const std::uint8_t> bytes = module.extModulePrmData;
+    image.append(recordHead(kTagSlotPrmBlock, static_cast<std::uint32_t>(module.paramModuleNumber)));
+    image.append(RecordText().number(bytes.size()).end());
+    writePrmBytes(bytes.data(), bytes.size(), static_cast<std::size_t>(module.prmDataEnd));
+    image.append(recordHead(kTagPrmList, module.refs.count()));
+    for (const GSD_PRM_REF_ITEM& placement : module.refs) {
+        if (const int result = writePrmRecord(placement, Scope::module); result < 0)
+            return result;
+    }
+    return kOk;
+}

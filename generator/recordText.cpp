@@ -1,0 +1,24 @@
+#include "generator/recordText.h"
+
+RecordText& RecordText::number(std::uint64_t value, std::size_t digits)
+{
+    std::array<char, 20> decimal{}; // as many digits as 64 bits may need
+    std::size_t start = decimal.size();
+    for (; value != 0 || decimal.size() - start < digits; value /= 10)
+        decimal[--start] = static_cast<char>('0' + value % 10);
+    return text({decimal.data() + start, decimal.size() - start});
+}
+
+RecordText& RecordText::signedNumber(std::int32_t value, std::size_t digits)
+{
+    if (value < 0)
+        character('-');
+    const auto magnitude = static_cast<std::int64_t>(value);
+    return number(static_cast<std::uint64_t>(magnitude < 0 ? -magnitude : magnitude), digits);
+}
+
+RecordText& RecordText::hexByte(std::uint8_t value)
+{
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    return character(kDigits[value >> 4]).character(kDigits[value & 0x0F]);
+}

@@ -1,0 +1,364 @@
+// The driver of the compilation; see the header.
+
+#include "gsd/cGsdCompiler.h"
+
+#include "descriptor/resultCodes.h"
+#include "generator/typeFileGenerator.h"
+#include "gsd/families.h"
+#include "gsd/textScan.h"
+#include "typefile/scan.h"
+#include "typefile/stationTypes.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <new>
+
+using namespace typefile;
+
+namespace {
+
+constexpr std::size_t kInitialLineBufferSize = 500;
+constexpr std::size_t kContinuationLimit = 499;
+constexpr char kContinuationMark = '\\';
+constexpr char kCommentMark = ';';
+constexpr std::string_view kSectionLine = "#Profibus_DP";
+constexpr std::uint8_t kNotRequired = 255;
+constexpr std::string_view kBlankField = "                 "; // as wide as the widest header field
+
+struct Language {
+    char lastLetter;
+    std::uint32_t index;
+    char letter;
+};
+
+constexpr std::array<Language, 6> kLanguages{{
+    {'E', 1, 'E'},
+    {'F', 2, 'F'},
+    {'G', 0, 'D'},
+    {'I', 4, 'I'},
+    {'P', 3, 'S'},
+    {'S', 3, 'S'},
+}};
+
+std::tm localTime()
+{
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+#if defined(_WIN32)
+    localtime_s(&local, &now);
+#else
+    localtime_r(&now, &local);
+#endif
+    return local;
+}
+
+RecordText twoDigitFields(char separator, int first, int second, int third)
+{
+    const auto digits = [](int value) { return static_cast<std::uint64_t>(value % 100); };
+    return RecordText()
+        .number(digits(first), 2)
+        .character(separator)
+        .number(digits(second), 2)
+        .character(separator)
+        .number(digits(third), 2);
+}
+
+/// The first line of the image, with blanks for the order number.
+std::string makeHeadLine()
+{
+    const std::tm now = localTime();
+    std::string line = "TYPGEN V2.53, TimeStamp: ";
+    line += twoDigitFields('/', now.tm_mon + 1, now.tm_mday, now.tm_year).view();
+    line += ", ";
+    line += twoDigitFields(':', now.tm_hour, now.tm_min, now.tm_sec).view();
+    line += " <";
+    line.append(kOrderNumberWidth, ' ');
+    line += ">\r\n";
+    return line;
+}
+
+bool isContinued(std::string_view line)
+{
+    return !line.empty() && line.back() == kContinuationMark;
+}
+
+void copyItems(const GSD_LIST<GSD_WARNING_ITEM>& list, GSD_WARNING_ITEM* items)
+{
+    for (const GSD_WARNING_ITEM& item : list)
+        *items++ = item;
+}
+
+} // namespace
+
+cGsdCompiler::cGsdCompiler(char* image, std::uint32_t capacity)
+    : model(image, capacity), lineBufferSize(kInitialLineBufferSize)
+{
+    if (capacity < kMinImageCapacity) {
+        model.initError = 1;
+        return;
+    }
+    model.headerLine = makeHeadLine();
+    model.image.headerPos = model.headerLine.size();
+    model.image.typeDataPos = model.image.headerPos + kHeaderLength;
+    lineBuffer.reserve(kInitialLineBufferSize);
+}
+
+int cGsdCompiler::compile(const char* fileName, int writeFlag, const char* outputName)
+{
+    if (compileStarted)
+        return kErrGsdSecondCompile;
+    compileStarted = true;
+    if (model.initError != 0)
+        return kErrGsdMemory;
+    try {
+        resetModel();
+        chooseLanguage(fileName);
+        if (const int result = compileFile(fileName); result < 0)
+            return result;
+        if (writeFlag != 0)
+            writeTypeFile(outputName);
+        return kOk;
+    } catch (const std::bad_alloc&) {
+        return kErrGsdMemory;
+    }
+}
+
+void cGsdCompiler::copyWarnings(GSD_WARNING_ITEM* items) const
+{
+    copyItems(warnings, items);
+}
+
+void cGsdCompiler::copySpareItems(GSD_WARNING_ITEM* items) const
+{
+    copyItems(spareMessages, items);
+}
+
+void cGsdCompiler::copyFoundMandatories(std::uint8_t* found) const
+{
+    std::copy(foundMandatories.begin(), foundMandatories.end(), found);
+}
+
+void cGsdCompiler::resetModel()
+{
+    lineNumber = 0;
+    model.image.clear();
+    model.image.setFixed(0, model.headerLine);
+
+    setHeader(kVersion, kCurrentVersion);
+    setHeader(kStationType, kStationDpsClass1);
+    // The language is not chosen yet: a file without Slave_Family shows the first language's name.
+    setHeader(kFamily, kFamilyNames[0][0]);
+    setHeader(kMakerDevice, 'N');
+    setHeader(kHeaderCnf, 'J');
+    for (const std::size_t position : kHeaderTerminators)
+        model.image.setFixed(model.image.headerPos + position, kTerminator);
+
+    for (std::size_t i = 0; i < kBaudRates.width; ++i)
+        setTypeData(kBaudRates.position + i, '0');
+    for (const std::size_t position : {kSetSlaveAddress, kSyncMode, kFreezeMode, kPublisherSubscriber, kDiagBufferable,
+                                       kActiveMaster, kEvenSlotNumber, kChangeable, kAsicCode, kFailSafe, kModuleKinds})
+        setTypeData(position, 'N');
+    setTypeDataNumber(kMaxDiagLen, kMaxDiagLenValue);
+}
+
+void cGsdCompiler::chooseLanguage(std::string_view fileName)
+{
+    const char last = fileName.empty() ? '\0' : toUpper(fileName.back());
+    const auto language = std::find_if(kLanguages.begin(), kLanguages.end(),
+                                       [last](const Language& candidate) { return candidate.lastLetter == last; });
+    if (language == kLanguages.end())
+        return;
+    languageIndex = language->index;
+    languageLetter = language->letter;
+}
+
+int cGsdCompiler::compileFile(const char* fileName)
+{
+    if (!reader.open(fileName))
+        return kErrGsdOpen;
+    if (const int result = readLines(); result < 0)
+        return result;
+    if (reader.failed())
+        return kErrGsdOpen;
+    if (const int result = checkWholeFile(); result < 0)
+        return result;
+    return TypeFileGenerator(model).generateTypeFile();
+}
+
+int cGsdCompiler::readLines()
+{
+    while (reader.good()) {
+        std::string_view line;
+        if (const int result = readPhysicalLine(line, lineBufferSize - 1); result < 0)
+            return result;
+        if (line.empty())
+            continue;
+        if (!sectionStarted) {
+            sectionStarted = compareIgnoringCase(line, kSectionLine) == 0;
+            keywordSeen[GsdKeywordTable::kSectionStart] = sectionStarted ? 1 : 0;
+            continue;
+        }
+        if (isContinued(line)) {
+            lineBuffer = line;
+            if (const int result = joinContinuations(); result < 0)
+                return result;
+            line = lineBuffer;
+        }
+        if (const int result = handleLine(line); result < 0)
+            return result;
+    }
+    return kOk;
+}
+
+/// Reads a physical line without its comment and the blanks around it. A line longer than the limit may lose nothing
+/// but comment, or it is refused; before the section such a line is skipped whole.
+int cGsdCompiler::readPhysicalLine(std::string_view& line, std::size_t limit)
+{
+    const bool complete = reader.read(line, limit);
+    ++lineNumber;
+    const std::size_t comment = findUnquoted(line, kCommentMark);
+    if (comment == std::string_view::npos && !complete) {
+        line = {};
+        return sectionStarted ? kErrGsdSyntax : kOk;
+    }
+    line = withoutTrailingBlanks(withoutLeadingBlanks(line.substr(0, comment)));
+    return kOk;
+}
+
+/// Appends to the line buffer, which ends in a backslash, the lines with which it goes on.
+int cGsdCompiler::joinContinuations()
+{
+    std::size_t searched = 0; // no backslash stands before
+    while (isContinued(lineBuffer) && reader.good()) {
+        lineBuffer.pop_back();
+        if (lineBuffer.find(kContinuationMark, searched) != std::string::npos)
+            return kErrGsdSyntax;
+        lineBuffer.resize(withoutTrailingBlanks(lineBuffer).size());
+        searched = lineBuffer.size();
+        lineBuffer += kContinuationMark; // stays in its place until a line that is not empty takes it
+
+        std::string_view continuation;
+        if (const int result = readPhysicalLine(continuation, kContinuationLimit); result < 0)
+            return result;
+        if (continuation.empty())
+            continue;
+        lineBufferSize = std::max(lineBufferSize, lineBuffer.size() + continuation.size() + 2);
+        lineBuffer.pop_back();
+        lineBuffer += continuation;
+    }
+    return kOk;
+}
+
+int cGsdCompiler::handleLine(std::string_view text)
+{
+    if (text.find(kContinuationMark) != std::string_view::npos)
+        return kErrGsdSyntax;
+    GsdLine line;
+    if (const int result = tokenizer.tokenize(text, line); result < 0)
+        return result == kErrGsdKeyword ? static_cast<int>(kOk) : result; // unknown keywords are other readers'
+    if (GsdKeywordTable::kRows[line.keyword].occurrence == GsdOccurrence::once) {
+        if (keywordSeen[line.keyword] != 0)
+            return kErrGsdRepeated;
+        keywordSeen[line.keyword] = 1;
+    }
+    return handleKeyword(line);
+}
+
+int cGsdCompiler::handleKeyword(const GsdLine& line)
+{
+    const GsdKeyword& keyword = GsdKeywordTable::kRows[line.keyword];
+    if (!line.argument.empty() && !keyword.takesArgument())
+        return kErrGsdSyntax;
+    if (keyword.mandatory != kNotMandatory)
+        foundMandatories[static_cast<std::size_t>(keyword.mandatory)] = 1;
+    if ((keyword.blocks & openBlock) == 0)
+        return kErrGsdSyntax;
+    return (this->*keyword.handler)(line);
+}
+
+int cGsdCompiler::checkWholeFile()
+{
+    if (!sectionStarted)
+        return kErrGsdNoSection;
+    if (openBlock != kOutside)
+        return kErrGsdSyntax;
+    for (const GsdMandatory optional : {kModuleFound, kSlaveFamilyFound, kMaxDiagDataLenFound})
+        foundMandatories[static_cast<std::size_t>(optional)] = kNotRequired;
+    if (model.modularStation == 0) {
+        for (const GsdMandatory ofModular : {kMaxModuleFound, kMaxInputLenFound, kMaxOutputLenFound, kMaxDataLenFound})
+            foundMandatories[static_cast<std::size_t>(ofModular)] = kNotRequired;
+    }
+    if (std::find(foundMandatories.begin(), foundMandatories.end(), 0) != foundMandatories.end())
+        return kErrGsdMandatory;
+    return isKgpConsistent() ? kOk : kErrGsdConfiguration;
+}
+
+bool cGsdCompiler::isKgpConsistent() const
+{
+    if (model.isKgpDevice == 0)
+        return model.kgpModules.empty();
+    if (model.multiIdentifierModuleSeen)
+        return false;
+    for (const GSD_MODULE& module : model.modules) {
+        if (module.preset == 0)
+            return false;
+    }
+    return true;
+}
+
+void cGsdCompiler::writeTypeFile(const char* outputName) const
+{
+    const std::string name = outputName != nullptr ? outputName : defaultOutputName();
+    if (std::FILE* file = std::fopen(name.c_str(), "wb"); file != nullptr) {
+        std::fwrite(model.image.data(), 1, model.image.imageLength, file);
+        std::fclose(file);
+    }
+}
+
+std::string cGsdCompiler::defaultOutputName() const
+{
+    RecordText name;
+    name.text("__")
+        .hexByte(static_cast<std::uint8_t>(model.identNumber >> 8))
+        .hexByte(static_cast<std::uint8_t>(model.identNumber & 0xFF))
+        .character('_')
+        .character(languageLetter)
+        .text(".410");
+    return std::string(name.view());
+}
+
+void cGsdCompiler::addWarning(int code)
+{
+    warnings.append(model.arena, {code, lineNumber});
+}
+
+void cGsdCompiler::warnOfLongText(const GsdString& text)
+{
+    if (text.length() > kNameWidth)
+        addWarning(kWarnTextCut);
+}
+
+void cGsdCompiler::setHeader(TextField field, std::string_view text)
+{
+    const std::size_t position = model.image.headerPos + field.position;
+    text = text.substr(0, field.width);
+    model.image.setFixed(position, text);
+    model.image.setFixed(position + text.size(), kBlankField.substr(0, field.width - text.size()));
+}
+
+void cGsdCompiler::setHeader(std::size_t position, char c)
+{
+    model.image.setFixed(model.image.headerPos + position, {&c, 1});
+}
+
+void cGsdCompiler::setTypeData(std::size_t position, char c)
+{
+    model.image.setFixed(model.image.typeDataPos + position, {&c, 1});
+}
+
+void cGsdCompiler::setTypeDataNumber(TextField field, std::uint32_t value)
+{
+    model.image.setFixed(model.image.typeDataPos + field.position, RecordText().number(value, field.width).view());
+}

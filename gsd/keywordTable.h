@@ -1,0 +1,99 @@
+// What the reader knows about every keyword, in one row each: tokenizer, once-only rule, mandatory record, block rule
+// and dispatcher read these rows and have no keyword lists of their own.
+
+#pragma once
+
+#include "typefile/scan.h"
+
+#include <array>
+#include <cstddef>
+#include <string_view>
+
+class cGsdCompiler;
+
+/// One logical line, taken apart.
+struct GsdLine {
+    std::size_t keyword = 0;   // index of its row
+    std::string_view value;    // the rest of the line
+    std::string_view argument; // what stood in parentheses, without white space
+};
+
+/// Where a keyword may stand: outside of every block, or in which.
+enum GsdBlock : unsigned {
+    kOutside = 1,
+    kInModule = 2,
+    kInExtPrmDef = 4,
+    kInPrmText = 8,
+    kInUnitDiagArea = 16,
+};
+
+/// How a keyword's line goes on.
+enum class GsdForm {
+    value,        // "= value"
+    argument,     // "(argument) = value", the argument may be left out
+    bare,         // the rest of the line
+    bareArgument, // "(argument)" and the rest of the line
+};
+
+enum class GsdOccurrence { once, repeated };
+
+/// Entries of the record of mandatory keywords.
+enum GsdMandatory : int {
+    kNotMandatory = -1,
+    kVendorNameFound,
+    kModelNameFound,
+    kRevisionFound,
+    kIdentNumberFound,
+    kProtocolIdentFound,
+    kStationTypeFound,
+    kHardwareReleaseFound,
+    kSoftwareReleaseFound,
+    kModuleFound,
+    kMinSlaveIntervalFound,
+    kBaudRateFound, // any of eleven; set by their handler once the value is read
+    kMaxTsdrFound,  // likewise
+    kMaxModuleFound,
+    kMaxInputLenFound,
+    kMaxOutputLenFound,
+    kMaxDataLenFound,
+    kSlaveFamilyFound,
+    kMaxDiagDataLenFound,
+    kMandatoryKeywords,
+};
+
+struct GsdKeyword {
+    std::string_view spelling;
+    GsdForm form;
+    GsdOccurrence occurrence;
+    GsdMandatory mandatory;
+    unsigned blocks; // of GsdBlock
+    int (cGsdCompiler::*handler)(const GsdLine& line);
+
+    constexpr bool takesEquals() const { return form == GsdForm::value || form == GsdForm::argument; }
+    constexpr bool takesArgument() const { return form == GsdForm::argument || form == GsdForm::bareArgument; }
+};
+
+struct GsdKeywordTable {
+    static constexpr std::size_t kCount = 106;
+    static constexpr std::size_t kSectionStart = 0; // "#Profibus_DP"
+    static constexpr std::size_t kNone = kCount;
+
+    static const std::array<GsdKeyword, kCount> kRows; // by keyword id
+
+    /// The first row with whose spelling the line begins, in any case; kNone when there is none.
+    static std::size_t find(std::string_view line);
+};
+
+/// Compares without regard to the case of ASCII letters: below 0, 0 or above 0.
+constexpr int compareIgnoringCase(std::string_view a, std::string_view b)
+{
+    for (std::size_t i = 0; i < a.size() && i < b.size(); ++i) {
+        const auto x = static_cast<unsigned char>(typefile::toUpper(a[i]));
+        const auto y = static_cast<unsigned char>(typefile::toUpper(b[i]));
+        if (x != y)
+            return x < y ? -1 : 1;
+    }
+    if (a.size() == b.size())
+        return 0;
+    return a.size() < b.size() ? -1 : 1;
+}

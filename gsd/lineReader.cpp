@@ -1,0 +1,62 @@
+#include "gsd/lineReader.h"
+
+#include <algorithm>
+
+bool LineReader::open(const char* fileName)
+{
+    file.reset(std::fopen(fileName, "rb"));
+    if (!file)
+        return false;
+    // The block is the buffer; a second one in the stream would only copy every character once more.
+    std::setvbuf(file.get(), nullptr, _IONBF, 0);
+    fill();
+    ended = readError;
+    return !readError;
+}
+
+bool LineReader::read(std::string_view& line, std::size_t limit)
+{
+    const std::string_view rest(block.data() + next, used - next);
+    bool complete = true;
+    if (const std::size_t lineFeed = rest.find('\n'); lineFeed != std::string_view::npos) {
+        line = rest.substr(0, std::min(lineFeed, limit));
+        complete = lineFeed <= limit;
+        next += lineFeed + 1;
+    } else {
+        line = readAcrossBlocks(limit, complete);
+    }
+    if (const std::size_t end = line.find('\0'); end != std::string_view::npos) {
+        line = line.substr(0, end);
+        return true;
+    }
+    return complete;
+}
+
+std::string_view LineReader::readAcrossBlocks(std::size_t limit, bool& complete)
+{
+    spanning.clear();
+    for (;;) {
+        const std::string_view rest(block.data() + next, used - next);
+        const std::size_t length = std::min(rest.find('\n'), rest.size());
+        const std::size_t kept = std::min(length, limit - spanning.size());
+        spanning += rest.substr(0, kept);
+        complete = complete && kept == length;
+        next += length;
+        if (length < rest.size()) {
+            ++next;
+            return spanning;
+        }
+        fill();
+        if (used == 0) {
+            ended = true;
+            return spanning;
+        }
+    }
+}
+
+void LineReader::fill()
+{
+    next = 0;
+    used = std::fread(block.data(), 1, block.size(), file.get());
+    readError = readError || std::ferror(file.get()) != 0;
+}

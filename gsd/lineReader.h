@@ -1,0 +1,45 @@
+// Physical lines of a text file, read in blocks.
+//
+// A line ends at a line feed, which is consumed and not stored, or at the end of the file. A file whose last character
+// is a line feed has one more, empty, line behind it. A NUL ends the text of its line.
+
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <string_view>
+
+class LineReader {
+public:
+    /// @return false when the file cannot be opened or is nothing one can read from
+    bool open(const char* fileName);
+
+    /// Whether another line can be read: no line so far ended at the end of the file.
+    bool good() const { return !ended; }
+    /// Whether the file broke off with a read error.
+    bool failed() const { return readError; }
+
+    /// Reads the next line.
+    /// @param line   receives at most `limit` characters, valid until the next call; characters beyond are dropped
+    /// @return false when characters were dropped
+    bool read(std::string_view& line, std::size_t limit);
+
+private:
+    struct Closer {
+        void operator()(std::FILE* opened) const { std::fclose(opened); }
+    };
+
+    std::string_view readAcrossBlocks(std::size_t limit, bool& complete);
+    void fill();
+
+    std::unique_ptr<std::FILE, Closer> file;
+    std::array<char, 16384> block;
+    std::size_t used = 0;
+    std::size_t next = 0;
+    std::string spanning; // a line that does not lie within one block
+    bool ended = true;
+    bool readError = false;
+};

@@ -1,0 +1,48 @@
+// Small steps over the text of a line.
+
+#pragma once
+
+#include "typefile/scan.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <string_view>
+
+/// Whether the number of double quotes in a text is odd.
+inline bool hasOddQuotes(std::string_view text)
+{
+    bool odd = false;
+    for (std::size_t at = text.find(typefile::kQuote); at != std::string_view::npos;
+         at = text.find(typefile::kQuote, at + 1))
+        odd = !odd;
+    return odd;
+}
+
+/// Position of the first `wanted` outside double quotes, npos when there is none. A place is outside when the number of
+/// double quotes before it is even.
+inline std::size_t findUnquoted(std::string_view text, char wanted)
+{
+    bool quoted = false;
+    std::size_t counted = 0;
+    for (std::size_t at = text.find(wanted); at != std::string_view::npos; at = text.find(wanted, at + 1)) {
+        quoted ^= hasOddQuotes(text.substr(counted, at - counted));
+        if (!quoted)
+            return at;
+        counted = at;
+    }
+    return std::string_view::npos;
+}
+
+inline std::string_view withoutLeadingBlanks(std::string_view text)
+{
+    while (!text.empty() && typefile::isSpace(text.front()))
+        text.remove_prefix(1);
+    return text;
+}
+
+inline std::string_view withoutTrailingBlanks(std::string_view text)
+{
+    while (!text.empty() && typefile::isSpace(text.back()))
+        text.remove_suffix(1);
+    return text;
+}

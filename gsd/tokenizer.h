@@ -1,0 +1,22 @@
+// Splits a logical line into keyword, argument and value.
+
+#pragma once
+
+#include "gsd/keywordTable.h"
+
+#include <array>
+#include <cstddef>
+#include <string_view>
+
+class GsdTokenizer {
+public:
+    /// Takes a line apart. What `line` refers to stays valid until the next call, as long as `text` does.
+    /// @return 0, kErrGsdKeyword for an unknown keyword, kErrGsdSyntax
+    int tokenize(std::string_view text, GsdLine& line);
+
+private:
+    int takeArgument(std::string_view rest, GsdLine& line);
+
+    static constexpr std::size_t kMaxArgument = 18;
+    std::array<char, kMaxArgument> argument{};
+};

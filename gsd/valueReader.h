@@ -1,0 +1,102 @@
+// Readers for the value part of a keyword line: numbers, flags, quoted strings, lists, ranges and the family notation.
+//
+// A ValueReader walks over one text. The first failure sticks: what is read after it yields nothing, and finish() gives
+// its code. So a handler reads everything that it expects, asks once, and only then acts.
+
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+/// Integer kinds of the format. Values are handed out as the bit pattern of their width, widened without sign.
+enum class IntegerKind { signed8, unsigned8, signed16, unsigned16, signed32, unsigned32 };
+
+/// What a number token says.
+struct ScannedNumber {
+    std::uint32_t value = 0;
+    bool negative = false; // the token begins with a minus sign
+};
+
+/// Reads the number token at the start of the text, up to the next white space, and moves the text behind it.
+/// @return false when the token is empty or is no number; the text may have moved
+bool scanNumber(std::string_view& text, ScannedNumber& number);
+
+/// Length to which texts and parameter names are squeezed: what the type file has room for.
+inline constexpr std::size_t kTextSqueeze = 30;
+
+/// A quoted string of 1 to 32 characters.
+class GsdString {
+public:
+    static constexpr std::size_t kMaxLength = 32;
+
+    GsdString() = default;
+    /// @param text  at most kMaxLength characters
+    explicit GsdString(std::string_view text);
+
+    std::string_view view() const { return {characters.data(), used}; }
+    std::size_t length() const { return used; }
+
+    /// Removes blanks, the last one first, until the string has the target length or no blank is left.
+    /// @param target  0 or the string's length and above: nothing to do
+    void squeeze(std::size_t target);
+
+private:
+    std::array<char, kMaxLength> characters{};
+    std::size_t used = 0;
+};
+
+/// The elements of a list or the two ends of a range.
+struct NumberList {
+    static constexpr std::size_t kMaxCount = 244;
+
+    std::array<std::uint32_t, kMaxCount> values; // the first `count` are set
+    std::size_t count = 0;
+
+    std::uint32_t first() const { return values[0]; }
+    std::uint32_t last() const { return values[count - 1]; }
+};
+
+/// A Slave_Family value.
+struct FamilyValue {
+    static constexpr std::size_t kMaxSubFamilies = 3;
+
+    std::uint32_t number = 0;
+    std::array<std::string_view, kMaxSubFamilies> subFamilies{};
+    std::size_t subFamilyCount = 0;
+};
+
+class ValueReader {
+public:
+    explicit ValueReader(std::string_view value) : text(value) {}
+
+    std::uint32_t flag();                   ///< 0 or 1; else kErrGsdFlag
+    std::uint32_t number(IntegerKind kind); ///< kErrGsdNumber
+    std::uint32_t unsigned8() { return number(IntegerKind::unsigned8); }
+    std::uint32_t unsigned16() { return number(IntegerKind::unsigned16); }
+    /// A quoted string, squeezed to a length (0: not at all); kErrGsdSyntax, kErrGsdStringLen.
+    GsdString string(std::size_t squeezeTarget = 0);
+    /// The rest of the text as numbers separated by commas; kErrGsdSyntax, kErrGsdTooMany, kErrGsdNumber.
+    NumberList list(std::size_t maximum, IntegerKind kind);
+    NumberList bytes() { return list(NumberList::kMaxCount, IntegerKind::unsigned8); }
+    /// "minimum-maximum"; kErrGsdSyntax, kErrGsdNumber.
+    NumberList range(IntegerKind kind);
+    /// The rest of the text as a family number and its sub-families; kErrGsdNumber, kErrGsdSyntax.
+    FamilyValue family();
+    /// Takes a literal word behind blanks when it is all that is left.
+    bool takeLast(std::string_view word);
+
+    bool failed() const { return failure != 0; }
+    /// Whether only blanks are left.
+    bool atEnd();
+    /// 0; the first failure; or kErrGsdSyntax when anything is left of the text.
+    int finish() const;
+
+private:
+    void fail(int code);
+    void skipBlanks();
+
+    std::string_view text;
+    int failure = 0;
+};

@@ -1,0 +1,208 @@
+// The generator beyond what single lines show: its lists, help texts, counts for which the layout has no room, shared
+// parameter blocks against the rule pair by pair, and the end of the image.
+
+#include "descriptor/resultCodes.h"
+#include "generator/sharePrmBlocks.h"
+#include "generator/typeFileGenerator.h"
+#include "tests/gsdText.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <vector>
+
+namespace {
+
+TEST(ModelLists, WalkAndLookUp)
+{
+    Arena arena;
+    GSD_LIST<int> list;
+    EXPECT_EQ(GSD_LIST_ITER<int>(list).next(), nullptr);
+    list.append(arena, 1);
+    list.append(arena, 2);
+    GSD_LIST_ITER<int> walk(list);
+    for (int round = 0; round < 2; ++round, walk.rewind()) {
+        EXPECT_EQ(*walk.next(), 1);
+        if (round == 1)
+            list.append(arena, 3); // the walk ends with what was the last element when it was made
+        EXPECT_EQ(*walk.next(), 2);
+        EXPECT_EQ(walk.next(), nullptr);
+        EXPECT_EQ(walk.next(), nullptr);
+    }
+    EXPECT_EQ(list.count(), 3U);
+
+    GSD_REFERENCE_LIST<GSD_EXT_PRM_DEF> definitions;
+    EXPECT_EQ(definitions.find(7), nullptr);
+    for (const int reference : {7, 263, 7, 65535}) {
+        GSD_EXT_PRM_DEF definition;
+        definition.reference = static_cast<std::uint16_t>(reference);
+        definition.dataType = static_cast<std::uint32_t>(definitions.count());
+        definitions.append(arena, definition);
+    }
+    EXPECT_EQ(definitions.find(7)->dataType, 0U);
+    EXPECT_EQ(definitions.find(0x10000 + 263)->dataType, 1U); // the low 16 bits count
+    EXPECT_EQ(definitions.find(0xFFFFFFFF)->dataType, 3U);
+    EXPECT_EQ(definitions.find(8), nullptr);
+}
+
+TEST(Generator, ParametersAndHelpTexts)
+{
+    // Station and modules number the texts apart, in order of use, and list them in order of definition. The terminator
+    // stands over the digits that a help value has beyond five; the quote and the NUL behind them stay until something
+    // overwrites them.
+    const std::string longest(32, 'N');
+    const std::string lines =
+        "Max_User_Prm_Data_Len = 237 // PrmText = 9 // Text(-1) = \"off\" // Text(100000) = \"p\" // Text(-7) = \"" +
+        longest +
+        "\" // EndPrmText // PrmText = 3 // Text(1) = \"x\" // EndPrmText // PrmText = 4 // Text(1) = \"unused\" // "
+        "EndPrmText // "
+        "ExtUserPrmData = 1 \"" +
+        longest +
+        "\" // Unsigned8 0 // Prm_Text_Ref = 9 // EndExtUserPrmData // "
+        "ExtUserPrmData = 2 \"B\" // Prm_Text_Ref = 3 // Unsigned8 0 // EndExtUserPrmData // "
+        "ExtUserPrmData = 3 [Slotnumber] // Signed16 // EndExtUserPrmData // "
+        "Ext_User_Prm_Data_Ref(236) = 2 // Ext_User_Prm_Data_Ref(0) = 1 // Ext_User_Prm_Data_Ref(0) = 2 // Module = "
+        "\"M\" 0 // "
+        "Ext_Module_Prm_Data_Len = 4 // Ext_User_Prm_Data_Const(1) = 17 // Ext_User_Prm_Data_Ref(2) = 3 // "
+        "Ext_User_Prm_Data_Ref(0) = 1 // EndModule";
+    const std::string name = longest.substr(2);
+    const std::string longRecord = '"' + name + "\"BYTE \"000\"000\"255\"HI00";
+    const std::string shortRecord = "\"B{29}\"BYTE \"000\"000\"255\"HI001\"|";
+    const std::string longHelp = "L3|\"off{27}\"429496|\"p{NUL}{28}\"100000|\"" + name + "\"429496|";
+    EXPECT_EQ(compileGsd(GsdText::of("compact").change(lines).str()).records(),
+              "V244|PV000|PSL003|PS243" + shortRecord + "PS007" + longRecord + "2\"|PS007" + shortRecord +
+                  "HTT002|HI002|" + longHelp +
+                  "HI001|L1|\"x{29}\"00001\"|KY001|000\"SP001\"|SY|DKM000|DKK000|DP_NORM|ISNONAME|SO000|488|MLFB000|"
+                  "LSK000|237|"
+                  "SPT001|SP001|004|PV002|00|11|PSL002|PS002[SlotNumber][INT  ][000]|PS000" +
+                  longRecord + "1\"|HTT001|HI001|" + longHelp + "ETER000|MRD000|");
+}
+
+// Counts of four digits in a layout made for three: heads of lists end where they always end, other numbers take what they
+// need, and what follows stands where it always stands.
+TEST(Generator, CountsAbove999)
+{
+    std::string presets;
+    std::string modules;
+    std::string diagnoses;
+    std::string prms = "Max_User_Prm_Data_Len = 1\n";
+    for (int i = 1; i <= 1000; ++i) {
+        const std::string number = std::to_string(i);
+        modules += "Module = \"M\" 0\nEndModule\n";
+        presets += "Module = \"M\" 0\nPreset = 1\nEndModule\n";
+        diagnoses += "Unit_Diag_Bit(0) = \"d\"\nChannel_Diag(16) = \"c\"\n";
+        prms += "PrmText = " + number + "\nText(0) = \"t\"\nEndPrmText\nExtUserPrmData = " + number +
+                " \"p\"\nUnsigned8 0\nPrm_Text_Ref = " + number +
+                "\nEndExtUserPrmData\nExt_User_Prm_Data_Ref(0) = " + number + '\n';
+    }
+    struct Case {
+        const char* device;
+        const std::string& lines;
+        std::vector<const char*> records;
+    };
+    const Case cases[] = {
+        {"compact",
+         presets,
+         {"|KX1000;\r000|000|", "|LSK100|SK001\"M{29}\"|", "|SK999\"M{29}\"|", "|SK1000M{NUL}{28}\"|KX001|"}},
+        {"modular", modules, {"|MLFB100|\"M{29}\"000\"SP000\"|"}},
+        {"compact", diagnoses, {"|DKM100|DBO001\"0\"d", "|DKK1000;\rKFC16\"c"}},
+        {"compact",
+         prms,
+         {"|PSL1000;\rPS007\"p", "HI999\"|PS007\"p", "HI1000\";\rHTT1000|I001|L1|", "|HI999|L1|", "|HI1000;\rL1|"}},
+    };
+    for (const Case& c : cases) {
+        const Compiled compiled = compileGsd(GsdText::of(c.device).str() + c.lines, "GSD", 1000000);
+        EXPECT_EQ(compiled.outcome(), "0");
+        for (const char* record : c.records)
+            EXPECT_NE(compiled.records().find(record), std::string::npos) << record;
+    }
+}
+
+// The stated rule, pair by pair.
+void sharePairByPair(GSD_LIST<GSD_MODULE>& modules, GSD_LIST<GSD_MODULE>& list)
+{
+    for (GSD_MODULE& m : list) {
+        if (m.paramModuleNumber < 1)
+            continue;
+        for (GSD_MODULE& n : modules) {
+            if (n.paramModuleNumber >= m.paramModuleNumber)
+                break;
+            if (n.paramModuleNumber < 1 || !samePrmBlock(m, n))
+                continue;
+            const std::int32_t old = m.paramModuleNumber;
+            m.paramModuleNumber = n.paramModuleNumber;
+            m.ownsPrmBlock = false;
+            for (GSD_MODULE& other : modules)
+                other.paramModuleNumber -= other.paramModuleNumber > old ? 1 : 0;
+            break;
+        }
+    }
+}
+
+TEST(SharedBlocks, AsPairByPair)
+{
+    for (unsigned seed = 0; seed < 2000; ++seed) {
+        GsdModel fast(nullptr, 0);
+        GsdModel slow(nullptr, 0);
+        for (GsdModel* model : {&fast, &slow}) {
+            std::mt19937 random(seed);
+            const std::size_t kinds = 1 + random() % 3;
+            for (std::size_t count = random() % 25; count > 0; --count) {
+                GSD_MODULE module;
+                module.extModulePrmData = model->arena.bytes(random() % kinds);
+                if (!module.extModulePrmData.empty())
+                    module.extModulePrmData[0] = static_cast<std::uint8_t>(random() % kinds);
+                module.prmDataEnd = static_cast<std::int32_t>(random() % 2);
+                for (std::size_t refs = random() % kinds; refs > 0; --refs)
+                    module.refs.append(model->arena, {static_cast<std::uint32_t>(random() % kinds),
+                                                      static_cast<std::uint32_t>(random() % 2)});
+                if (!module.extModulePrmData.empty() || !module.refs.empty())
+                    module.paramModuleNumber = model->nextParamModuleNumber++;
+                (random() % 3 == 0 ? model->kgpModules : model->modules).append(model->arena, module);
+            }
+        }
+        sharePrmBlocks(fast);
+        sharePairByPair(slow.modules, slow.modules);
+        sharePairByPair(slow.modules, slow.kgpModules);
+        for (const auto list : {&GsdModel::modules, &GsdModel::kgpModules}) {
+            GSD_LIST_ITER<GSD_MODULE> expected(slow.*list);
+            for (const GSD_MODULE& module : fast.*list) {
+                const GSD_MODULE* other = expected.next();
+                ASSERT_EQ(module.paramModuleNumber, other->paramModuleNumber) << seed;
+                ASSERT_EQ(module.ownsPrmBlock, other->ownsPrmBlock) << seed;
+            }
+        }
+    }
+}
+
+TEST(ImageEnd, Headroom)
+{
+    std::vector<char> buffer(65000);
+    OutputImage image(buffer.data(), 65000);
+    EXPECT_EQ(image.imageAt(64919), buffer.data() + 64919);
+    EXPECT_THROW(image.imageAt(64920), ImageFull);
+
+    // The last record may begin where 80 characters are left behind it and one more.
+    const std::string text = GsdText::of("compact").str();
+    const auto length = static_cast<std::uint32_t>(compileGsd(text).image.size());
+    const std::uint32_t needed = length - 9 + 81;
+    EXPECT_EQ(compileGsd(text, "GSD", needed).image.size(), length);
+    for (std::uint32_t capacity = 308; capacity < needed; ++capacity)
+        EXPECT_EQ(compileGsd(text, "GSD", capacity).result, kErrGsdImageFull) << capacity;
+    GsdModel model(buffer.data(), 200);
+    EXPECT_EQ(TypeFileGenerator(model).generateTypeFile(), kErrGsdImageFull);
+    EXPECT_EQ(model.initError, 1);
+}
+
+TEST(Generator, UndefinedReference)
+{
+    std::vector<char> buffer(65000);
+    GsdModel model(buffer.data(), 65000);
+    model.image.clear();
+    model.extUserPrmRefs.append(model.arena, {5, 3});
+    EXPECT_EQ(TypeFileGenerator(model).generateTypeFile(), kErrGsdReference);
+    EXPECT_EQ(model.initError, 0);
+    EXPECT_EQ(inShort({buffer.data() + 93, 30}), "007|PV000|PSL001|PS010\"{NUL}");
+}
+
+} // namespace

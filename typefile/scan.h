@@ -1,0 +1,134 @@
+// The one way in which checks and queries read an image: small steps over literal characters and numbers of fixed
+// width. A function named is... looks; one named take... also moves the cursor behind what it has read, and only when
+// it has seen it. imageSlack.h tells why none of them leaves the buffer.
+
+#pragma once
+
+#include "typefile/format.h"
+
+#include <cstddef>
+#include <cstring>
+#include <string_view>
+
+namespace typefile {
+
+/// White space whatever the locale: blank, \t, \n, \v, \f, \r.
+constexpr bool isSpace(char c)
+{
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+constexpr bool isDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+constexpr char toUpper(char c)
+{
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+constexpr bool isHexDigit(char c)
+{
+    return isDigit(c) || (toUpper(c) >= 'A' && toUpper(c) <= 'F');
+}
+
+inline bool isHexByte(const char* p)
+{
+    return isHexDigit(p[0]) && isHexDigit(p[1]);
+}
+
+inline bool isText(const char* p, std::string_view text)
+{
+    return std::memcmp(p, text.data(), text.size()) == 0;
+}
+
+inline bool isTerminator(const char* p)
+{
+    return isText(p, kTerminator);
+}
+
+inline bool isQuote(const char* p)
+{
+    return *p == kQuote;
+}
+
+/// The number that the standard decimal conversion reads from exactly `digits` characters: leading white space and a
+/// sign are accepted, the first other character ends it, and it is 0 when there is no digit.
+constexpr int numberAt(const char* p, std::size_t digits = kNumberDigits)
+{
+    std::size_t i = 0;
+    while (i < digits && isSpace(p[i]))
+        ++i;
+    const bool negative = i < digits && p[i] == '-';
+    if (i < digits && (p[i] == '-' || p[i] == '+'))
+        ++i;
+    int value = 0;
+    for (; i < digits && isDigit(p[i]); ++i)
+        value = value * 10 + (p[i] - '0');
+    return negative ? -value : value;
+}
+
+constexpr bool isWithin(int number, std::size_t first, std::size_t last)
+{
+    return number >= 0 && static_cast<std::size_t>(number) >= first && static_cast<std::size_t>(number) <= last;
+}
+
+inline bool takeText(char*& p, std::string_view text)
+{
+    if (!isText(p, text))
+        return false;
+    p += text.size();
+    return true;
+}
+
+inline bool takeTerminator(char*& p)
+{
+    return takeText(p, kTerminator);
+}
+
+inline bool takeQuote(char*& p)
+{
+    if (!isQuote(p))
+        return false;
+    ++p;
+    return true;
+}
+
+/// A number and the terminator. The number may be negative.
+inline bool takeNumberRecord(char*& p, int& number)
+{
+    if (!isTerminator(p + kNumberDigits))
+        return false;
+    number = numberAt(p);
+    p += kNumberDigits + kTerminator.size();
+    return true;
+}
+
+/// The head of a record group: its tag, a number and the terminator. A negative number is a malformed head.
+inline bool takeRecordHead(char*& p, std::string_view tag, int& number)
+{
+    if (!isText(p, tag))
+        return false;
+    char* behindTag = p + tag.size();
+    if (numberAt(behindTag) < 0 || !takeNumberRecord(behindTag, number))
+        return false;
+    p = behindTag;
+    return true;
+}
+
+/// Files before major version 5 end with the device diagnostic texts. Characters from 0x80 up are negative and old too.
+inline bool hasVersion5Groups(const char* version)
+{
+    return static_cast<signed char>(version[kMajorVersion]) >= '5';
+}
+
+/// Copies a text field as it stands, padding included, and ends it with a NUL.
+template <std::size_t Size>
+void copyField(char (&target)[Size], const char* field)
+{
+    std::memcpy(target, field, Size - 1);
+    target[Size - 1] = '\0';
+}
+
+} // namespace typefile
