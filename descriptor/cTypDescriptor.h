@@ -70,14 +70,17 @@ public:
     /// @name Results of a GSD compilation
     /// @{
 
-    /// @return the physical line at which a failed compilation stopped, counted from 1; -1 when none failed
+    /// @return the number of physical lines read when a compilation failed: the line of the fault, or the end of the file
+    ///         (behind its last line feed a file has one more, empty, line); 0 when the file cannot be opened; -1 when no
+    ///         compilation failed
     int getGsdErrLineNr() const;
     /// @return the number of warnings; 0 when the descriptor was not built from a GSD file
     int getGsdCntOfWarnings() const;
     /// Copies the warnings in the order in which they were raised.
     /// @param dst  room for getGsdCntOfWarnings() items of 8 bytes, each a GSD_WARNING_ITEM
     void getGsdWarnings(char* dst) const;
-    /// @return GSD_Revision (0 when the file has none); -1 when the descriptor was not built from a GSD file
+    /// @return GSD_Revision (0 when the file has none), also of an object image made from one; -1 when the descriptor was
+    ///         not built from a GSD file
     int getGsdRevision() const;
     /// Copies one byte for each mandatory keyword: 0 missing, 1 found, 255 not required. The order is Vendor_Name,
     /// Model_Name, Revision, Ident_Number, Protocol_Ident, Station_Type, Hardware_Release, Software_Release, Module,
@@ -117,12 +120,14 @@ public:
 
     /// Writes the type file. Nothing is touched before everything that can refuse has been asked.
     /// @param path  file to create or to overwrite
-    /// @return 0; kErrMemory not loaded; kErrNotChangeable this type file may not be changed; kErrTargetProtected the
-    ///         path names a valid type file that may not be changed; kErrWriteOpen or kErrWrite on failure
+    /// @return 0; kErrMemory not loaded, or no memory to look at what the path names; kErrNotChangeable this type file may
+    ///         not be changed; kErrTargetProtected the path names a valid type file that may not be changed; kErrWriteOpen
+    ///         (also for a null path) or kErrWrite on failure
     unsigned short writeTypeFile(const char* path);
     /// @return 1 when the type file may be changed, else 0
     int changeTypeFilePossible() const;
-    /// The order number of the head line, without trailing blanks.
+    /// The order number of the head line, without trailing blanks. After a successful writeTypeFile() it is not told from
+    /// what follows it: the first 30 characters from its beginning are handed out.
     /// @param text  at least 31 bytes
     /// @return 0; kErrMemory not loaded; kErrNoOrderNumber none there or a blank one
     unsigned short getMLFBstring(char* text);
@@ -248,7 +253,7 @@ public:
     /// @return 0; kErrSlotPrm
     int getSlotParameters(int index, unsigned char* bytes, int* length);
     /// The next keyword record of a slot parameter block. The search goes on where the last call stopped, whatever the
-    /// block, and starts again after a call that found nothing.
+    /// block, and starts again after a search that found nothing; a call with a wrong index or keyword is no search.
     /// @param keyword  receives the record found
     /// @param index    block, from 0
     /// @param which    0: "[SlotNumber]"
@@ -259,7 +264,7 @@ public:
     int getHelpMessageCnt(int block) const;
     /// @param block    number of a station help block
     /// @param line     0 to getHelpMessageCnt() - 1
-    /// @param message  receives value and text; cleared first when loaded
+    /// @param message  receives value and text; cleared first when loaded and the number is at most 999
     /// @return 1; 0 when there is no such block
     int getParaHelpMessage(int block, int line, PARA_HELPMESSAGE_TYPE* message) const;
     /// @param block  number of a slot help block, from 1
@@ -300,6 +305,7 @@ private:
     void allocateImage(size_t capacity, char fill);
 
     void fillCategoryI(TYPEFILE_COM_QX410* record) const;
+    void putBackOrderNumberClose(char* copy) const;
     size_t objectImageSize() const;
     static bool isProtectedTypeFile(const char* path);
 
@@ -385,6 +391,10 @@ private:
     uint32_t headerCnfBits;
     int32_t headLineLength; // with its line end; 0 for none
     char* orderNumberPos;   // null for none
+    // Where the order number ends and where ">" first stood. They outlive a second check, which finds the order number
+    // no more but leaves the NUL in the head line.
+    char* orderNumberEnd;
+    char* orderNumberClose;
     char* headerPos;
     char lineEndAndTerminator[5]; // CR LF, then the record terminator
 

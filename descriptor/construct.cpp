@@ -3,6 +3,7 @@
 // The name alone decides whether a file is compiled as GSD or read as a type file. Nothing is validated here.
 
 #include "descriptor/cTypDescriptor.h"
+#include "descriptor/file.h"
 #include "gsd/cGsdCompiler.h"
 #include "typefile/format.h"
 #include "typefile/imageSlack.h"
@@ -28,11 +29,6 @@ bool isGsdFileName(std::string_view name)
            typefile::toUpper(name[name.size() - 2]) == 'S';
 }
 
-struct FileCloser {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, FileCloser>;
-
 /// Length of a file in bytes, -1 when it cannot be measured. The file is rewound.
 long fileLength(std::FILE* file)
 {
@@ -51,6 +47,8 @@ void cTypDescriptor::initialAttributes()
     clearCheckResults();
     typeCategory = kCategoryUnknown;
     kgpDeviceValue = 0;
+    orderNumberEnd = nullptr;
+    orderNumberClose = nullptr;
     std::memcpy(lineEndAndTerminator, "\r\n;\r\n", sizeof lineEndAndTerminator);
 
     image = nullptr;
@@ -110,14 +108,14 @@ void cTypDescriptor::compileGsdFile(const char* fileName, int writeFlag, const c
 void cTypDescriptor::readTypeFile(const char* fileName)
 {
     status = kErrFile;
-    const File file(std::fopen(fileName, "rb"));
+    const File file = openFile(fileName, "rb");
     if (!file)
         return;
     const long length = fileLength(file.get());
     if (length < 0 || static_cast<unsigned long>(length) > typefile::kMaxFileSize)
         return;
     const auto size = static_cast<std::size_t>(length);
-    allocateImage(std::max(size + 1, typefile::kMinImageSize), '\0');
+    allocateImage(size + 1, '\0');
     imageSize = static_cast<uint32_t>(size);
     if (std::fread(image, 1, size, file.get()) > 0)
         status = kOk;
@@ -125,6 +123,7 @@ void cTypDescriptor::readTypeFile(const char* fileName)
 
 void cTypDescriptor::allocateImage(size_t capacity, char fill)
 {
+    capacity = std::max(capacity, typefile::kMinImageSize);
     image = new char[capacity + typefile::kImageSlack];
     std::memset(image, fill, capacity);
     std::memset(image + capacity, '\0', typefile::kImageSlack);

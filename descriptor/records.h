@@ -140,8 +140,8 @@ struct KEYWORD_TYPE {
     char dataType[6];   ///< "BYTE ", "INT  " or "UINT "
 };
 
-/// One structured parameter, 72 bytes. The entries of slot parameter blocks end `reference`, `name` and `dataType`
-/// at their width; the others are ended by a NUL as well.
+/// One structured parameter, 72 bytes. Read `reference`, `name` and `dataType` by their width: the format does not
+/// promise a NUL behind them.
 struct _parastruct {
     char reference[6];    ///< "PS" and the byte index, 5 characters
     char name[31];        ///< 30 characters
@@ -168,6 +168,10 @@ struct PARA_HELPMESSAGE_TYPE {
 /// A device type as plain fields, for hosts with a store of their own.
 ///
 /// The two pointers belong to the host: the library writes to the buffers they point to and never to the pointers.
+///
+/// A filled record has 0 or 1 in its flags; a record to build from counts 1 alone as set, but for modularStation. The
+/// two sides differ in baudRates: a filled record has nine 32-bit flags, a record to build from is read as ten 16-bit
+/// units (31.25 and 45.45 kbit/s between 1.5 Mbit/s and 500 kbit/s), each set when its low byte is 1.
 struct TYPEFILE_COM_QX410 {
     char headLine[49];              ///< head line without the bracketed order number, at most 48 characters
     char orderNumber[31];           ///< at most 30 characters
@@ -191,9 +195,10 @@ struct TYPEFILE_COM_QX410 {
     char maxOutputLen[4];           ///< 3 decimal digits
     char maxModule[4];              ///< 3 decimal digits
     char maxDiagDataLen[4];         ///< 3 decimal digits
-    char userPrmDataLen[4];         ///< 3 decimal digits, the 7 standard bytes included
-    char* userPrmHex;               ///< two hexadecimal digits a user parameter byte and a NUL, or null
-    char* fixedSlotText;            ///< three decimal digits an identifier or data byte and a NUL, or null
+    char
+        userPrmDataLen[4]; ///< 3 decimal digits, the 7 standard bytes included; in slot-parameter mode 'V' and 2 digits
+    char* userPrmHex;      ///< two hexadecimal digits a user parameter byte and a NUL, or null
+    char* fixedSlotText;   ///< three decimal digits an identifier or data byte and a NUL, or null
 };
 
 #endif

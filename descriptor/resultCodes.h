@@ -60,7 +60,7 @@
     X(kErrGsdNoSection, -207, "The file has no line #Profibus_DP.")                                                    \
     X(kErrGsdFlag, -208, "The value must be 0 or 1.")                                                                  \
     X(kErrGsdNumber, -209, "The number cannot be read or is out of its range.")                                        \
-    X(kErrGsdOpen, -210, "The GSD file cannot be opened.")                                                             \
+    X(kErrGsdOpen, -210, "The GSD file cannot be opened or read.")                                                     \
     X(kErrGsdRepeated, -211, "The keyword may occur only once.")                                                       \
     X(kErrGsdStationType, -212, "Station_Type must be 0 (DP slave).")                                                  \
     X(kErrGsdTooMany, -213, "There are too many values, or parameter data beyond the declared length.")                \

@@ -47,7 +47,8 @@ struct GSD_MODULE {
     GSD_LIST<GSD_IDENT_ITEM> identifiers; // of a Module only
 };
 
-/// An ExtUserPrmData block. Values keep the bit pattern of their type, widened without sign.
+/// An ExtUserPrmData block. Values read from the file keep the bit pattern of their type, widened
+/// without sign.
 struct GSD_EXT_PRM_DEF {
     std::uint16_t reference = 0;
     std::string_view name;      // empty for the slot-number definition

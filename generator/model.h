@@ -7,12 +7,12 @@
 #include "generator/elements.h"
 #include "generator/list.h"
 #include "generator/outputImage.h"
+#include "generator/recordText.h"
 #include "typefile/format.h"
 
 #include <array>
 #include <cstdint>
 #include <span>
-#include <string>
 #include <string_view>
 
 /// The KGPGui value.
@@ -27,7 +27,7 @@ struct GsdModel {
 
     Arena arena; // of everything below that is appended or kept
     OutputImage image;
-    std::string headerLine; // the first line of the image
+    RecordText headerLine; // the first line of the image
     std::int32_t initError = 0;
 
     // Identification and general properties.

@@ -54,7 +54,6 @@ public:
 
     char* data() { return image; }
     const char* data() const { return image; }
-    std::uint32_t capacity() const { return imageCapacity; }
 
     std::size_t imageLength = 0; // characters of the image in use: the write position
     std::size_t headerPos = 0;   // first character of the header

@@ -41,8 +41,8 @@ public:
     std::string_view view() const { return {buffer.data(), used}; }
 
 private:
-    // No record part comes near the headroom of the image.
-    std::array<char, 80> buffer; // the first `used` are set
+    // The head line is the longest text; what is appended to an image stays below its headroom of 80 characters.
+    std::array<char, 82> buffer; // the first `used` are set
     std::size_t used = 0;
 };
 

@@ -1,8 +1,8 @@
 // The generator: turns the model of one GSD file into the records of a type file.
 //
 // In: a model whose keyword handlers have succeeded, with the fixed part of its image filled as far as the handlers
-// fill it. Out: the complete image. The record layouts are those of typefile/format.h; each group of records has a file
-// of its own.
+// fill it. Out: the complete image. The record layouts are those of typefile/format.h; the larger groups of records
+// have files of their own.
 
 #pragma once
 

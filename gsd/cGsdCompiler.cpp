@@ -66,17 +66,15 @@ RecordText twoDigitFields(char separator, int first, int second, int third)
 }
 
 /// The first line of the image, with blanks for the order number.
-std::string makeHeadLine()
+RecordText makeHeadLine()
 {
     const std::tm now = localTime();
-    std::string line = "TYPGEN V2.53, TimeStamp: ";
-    line += twoDigitFields('/', now.tm_mon + 1, now.tm_mday, now.tm_year).view();
-    line += ", ";
-    line += twoDigitFields(':', now.tm_hour, now.tm_min, now.tm_sec).view();
-    line += " <";
-    line.append(kOrderNumberWidth, ' ');
-    line += ">\r\n";
-    return line;
+    return RecordText()
+        .text("TYPGEN V2.53, TimeStamp: ")
+        .text(twoDigitFields('/', now.tm_mon + 1, now.tm_mday, now.tm_year).view())
+        .text(", ")
+        .text(twoDigitFields(':', now.tm_hour, now.tm_min, now.tm_sec).view())
+        .text(" <                              >\r\n");
 }
 
 bool isContinued(std::string_view line)
@@ -100,9 +98,8 @@ cGsdCompiler::cGsdCompiler(char* image, std::uint32_t capacity)
         return;
     }
     model.headerLine = makeHeadLine();
-    model.image.headerPos = model.headerLine.size();
+    model.image.headerPos = model.headerLine.length();
     model.image.typeDataPos = model.image.headerPos + kHeaderLength;
-    lineBuffer.reserve(kInitialLineBufferSize);
 }
 
 int cGsdCompiler::compile(const char* fileName, int writeFlag, const char* outputName)
@@ -144,7 +141,7 @@ void cGsdCompiler::resetModel()
 {
     lineNumber = 0;
     model.image.clear();
-    model.image.setFixed(0, model.headerLine);
+    model.image.setFixed(0, model.headerLine.view());
 
     setHeader(kVersion, kCurrentVersion);
     setHeader(kStationType, kStationDpsClass1);
@@ -178,11 +175,11 @@ int cGsdCompiler::compileFile(const char* fileName)
 {
     if (!reader.open(fileName))
         return kErrGsdOpen;
-    if (const int result = readLines(); result < 0)
-        return result;
-    if (reader.failed())
-        return kErrGsdOpen;
-    if (const int result = checkWholeFile(); result < 0)
+    int result = readLines();
+    reader.close();
+    if (result == kOk)
+        result = checkWholeFile();
+    if (result < 0)
         return result;
     return TypeFileGenerator(model).generateTypeFile();
 }
@@ -218,6 +215,8 @@ int cGsdCompiler::readPhysicalLine(std::string_view& line, std::size_t limit)
 {
     const bool complete = reader.read(line, limit);
     ++lineNumber;
+    if (reader.failed())
+        return kErrGsdOpen;
     const std::size_t comment = findUnquoted(line, kCommentMark);
     if (comment == std::string_view::npos && !complete) {
         line = {};

@@ -24,7 +24,7 @@
 class cGsdCompiler {
 public:
     static constexpr std::size_t kMandatoryCount = kMandatoryKeywords;
-    static constexpr std::uint32_t kMinImageCapacity = 308; // head line, header and fixed type data, with headroom
+    static constexpr std::uint32_t kMinImageCapacity = 308; // head line, header and fixed type data, and some more
 
     /// @param image     buffer for the image, not owned; it must outlive the compiler
     /// @param capacity  its size in characters; below kMinImageCapacity the compiler refuses to compile
@@ -51,7 +51,6 @@ public:
 
 private:
     friend struct GsdKeywordTable;
-    friend struct GsdCompilerTestAccess;
 
     // Driver.
     void resetModel();

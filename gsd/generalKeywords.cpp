@@ -227,7 +227,7 @@ int cGsdCompiler::handleOrderNumber(const GsdLine& line)
     const GsdString number = value.string(kShortSqueeze);
     if (const int result = value.finish(); result < 0)
         return result;
-    const std::size_t open = model.headerLine.find(kOrderNumberOpen);
+    const std::size_t open = model.headerLine.view().find(kOrderNumberOpen);
     model.image.setFixed(open + 1, number.view().substr(0, kOrderNumberWidth));
     return kOk;
 }

@@ -16,31 +16,29 @@ bool LineReader::open(const char* fileName)
 
 bool LineReader::read(std::string_view& line, std::size_t limit)
 {
+    // One character more than the limit tells a line that fits from one that does not.
     const std::string_view rest(block.data() + next, used - next);
-    bool complete = true;
     if (const std::size_t lineFeed = rest.find('\n'); lineFeed != std::string_view::npos) {
-        line = rest.substr(0, std::min(lineFeed, limit));
-        complete = lineFeed <= limit;
+        line = rest.substr(0, std::min(lineFeed, limit + 1));
         next += lineFeed + 1;
     } else {
-        line = readAcrossBlocks(limit, complete);
+        line = readAcrossBlocks(limit + 1);
     }
-    if (const std::size_t end = line.find('\0'); end != std::string_view::npos) {
-        line = line.substr(0, end);
+    line = line.substr(0, line.find('\0'));
+    if (line.size() <= limit)
         return true;
-    }
-    return complete;
+    line.remove_suffix(1);
+    return false;
 }
 
-std::string_view LineReader::readAcrossBlocks(std::size_t limit, bool& complete)
+/// A line that does not end within the block; characters beyond the limit are dropped.
+std::string_view LineReader::readAcrossBlocks(std::size_t limit)
 {
     spanning.clear();
     for (;;) {
         const std::string_view rest(block.data() + next, used - next);
         const std::size_t length = std::min(rest.find('\n'), rest.size());
-        const std::size_t kept = std::min(length, limit - spanning.size());
-        spanning += rest.substr(0, kept);
-        complete = complete && kept == length;
+        spanning += rest.substr(0, std::min(length, limit - spanning.size()));
         next += length;
         if (length < rest.size()) {
             ++next;

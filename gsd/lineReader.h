@@ -19,12 +19,13 @@ public:
 
     /// Whether another line can be read: no line so far ended at the end of the file.
     bool good() const { return !ended; }
+    void close() { file.reset(); }
     /// Whether the file broke off with a read error.
     bool failed() const { return readError; }
 
     /// Reads the next line.
-    /// @param line   receives at most `limit` characters, valid until the next call; characters beyond are dropped
-    /// @return false when characters were dropped
+    /// @param line   receives at most `limit` characters, valid until the next call
+    /// @return false when the line's text is longer: the rest of it is dropped
     bool read(std::string_view& line, std::size_t limit);
 
 private:
@@ -32,7 +33,7 @@ private:
         void operator()(std::FILE* opened) const { std::fclose(opened); }
     };
 
-    std::string_view readAcrossBlocks(std::size_t limit, bool& complete);
+    std::string_view readAcrossBlocks(std::size_t limit);
     void fill();
 
     std::unique_ptr<std::FILE, Closer> file;

@@ -52,7 +52,7 @@ int GsdTokenizer::takeArgument(std::string_view rest, GsdLine& line)
             argument[length++] = rest[i];
     }
     line.argument = {argument.data(), length};
-    // Behind an argument that is too long the value begins inside the parentheses, and is refused there.
+    // Behind an argument that is too long the value begins inside the parentheses; hardly any line survives that.
     line.value = behindEquals(rest.substr(i + 1));
     return kOk;
 }

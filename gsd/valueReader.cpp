@@ -159,7 +159,8 @@ std::uint32_t ValueReader::flag()
     ScannedNumber number;
     if (failed())
         return 0;
-    if (!scanNumber(text, number) || number.value > 1) {
+    const bool isRead = scanNumber(text, number);
+    if (!isRead || number.value > 1 || (number.negative && number.value != 0)) {
         fail(kErrGsdFlag);
         return 0;
     }

@@ -1,5 +1,5 @@
-// The generator beyond what single lines show: its lists, help texts, counts for which the layout has no room, shared
-// parameter blocks against the rule pair by pair, and the end of the image.
+// The generator beyond what a few lines show: its lists, counts for which the layout has no room, shared parameter blocks
+// against the rule pair by pair, and the end of the image.
 
 #include "descriptor/resultCodes.h"
 #include "generator/sharePrmBlocks.h"
@@ -43,39 +43,6 @@ TEST(ModelLists, WalkAndLookUp)
     EXPECT_EQ(definitions.find(0x10000 + 263)->dataType, 1U); // the low 16 bits count
     EXPECT_EQ(definitions.find(0xFFFFFFFF)->dataType, 3U);
     EXPECT_EQ(definitions.find(8), nullptr);
-}
-
-TEST(Generator, ParametersAndHelpTexts)
-{
-    // Station and modules number the texts apart, in order of use, and list them in order of definition. The terminator
-    // stands over the digits that a help value has beyond five; the quote and the NUL behind them stay until something
-    // overwrites them.
-    const std::string longest(32, 'N');
-    const std::string lines =
-        "Max_User_Prm_Data_Len = 237 // PrmText = 9 // Text(-1) = \"off\" // Text(100000) = \"p\" // Text(-7) = \"" +
-        longest +
-        "\" // EndPrmText // PrmText = 3 // Text(1) = \"x\" // EndPrmText // PrmText = 4 // Text(1) = \"unused\" // "
-        "EndPrmText // "
-        "ExtUserPrmData = 1 \"" +
-        longest +
-        "\" // Unsigned8 0 // Prm_Text_Ref = 9 // EndExtUserPrmData // "
-        "ExtUserPrmData = 2 \"B\" // Prm_Text_Ref = 3 // Unsigned8 0 // EndExtUserPrmData // "
-        "ExtUserPrmData = 3 [Slotnumber] // Signed16 // EndExtUserPrmData // "
-        "Ext_User_Prm_Data_Ref(236) = 2 // Ext_User_Prm_Data_Ref(0) = 1 // Ext_User_Prm_Data_Ref(0) = 2 // Module = "
-        "\"M\" 0 // "
-        "Ext_Module_Prm_Data_Len = 4 // Ext_User_Prm_Data_Const(1) = 17 // Ext_User_Prm_Data_Ref(2) = 3 // "
-        "Ext_User_Prm_Data_Ref(0) = 1 // EndModule";
-    const std::string name = longest.substr(2);
-    const std::string longRecord = '"' + name + "\"BYTE \"000\"000\"255\"HI00";
-    const std::string shortRecord = "\"B{29}\"BYTE \"000\"000\"255\"HI001\"|";
-    const std::string longHelp = "L3|\"off{27}\"429496|\"p{NUL}{28}\"100000|\"" + name + "\"429496|";
-    EXPECT_EQ(compileGsd(GsdText::of("compact").change(lines).str()).records(),
-              "V244|PV000|PSL003|PS243" + shortRecord + "PS007" + longRecord + "2\"|PS007" + shortRecord +
-                  "HTT002|HI002|" + longHelp +
-                  "HI001|L1|\"x{29}\"00001\"|KY001|000\"SP001\"|SY|DKM000|DKK000|DP_NORM|ISNONAME|SO000|488|MLFB000|"
-                  "LSK000|237|"
-                  "SPT001|SP001|004|PV002|00|11|PSL002|PS002[SlotNumber][INT  ][000]|PS000" +
-                  longRecord + "1\"|HTT001|HI001|" + longHelp + "ETER000|MRD000|");
 }
 
 // Counts of four digits in a layout made for three: heads of lists end where they always end, other numbers take what they

@@ -391,7 +391,7 @@ unsigned CFG_DECODER::byteLength() const
     unsigned mfrBytes = 0;
     if (mfrByteCount(mfrBytes) != 0)
         mfrBytes = 0;
-    // The identifier byte counts twice; hosts rely on the sum.
+    // The identifier byte of a special identifier counts twice: that is the measure in use.
     return 1 + (1 + special.lengthBytes()) + mfrBytes;
 }
 

@@ -125,7 +125,7 @@ public:
     /// @return 0, or kCfgNothingPreserved while the first word is -1; the words are copied in either case
     int getPreserved(std::array<std::int32_t, 3>& words) const;
     void setPreserved(const std::array<std::int32_t, 3>& words);
-    /// Bytes of the held identifier, the identifier byte included; 0 when none is held.
+    /// Length of the held identifier: 1 for a simple one; the bytes of a special one and 1; 0 when none is held.
     unsigned byteLength() const;
     /// A copy whose counters are cleared.
     CFG_DECODER copyWithoutCounters() const;

@@ -137,7 +137,6 @@ inline constexpr std::string_view kTagChannelDiag = "DKK";
 inline constexpr std::string_view kTagChannelError = "KFC";
 inline constexpr TextField kBitmapName{0, 7};
 inline constexpr std::string_view kDefaultBitmap = "DP_NORM";
-inline constexpr TextField kLibraryName{0, 8};
 inline constexpr std::string_view kDefaultLibrary = "ISNONAME";
 inline constexpr std::string_view kTagSlotOffset = "SO";
 inline constexpr std::string_view kTagSlotNumbering = "SN";

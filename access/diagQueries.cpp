@@ -1,0 +1,128 @@
+// Queries about diagnostic texts. Nothing is decoded in advance: each query searches the "DKM" or "DKK" group in the
+// image, whose entries the checks have counted and found well-formed.
+
+#include "descriptor/cTypDescriptor.h"
+#include "typefile/scan.h"
+
+#include <cstddef>
+#include <cstring>
+
+using namespace typefile;
+
+namespace {
+
+constexpr std::size_t kGroupHead = kTagDeviceDiag.size() + kNumberDigits + kTerminator.size();
+constexpr std::size_t kBitEntrySize = diagBit::kLength + kTerminator.size();
+constexpr std::size_t kGroupEntrySize = diagGroup::kLength + kTerminator.size();
+constexpr std::size_t kChannelEntrySize = channelError::kLength + kTerminator.size();
+constexpr int kByteNumberHundred = 100;
+
+int digitAt(const char* p)
+{
+    return *p - '0';
+}
+
+bool isGroupEntry(const char* entry)
+{
+    return entry[kDiagKind] == kTagBitGroup.front();
+}
+
+const char* nextDeviceEntry(const char* entry)
+{
+    return entry + (isGroupEntry(entry) ? kGroupEntrySize : kBitEntrySize);
+}
+
+int byteHundreds(const char* entry)
+{
+    return digitAt(entry + kDiagByteHundreds);
+}
+
+int byteRest(const char* entry)
+{
+    return numberAt(entry + kDiagByteNumber.position, kDiagByteNumber.width);
+}
+
+} // namespace
+
+char* cTypDescriptor::getDKMPos() const
+{
+    return dkmPos;
+}
+
+int cTypDescriptor::getSlaveDiagMsgCnt() const
+{
+    return loaded != 0 ? deviceDiagCount : 0;
+}
+
+int cTypDescriptor::getSlaveDiagMsg(int byteHigh, int byteLow, int bit, SLAVE_DIAG_TYPE* message) const
+{
+    *message = SLAVE_DIAG_TYPE();
+    // Unsigned, since the host's numbers may be anything.
+    const int number =
+        static_cast<int>(static_cast<unsigned>(byteHigh) * kByteNumberHundred + static_cast<unsigned>(byteLow));
+    getSlaveDiagMsgPrivate(number, bit, 0, message);
+    getSlaveDiagMsgPrivate(number, bit, 1, message);
+    return message->setFound != 0 || message->clearFound != 0 ? kOk : kErrDeviceDiag;
+}
+
+void cTypDescriptor::getSlaveDiagMsgPrivate(int number, int bit, int sense, SLAVE_DIAG_TYPE* message) const
+{
+    if (loaded == 0 || dkmPos == nullptr)
+        return;
+    const char* entry = dkmPos + kGroupHead;
+    for (int i = 0; i < deviceDiagCount; ++i, entry = nextDeviceEntry(entry)) {
+        if (isGroupEntry(entry) || byteHundreds(entry) * kByteNumberHundred + byteRest(entry) != number ||
+            digitAt(entry + kDiagKind) != bit || digitAt(entry + diagBit::kValue) != sense)
+            continue;
+        copyField(sense != 0 ? message->setText : message->clearText, entry + diagBit::kText.position);
+        (sense != 0 ? message->setFound : message->clearFound) = 1;
+        return;
+    }
+}
+
+int cTypDescriptor::getSlaveBGrDiagMsgCnt() const
+{
+    return loaded != 0 ? rangeDiagCount : 0;
+}
+
+int cTypDescriptor::getSlaveBGrDiagMsg(int index, SLAVE_BGR_DIAG_TYPE* message) const
+{
+    if (loaded == 0 || index > rangeDiagCount - 1 || dkmPos == nullptr)
+        return kErrDeviceDiag;
+    const char* entry = dkmPos + kGroupHead;
+    int found = 0;
+    for (int i = 0; i < deviceDiagCount; ++i, entry = nextDeviceEntry(entry)) {
+        if (!isGroupEntry(entry) || found++ != index)
+            continue;
+        const int firstBit = digitAt(entry + diagGroup::kFirstBit);
+        const int bitCount = digitAt(entry + diagGroup::kBitCount);
+        message->byteHigh = static_cast<uint8_t>(byteHundreds(entry));
+        message->byteLow = static_cast<uint8_t>(byteRest(entry));
+        message->firstBit = static_cast<uint8_t>(firstBit);
+        message->lastBit = static_cast<uint8_t>(firstBit + bitCount - 1);
+        message->value = static_cast<uint16_t>(numberAt(entry + diagGroup::kValue.position, diagGroup::kValue.width));
+        copyField(message->text, entry + diagGroup::kText.position);
+        return kOk;
+    }
+    return kErrDeviceDiag;
+}
+
+int cTypDescriptor::getChannelDiagMsgCnt() const
+{
+    return loaded != 0 ? channelDiagCount : 0;
+}
+
+int cTypDescriptor::getChannelDiagMsg(int errorType, char* text) const
+{
+    if (loaded == 0 || dkkPos == nullptr)
+        return kErrChannelDiag;
+    const char* entry = dkkPos + kGroupHead;
+    for (int i = 0; i < channelDiagCount; ++i, entry += kChannelEntrySize) {
+        if (numberAt(entry + channelError::kType.position, channelError::kType.width) != errorType)
+            continue;
+        std::memcpy(text, entry + channelError::kText.position, channelError::kText.width);
+        text[channelError::kText.width] = '\0';
+        return kOk;
+    }
+    return kErrChannelDiag;
+}

@@ -1,0 +1,168 @@
+// Filling a host record from a loaded type file.
+//
+// The head line, the header and the fixed block are copied out of the image; user parameter bytes and preset slots come
+// from what the check has decoded. A category-II type file has values for a few members only.
+
+#include "descriptor/cTypDescriptor.h"
+#include "descriptor/hostRecordFields.h"
+#include "descriptor/orderNumber.h"
+#include "generator/recordText.h"
+#include "typefile/cfgDecoder.h"
+#include "typefile/format.h"
+#include "typefile/scan.h"
+
+#include <array>
+#include <cstddef>
+#include <cstring>
+
+namespace {
+
+using namespace typefile;
+
+// Digits of the baud rates that a record has a flag for; 31.25 k and 45.45 k have none.
+constexpr std::array<std::size_t, 9> kBaudRateDigits{0, 1, 2, 3, 5, 6, 7, 8, 9};
+constexpr std::size_t kBaudRatesAboveCategoryII = 3; // 12, 6 and 3 Mbit/s
+constexpr unsigned kPlacesCategoryII = 8;
+constexpr unsigned kPlacesCategoryIIHalf = 4;
+
+/// Copies the head line without the characters from `open` to `close`: the brackets and what they hold.
+void copyHeadLine(TYPEFILE_COM_QX410& record, const char* image, const char* open, const char* close)
+{
+    constexpr std::size_t kMaxLength = sizeof record.headLine - 1;
+    std::size_t length = 0;
+    for (const char* p = image; *p != '\r' && length < kMaxLength; ++p) {
+        if (p == open)
+            p = close;
+        else
+            record.headLine[length++] = *p;
+    }
+}
+
+void copyHeader(TYPEFILE_COM_QX410& record, const char* header)
+{
+    copyField(record.modelName, header + kModelName.position);
+    copyField(record.vendorName, header + kVendorName.position);
+    copyField(record.family, header + kFamily.position);
+    copyField(record.periphery, header + kPeriphery.position);
+    copyField(record.identNumber, header + kIdentNumber.position);
+}
+
+void copyFixedBlock(TYPEFILE_COM_QX410& record, const char* block)
+{
+    // The check has left nothing but 'J' and 'N' wherever a flag has no third value.
+    for (const HostRecordFlag& flag : kHostRecordFlags)
+        record.*flag.member = toUpper(block[flag.position]) != 'N';
+    record.modularStation = toUpper(block[kModular]) != 'N';
+    record.asicCode = toUpper(block[kAsicCode]);
+    copyField(record.minSlaveInterval, block + kSlaveInterval.position);
+    for (std::size_t i = 0; i < kBaudRateDigits.size(); ++i)
+        record.baudRates[i] = block[kBaudRates.position + kBaudRateDigits[i]] == '1';
+    for (const HostRecordNumber& number : kHostRecordNumbers)
+        copyField(record.*number.member, block + number.position);
+}
+
+void putNumber(char (&member)[kNumberDigits + 1], unsigned value)
+{
+    copyField(member, RecordText().number(value).view().data());
+}
+
+void deriveCategoryII(TYPEFILE_COM_QX410& record, const SLAVE_TYPEDATA_TYPE& data, bool isQx410k)
+{
+    record.setSlaveAddSupp = data.cat2Flag20;
+    std::memset(record.minSlaveInterval, '0', kSlaveInterval.width);
+    for (std::size_t i = kBaudRatesAboveCategoryII; i < kBaudRateDigits.size(); ++i)
+        record.baudRates[i] = 1;
+
+    const unsigned places = data.cat2Flag4 == 1 ? kPlacesCategoryIIHalf : kPlacesCategoryII;
+    const unsigned outputs = data.cat2Digit0;
+    const unsigned withoutInput = data.cat2Digit8;
+    putNumber(record.maxInputLen, isQx410k ? 3 : places - outputs - withoutInput);
+    putNumber(record.maxOutputLen, isQx410k ? 2 : outputs);
+    putNumber(record.maxModule, isQx410k ? 4 : places - withoutInput);
+}
+
+/// Appends to a text of the host, which is a string again after each piece.
+char* append(char* text, const RecordText& piece)
+{
+    const std::string_view characters = piece.view();
+    characters.copy(text, characters.size());
+    text[characters.size()] = '\0';
+    return text + characters.size();
+}
+
+char* appendByte(char* text, uint8_t byte)
+{
+    return append(text, RecordText().number(byte));
+}
+
+/// Appends the bytes of one preset slot in decimal; nothing for an identifier that does not stand alone.
+char* appendSlot(char* text, const CSLAVE_SLOT_PRESET_TYPE& slot, int normFormat)
+{
+    switch (CFG_DECODER().interpretCfgByte(slot.identifier, normFormat, kRoleIdentifier)) {
+    case kCfgEmpty:
+    case kCfgGeneral:
+    case kCfgCompact:
+        return appendByte(text, slot.identifier);
+    case kCfgSpecial:
+        break;
+    default:
+        return text;
+    }
+    CFG_SPECIAL_INFO special;
+    decodeSpecialByte(slot.identifier, special);
+    text = appendByte(text, slot.identifier);
+    if (special.lengthBytes() > 0)
+        text = appendByte(text, static_cast<uint8_t>(slot.lengthByte1));
+    if (special.lengthBytes() > 1)
+        text = appendByte(text, static_cast<uint8_t>(slot.lengthByte2));
+    for (unsigned i = 0; i < special.mfrBytes(); ++i)
+        text = appendByte(text, slot.mfrData[i]);
+    return text;
+}
+
+} // namespace
+
+int cTypDescriptor::getCOMTypeData(TYPEFILE_COM_QX410* record)
+{
+    if (record == nullptr)
+        return 0;
+    SLAVE_TYPEDATA_TYPE data = SLAVE_TYPEDATA_TYPE();
+    const unsigned short category = getSlaveTypeData(&data);
+    std::memset(record, 0, offsetof(TYPEFILE_COM_QX410, userPrmHex));
+    if (loaded == 0)
+        return 0;
+
+    const bool hasOrderNumber = orderNumberPos != nullptr;
+    if (headerPos != image)
+        copyHeadLine(*record, image, hasOrderNumber ? orderNumberPos - 1 : nullptr, orderNumberClose);
+    if (hasOrderNumber) {
+        const std::string_view orderNumber = orderNumberText(orderNumberPos);
+        orderNumber.copy(record->orderNumber, orderNumber.size());
+    }
+    copyHeader(*record, headerPos);
+    if (category == 0)
+        fillCategoryI(record);
+    else if (category == 1 || category == 2)
+        deriveCategoryII(*record, data, qx410kStation != 0);
+    return changeTypeFilePossible() != 0;
+}
+
+void cTypDescriptor::fillCategoryI(TYPEFILE_COM_QX410* record) const
+{
+    copyFixedBlock(*record, headerPos + kHeaderLength);
+
+    char* hexDigits = record->userPrmHex;
+    for (int32_t i = 0; hexDigits != nullptr && i < userPrmByteCount; ++i)
+        hexDigits = append(hexDigits, RecordText().hexByte(userPrmBytes[i]));
+
+    char* slotText = record->fixedSlotText;
+    if (slotText == nullptr)
+        return;
+    *slotText = '\0';
+    for (int i = 0; i < presetCount; ++i) {
+        CSLAVE_SLOT_PRESET_TYPE slot;
+        if (getFixedSlotId(i, &slot) != kOk)
+            return;
+        slotText = appendSlot(slotText, slot, header.headerCnf);
+    }
+}

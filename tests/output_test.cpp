@@ -1,0 +1,325 @@
+// What leaves a descriptor: the object image, the written type file and the order number.
+
+#include "descriptor/cTypDescriptor.h"
+#include "tests/typeFileBuilder.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <string>
+
+namespace {
+
+constexpr unsigned short in16Bits(int code)
+{
+    return static_cast<unsigned short>(code);
+}
+
+/// A directory of its own for each test, gone afterwards.
+class Output : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        const testing::TestInfo* info = testing::UnitTest::GetInstance()->current_test_info();
+        directory = std::filesystem::temp_directory_path() / (std::string("typdescriptor_") + info->name());
+        std::filesystem::remove_all(directory);
+        std::filesystem::create_directory(directory);
+    }
+    void TearDown() override { std::filesystem::remove_all(directory); }
+
+    std::string path(const std::string& name) const { return (directory / name).string(); }
+
+    std::string put(const std::string& name, const std::string& contents) const
+    {
+        std::ofstream(path(name), std::ios::binary) << contents;
+        return path(name);
+    }
+
+    static std::string contents(const std::string& file)
+    {
+        if (!std::filesystem::is_regular_file(file))
+            return {};
+        std::ifstream stream(file, std::ios::binary);
+        return {std::istreambuf_iterator<char>(stream), {}};
+    }
+
+    std::filesystem::path directory;
+};
+
+using Device = std::unique_ptr<cTypDescriptor>;
+
+/// A file that may be changed.
+TypeFileBuilder changeableFile()
+{
+    TypeFileBuilder file;
+    file.version = "V5.0";
+    file.headLine = "Left <DX-7/40   > right";
+    return file;
+}
+
+Device checked(const TypeFileBuilder& file)
+{
+    Device device = descriptorOf(file.build());
+    EXPECT_EQ(device->checkTypeFileContents(), kOk);
+    return device;
+}
+
+/// A valid file of exactly `size` characters: diagnostic texts, and a head line for the rest.
+std::string fileOfSize(std::size_t size)
+{
+    constexpr std::size_t kMaxTexts = 999;
+    const std::string deviceText = record::deviceBit(1, '0', '1', "Supply missing");
+    const std::string channelText = record::channelError(16, "Wire broken");
+    TypeFileBuilder file;
+    file.headLine = "h";
+    std::size_t room = size - file.build().size();
+    for (; file.deviceDiag.size() < kMaxTexts && room >= deviceText.size(); room -= deviceText.size())
+        file.deviceDiag.push_back(deviceText);
+    for (; room >= channelText.size(); room -= channelText.size())
+        file.channelDiag.push_back(channelText);
+    file.headLine.append(room, 'h');
+    return file.build();
+}
+
+/// A GSD file that compiles.
+const std::string kGsd =
+    "#Profibus_DP\nGSD_Revision=2\nVendor_Name=\"Kessel\"\nModel_Name=\"Drive\"\nRevision=\"1\"\nIdent_Number=1\n"
+    "Protocol_Ident=0\nStation_Type=0\nHardware_Release=\"1\"\nSoftware_Release=\"1\"\n"
+    "9.6_supp=1\nMaxTsdr_9.6=60\nMin_Slave_Intervall=1\nMax_Diag_Data_Len=6\n"
+    "Module=\"In\" 0x10\nEndModule\n";
+
+TEST_F(Output, ObjectImageComesBackAsItWas)
+{
+    std::string fileWithoutEnd = changeableFile().build() + "behind the end";
+    fileWithoutEnd.replace(fileWithoutEnd.find("right"), 5, "now\0n", 5);
+    const struct {
+        const char* name;
+        std::string image;
+        std::size_t size;
+    } cases[] = {
+        {"full", TypeFileBuilder::fullFile().build(), TypeFileBuilder::fullFile().build().size()},
+        {"ended by the check", fileWithoutEnd, changeableFile().build().size()},
+    };
+    const std::string trailer("\1\0\0\0\5\0\0\0", 8);
+    for (const auto& row : cases) {
+        std::string object = row.image + trailer;
+        cTypDescriptor device(static_cast<unsigned short>(object.size()), object.data());
+        std::string written(row.size + trailer.size(), '?');
+        EXPECT_EQ(device.getDataSize(), 0) << row.name;
+        EXPECT_EQ(device.writeObject(written.data()), 0) << row.name;
+        ASSERT_EQ(device.checkTypeFileContents(), kOk) << row.name;
+        EXPECT_EQ(device.getGsdRevision(), 5);
+        ASSERT_EQ(device.getDataSize(), written.size()) << row.name;
+        for (int round = 0; round < 2; ++round) {
+            EXPECT_EQ(device.writeObject(written.data()), 1);
+            EXPECT_EQ(written, row.image.substr(0, row.size) + trailer) << row.name;
+        }
+    }
+}
+
+TEST_F(Output, CompiledImageIsStoredWithItsOrigin)
+{
+    cTypDescriptor compiled(put("drive.gsd", kGsd).c_str(), 0, nullptr);
+    ASSERT_EQ(compiled.checkTypeFileContents(), kOk);
+    std::string object(compiled.getDataSize(), '?');
+    EXPECT_EQ(compiled.writeObject(object.data()), 1);
+    EXPECT_EQ(object.substr(object.size() - 8), std::string("\1\0\0\0\2\0\0\0", 8));
+
+    cTypDescriptor stored(static_cast<unsigned short>(object.size()), object.data());
+    ASSERT_EQ(stored.checkTypeFileContents(), kOk);
+    std::string again(stored.getDataSize(), '?');
+    EXPECT_EQ(stored.writeObject(again.data()), 1);
+    EXPECT_EQ(again, object);
+}
+
+TEST_F(Output, ObjectImageWithoutRoomForItsTrailerIsEmpty)
+{
+    for (unsigned short size = 0; size < 8; ++size) {
+        cTypDescriptor device(size, nullptr);
+        EXPECT_EQ(device.getStatus(), kOk) << size;
+        EXPECT_EQ(device.getGsdRevision(), -1) << size;
+        EXPECT_EQ(device.checkTypeFileContents(), kErrHeader) << size;
+    }
+    std::string trailer(8, '\0');
+    EXPECT_EQ(cTypDescriptor(8, trailer.data()).checkTypeFileContents(), kErrHeader);
+    EXPECT_EQ(cTypDescriptor(8, nullptr).getStatus(), kErrFile);
+}
+
+TEST_F(Output, ObjectSizeWrapsAround)
+{
+    for (const std::size_t size : {65527U, 65528U, 65534U}) {
+        const std::string image = fileOfSize(size);
+        ASSERT_EQ(image.size(), size);
+        cTypDescriptor device(put("large.410", image).c_str(), 0, nullptr);
+        ASSERT_EQ(device.checkTypeFileContents(), kOk);
+        EXPECT_EQ(device.getDataSize(), (size + 8) % 65536);
+        std::string object(size + 8, '?');
+        EXPECT_EQ(device.writeObject(object.data()), 1);
+        EXPECT_EQ(object.substr(0, size), image);
+        EXPECT_EQ(object.substr(size), std::string(4, '\0') + std::string(4, '\xff'));
+    }
+}
+
+TEST_F(Output, CategoryIIIsNeitherStoredNorWritten)
+{
+    const Device device = checked(TypeFileBuilder::categoryIIFile());
+    char untouched = '?';
+    EXPECT_EQ(device->getDataSize(), 0);
+    EXPECT_EQ(device->writeObject(&untouched), 0);
+    EXPECT_EQ(untouched, '?');
+    EXPECT_EQ(device->changeTypeFilePossible(), 0);
+    EXPECT_EQ(device->writeTypeFile(path("new.410").c_str()), in16Bits(kErrNotChangeable));
+    EXPECT_FALSE(std::filesystem::exists(path("new.410")));
+}
+
+TEST_F(Output, TypeFileIsWrittenOnlyWhereItMayBe)
+{
+    TypeFileBuilder fixed = changeableFile();
+    fixed.changeable = "N";
+    TypeFileBuilder other = changeableFile();
+    other.modelName = "Other device";
+    const std::string image = changeableFile().build();
+
+    const struct {
+        const char* name;
+        std::string target;
+        int expected;
+    } cases[] = {
+        {"new", path("new.410"), kOk},
+        {"invalid", put("invalid.410", "not a type file;\r\n" + std::string(70000, 'x')), kOk},
+        {"empty", put("empty.410", ""), kOk},
+        {"itself", put("itself.410", image + "behind the end"), kOk},
+        {"changeable", put("other.410", other.build()), kOk},
+        {"protected", put("fixed.410", fixed.build()), kErrTargetProtected},
+        {"directory", directory.string(), kErrWriteOpen},
+        {"no directory", path("missing/new.410"), kErrWriteOpen},
+        {"full device", "/dev/full", kErrWrite},
+    };
+    for (const auto& row : cases) {
+        const std::string before = contents(row.target);
+        cTypDescriptor device(put("source.410", image).c_str(), 0, nullptr);
+        EXPECT_EQ(device.writeTypeFile(row.target.c_str()), in16Bits(kErrMemory)) << row.name << ", not loaded";
+        ASSERT_EQ(device.checkTypeFileContents(), kOk);
+        EXPECT_EQ(device.writeTypeFile(row.target.c_str()), in16Bits(row.expected)) << row.name;
+        EXPECT_EQ(contents(row.target), row.expected == kOk ? image : before) << row.name;
+        // The order number is open from the moment on at which the target was.
+        const bool isOpened = row.expected == kOk || row.expected == kErrWrite;
+        char text[31];
+        EXPECT_EQ(device.getMLFBstring(text), kOk);
+        EXPECT_STREQ(text, isOpened ? "DX-7/40   > right\r\nV5.0;\r\nValv" : "DX-7/40") << row.name;
+    }
+    const Device device = checked(changeableFile());
+    EXPECT_EQ(device->writeTypeFile(nullptr), in16Bits(kErrWriteOpen));
+    TypeFileBuilder large = changeableFile(); // larger than what a stream holds back until it is closed
+    large.maxModule = "244";
+    large.presetSlots.assign(244, record::presetSlot("193\"000\"000\"170\""));
+    EXPECT_EQ(checked(large)->writeTypeFile("/dev/full"), in16Bits(kErrWrite));
+    EXPECT_EQ(checked(fixed)->writeTypeFile(path("new.410").c_str()), in16Bits(kErrNotChangeable));
+}
+
+TEST_F(Output, GsdFilesThatCompileAreProtected)
+{
+    const std::string target = put("drive.gsd", kGsd);
+    const std::string broken = put("broken.gsd", kGsd + "Vendor_Name=\"twice\"\n");
+    const Device device = checked(changeableFile());
+    EXPECT_EQ(device->writeTypeFile(target.c_str()), in16Bits(kErrTargetProtected));
+    EXPECT_EQ(contents(target), kGsd);
+    EXPECT_EQ(device->writeTypeFile(broken.c_str()), kOk);
+    EXPECT_EQ(contents(broken), changeableFile().build());
+}
+
+TEST_F(Output, OrderNumberIsTrimmedAndClosedAgain)
+{
+    const struct {
+        const char* name;
+        std::string headLine;
+        int expected;
+        const char* text;
+        std::string written; // the head line in the file and in the object image
+    } cases[] = {
+        {"no head line", "", kErrNoOrderNumber, "", ""},
+        {"no brackets", "Left DX-7 right", kErrNoOrderNumber, "", "Left DX-7 right"},
+        {"no end in 31 characters", "<" + std::string(31, 'o') + ">", kErrNoOrderNumber, "",
+         "<" + std::string(31, 'o') + ">"},
+        {"blank", "<" + std::string(30, ' ') + ">", kErrNoOrderNumber, "", "<>" + std::string(30, ' ')},
+        {"empty", "<>", kErrNoOrderNumber, "", "<>"},
+        {"one blank cut", "<DX-7 > right", kOk, "DX-7", "<DX-7>  right"},
+        {"white space cut", "<DX 7 \t\v > <right>", kOk, "DX 7", "<DX 7>\t\v   <right>"},
+        {"nothing to cut", "<DX-7>   ", kOk, "DX-7", "<DX-7>   "},
+        {"thirty characters", "<" + std::string(30, 'o') + ">", kOk, "oooooooooooooooooooooooooooooo",
+         "<" + std::string(30, 'o') + ">"},
+    };
+    for (const auto& row : cases) {
+        TypeFileBuilder file = changeableFile();
+        file.headLine = row.headLine;
+        const Device device = checked(file);
+        for (int round = 0; round < 2; ++round) {
+            char text[31] = "untouched";
+            EXPECT_EQ(device->getMLFBstring(text), in16Bits(row.expected)) << row.name;
+            EXPECT_STREQ(text, row.text) << row.name;
+        }
+        TYPEFILE_COM_QX410 record{};
+        device->getCOMTypeData(&record);
+        EXPECT_STREQ(record.orderNumber, row.text) << row.name;
+
+        file.headLine = row.written;
+        const std::string expected = file.build();
+        std::string object(device->getDataSize(), '?');
+        EXPECT_EQ(device->writeObject(object.data()), 1);
+        EXPECT_EQ(object.substr(0, object.size() - 8), expected) << row.name;
+        for (int round = 0; round < 2; ++round) {
+            EXPECT_EQ(device->writeTypeFile(path("new.410").c_str()), kOk) << row.name;
+            EXPECT_EQ(contents(path("new.410")), expected) << row.name;
+        }
+    }
+    char text[31] = "untouched";
+    EXPECT_EQ(descriptorOf(changeableFile().build())->getMLFBstring(text), in16Bits(kErrMemory));
+    EXPECT_STREQ(text, "untouched");
+}
+
+TEST_F(Output, HeadLineIsReadAroundTheOrderNumberInEveryState)
+{
+    const Device device = checked(changeableFile());
+    const auto record = [&device] {
+        TYPEFILE_COM_QX410 fields{};
+        device->getCOMTypeData(&fields);
+        return std::string(fields.headLine) + "|" + fields.orderNumber;
+    };
+    char text[31];
+    EXPECT_EQ(record(), "Left  right|DX-7/40   ");
+    EXPECT_EQ(device->getMLFBstring(text), kOk);
+    EXPECT_EQ(record(), "Left  right|DX-7/40");
+    EXPECT_EQ(device->writeTypeFile(path("new.410").c_str()), kOk);
+    EXPECT_EQ(record(), "Left     right|DX-7/40>    right\r\nV5.0;\r\nValv");
+}
+
+TEST_F(Output, WrittenOrderNumberIsHandedOutToItsThirtiethCharacter)
+{
+    TypeFileBuilder file = changeableFile();
+    file.headLine = "<DX-7>" + std::string(40, ' ');
+    const Device device = checked(file);
+    EXPECT_EQ(device->writeTypeFile(path("new.410").c_str()), kOk);
+    char text[31];
+    EXPECT_EQ(device->getMLFBstring(text), kOk);
+    EXPECT_EQ(text, "DX-7>" + std::string(25, ' '));
+}
+
+TEST_F(Output, TrimmingStaysInTheHeadLine)
+{
+    TypeFileBuilder file = changeableFile();
+    file.headLine = "short";
+    file.modelName = "<DX-7    >";
+    const Device device = checked(file);
+    char text[31];
+    EXPECT_EQ(device->getMLFBstring(text), kOk);
+    EXPECT_STREQ(text, "DX-7");
+    std::string object(device->getDataSize(), '?');
+    EXPECT_EQ(device->writeObject(object.data()), 1);
+    EXPECT_EQ(object.substr(0, object.size() - 8), file.build());
+}
+
+} // namespace

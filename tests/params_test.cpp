@@ -1,0 +1,271 @@
+// User parameters, structured parameters, slot parameter blocks and help blocks: what is accepted, with which code the
+// rest is refused, and which parameter bytes come out.
+
+#include "descriptor/cTypDescriptor.h"
+#include "tests/typeFileBuilder.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+#include <sstream>
+#include <string>
+#include <utility>
+
+namespace {
+
+using record::helpBlock;
+using record::helpLine;
+using record::prm;
+using record::slotNumberPrm;
+using record::slotPrmBlock;
+using Records = TypeFileBuilder::Records;
+
+std::string hexText(const unsigned char* bytes, int count)
+{
+    std::string text;
+    for (int i = 0; i < count; ++i) {
+        std::array<char, 3> digits{};
+        std::snprintf(digits.data(), digits.size(), "%02X", static_cast<unsigned>(bytes[i]));
+        text += digits.data();
+    }
+    return text;
+}
+
+// A station with four user parameter bytes, at the indexes 7 to 10.
+TypeFileBuilder station(const Records& prms)
+{
+    TypeFileBuilder file;
+    file.version = "V5.0"; // the only major version 5 that can be changed
+    file.userPrmLen = "011";
+    file.userPrmBytes = {"fF", "00", "Aa"};
+    file.prms = prms;
+    return file;
+}
+
+// A device with room for slot parameter blocks of every length.
+TypeFileBuilder slotDevice(const Records& blocks)
+{
+    TypeFileBuilder file;
+    file.userPrmLen = "V244";
+    file.slotPrmBlocks = blocks;
+    return file;
+}
+
+int checked(const TypeFileBuilder& file)
+{
+    return descriptorOf(file.build())->checkTypeFileContents();
+}
+
+TEST(StructuredPrm, DefaultsReachTheBytes)
+{
+    struct Case {
+        const char* bytes; // preset FF 00 AA 00
+        Records prms;
+    };
+    const Case cases[] = {
+        {"FF00AA00", {}},
+        {"FA00AA00", {prm(7, "Two bits", "BIT0 ", "0", "0", "1"), prm(7, "", "BIT2x", "0", "0", "1")}},
+        {"FF80AA00", {prm(8, "Top bit", "BIT7 ", "1", "0", "1")}},
+        {"FB18AA00", {prm(7, "Group", "BGR23", "110", "0", "7"), prm(8, "", "BGR23", "110", "0", "7")}},
+        {"0000AA80", {prm(7, "Whole byte", "BGR08", "00000000", "0", "255"), prm(10, "", "BGR71", "1", "0", "1")}},
+        {"FF15AA00",
+         {prm(8, "Shared", "BIT0 ", "1", "0", "1"), prm(8, "", "BIT1 ", "0", "0", "1"),
+          prm(8, "", "BGR23", "101", "0", "7")}},
+        {"A700AA00", {prm(7, "Bit string", "BIN  ", "10100111", "000", "255")}},
+        {"0000AA00", {prm(7, "No default", "BYTE ", "", "", "")}},
+        {"FB00AA00", {prm(7, "Negative", "BYTE ", "-5", "0", "255")}},
+        {"FFFFFF00", {prm(8, "Minus one", "INT  ", "-1", "-32768", "+32767")}},
+        {"FF00FFFF", {prm(9, "Minus one", "UINT ", "-1", "0", "65535")}},
+        {"0102AA00", {prm(7, "High byte first", "UINT ", "00000258", "0", "65535")}},
+        {"0D00AA00", {prm(7, "Byte first", "BYTE ", "12", "0", "255"), prm(7, "then bit", "BIT0 ", "1", "0", "1")}},
+    };
+    for (const Case& c : cases) {
+        const auto device = descriptorOf(station(c.prms).build());
+        ASSERT_EQ(device->checkTypeFileContents(), kOk) << c.bytes;
+        EXPECT_EQ(device->changeTypeFilePossible(), c.prms.empty() ? 1 : 0);
+        EXPECT_EQ(device->getParaStructCnt(), static_cast<int>(c.prms.size()));
+        SLAVE_TYPEDATA_TYPE data;
+        device->getSlaveTypeData(&data);
+        EXPECT_EQ(hexText(data.userPrmData, 4), c.bytes);
+    }
+}
+
+std::string recordOf(const _parastruct& entry)
+{
+    std::string record = prm(0, entry.name, entry.dataType, entry.defaultValue, entry.minValue, entry.maxValue,
+                             static_cast<unsigned>(entry.helpNumber));
+    return record.replace(0, 5, entry.reference);
+}
+
+TEST(StructuredPrm, EntriesAreHandedOut)
+{
+    const std::string name = "Exactly thirty characters here";
+    const Records prms = {prm(7, "Watch", "BIT0x", "1", "0", "1", 999), prm(8, name, "BIN  ", "10100101", "0", "255"),
+                          prm(9, "Limit", "INT  ", "-0000001", "-32768", "+32767", 12)};
+    TypeFileBuilder file = station(prms);
+    file.userPrmLen = "V011";
+    file.slotPrmBlocks = {slotPrmBlock(1, 11, {}, prms)};
+    const auto device = descriptorOf(file.build());
+    ASSERT_EQ(device->checkTypeFileContents(), kOk);
+    _parastruct own;
+    _parastruct ofSlot;
+    for (int i = 0; i < 3; ++i) {
+        ASSERT_EQ(device->getParaStruct(i, &own), 1);
+        ASSERT_EQ(device->getStructuredSlotParameter(0, i, &ofSlot), kOk);
+        EXPECT_EQ(recordOf(own), prms[static_cast<std::size_t>(i)]);
+        EXPECT_EQ(recordOf(ofSlot), prms[static_cast<std::size_t>(i)]);
+    }
+}
+
+// One image with everything in it, and what becomes of it when a single text is replaced.
+TEST(PrmGroups, OneTextReplaced)
+{
+    TypeFileBuilder file = slotDevice({slotPrmBlock(1, 17, {"0B"}, {slotNumberPrm(0, "UINT ")})});
+    file.userPrmLen = "V020"; // bytes 7 to 19
+    file.userPrmBytes = {"fF", "00", "Aa"};
+    file.prms = {
+        prm(7, "Byte", "BYTE ", "00000011", "12", "13", 1),  prm(8, "Bit", "BIT6 ", "1", "0", "1"),
+        prm(8, "Group", "BGR23", "101", "4", "7"),           prm(9, "String", "BIN  ", "10100101", "9", "254"),
+        prm(10, "Signed", "INT  ", "-1", "-32768", "32767"), prm(18, "Unsigned", "UINT ", "258", "3", "65535")};
+    file.helpBlocks = {helpBlock(2, {helpLine(0, "off"), helpLine(65432, "on")})};
+    const std::string image = file.build();
+
+    struct Case {
+        int code;
+        const char* edits; // "from>to", one after the other, each on its own
+    };
+    const Case cases[] = {
+        {kErrUserPrm, R"(PV003>PW003|PV003;>PV003:|PV003>PV014|PV003>PV-03|Aa;>Aa:|PSL006;>PSL006:)"},
+        {kErrUserPrm, R"(PSL006>PSL-06)"},
+        {kErrUserPrmByte, R"(Aa;>Ag;|Aa;>gA;|PV003>PV004)"},
+        {kErrPrmList, R"(PV003>PV002)"},
+        {kErrPrmRecord, R"(PSL006>PSL007|PS007>PX007|PS007>PS006|PS018>PS020|PS007">PS007'| "BYTE>  BYTE)"},
+        {kErrPrmRecord, R"(BYTE ">BYTE '|"00000011>"000000000|"12"13">"0000121"|"13">"0000013"|HI001">HJ001")"},
+        {kErrPrmRecord, R"(HI001">HI-01"|HI001">HI001'|HI001";>HI001":)"},
+        {kErrPrmValue, R"(BYTE >WORD |BYTE >BYTE1|"00000011>"256|"12">"256"|"13">"000256"|"13">"x"|BIT6 >BIT8 )"},
+        {kErrPrmValue, R"(BIT6 >BIT/ |BGR23>BGR83|BGR23>BGR/3|BGR23"101"4"7>BGR20"""|BGR23>BGR63|"101">"01"|"7">"8")"},
+        {kErrPrmValue, R"(10100101>1010010|"254">"256"|-32768>-32769|65535>65536|PS018>PS019|PS009>PS008)"},
+        {kErrPrmValue, R"(PS010>PS009|PS018>PS011|"12">"-0"|"12">"abc"|"12">"0x1"|"13">"999999"|32767>32768)"},
+        {kErrPrmValue, R"("1"0"1">"2"0"1"|"1"0"1">""0"1"|"1"0"1">"1"00"1"|"101">"1010"|"101">"121"|10100101>10x00101)"},
+        {kErrHelpBlock, R"(HTT001;>HTT001:|HTT001>HTT-01|HTT001>HTT002|HI002>HJ002|HI002;>HI002:|HI002>HI-02)"},
+        {kErrHelpBlock, R"(L002>M002|L002;>L002:|L002>L|L002>L000|L002>L003|L002>L0002|65432>65536|65432>   -1)"},
+        {kErrHelpBlock, R"("off>'off| "65432>  65432|65432">65432 |65432";>65432":)"},
+        {kErrSlotPrm, R"(SP001>SQ001|SP001>SP000|SP001>SP002|SP001;>SP001:|017;>000;|017;>238;|017;>-02;)"},
+        {kErrSlotPrm, R"(017;>017:|PV001>PW001|0B;>0G;|0B;>0B:|PSL001>PSM001|PSL001>PSL002)"},
+        {kErrSlotPrm, R"(PS000>PS016|PS000>PS017|[Slot>[slot|[UINT>(UINT|UINT ]>BIT  ]|UINT ]>UINT ))"},
+        {kErrSlotPrm, R"([000]>[001]|[000];>[000]:|PV001>PV002)"},
+        {kOk, R"(00000011">00000011x|"12">"000012"|PS008"Bit>PS007"Bit|L002>L2|UINT ]>INT  ])"},
+        {kOk, R"(PS000>PS015|"12">"0000"|"12">""|"12">" 7x"|"13">"-99999"|"4"7">"-8"abc"|65535>-1)"},
+    };
+    for (const Case& c : cases) {
+        std::istringstream edits(c.edits);
+        for (std::string from, to; std::getline(edits, from, '>') && std::getline(edits, to, '|');)
+            EXPECT_EQ(descriptorOf(replaced(image, from, to))->checkTypeFileContents(), c.code) << from << '>' << to;
+    }
+    EXPECT_EQ(checked(station({slotNumberPrm(7, "BYTE ")})), kErrPrmRecord);
+    EXPECT_EQ(checked(slotDevice({slotPrmBlock(1, 1, {"01", "02"}, {})})), kErrSlotPrm);
+}
+
+TEST(HelpBlock, HasAtMost999Lines)
+{
+    TypeFileBuilder file;
+    file.helpBlocks = {helpBlock(1, Records(999, helpLine(1, "again")))};
+    EXPECT_EQ(checked(file), kOk);
+    file.helpBlocks = {helpBlock(1, Records(1000, helpLine(1, "again")))};
+    EXPECT_EQ(checked(file), kErrHelpBlock);
+}
+
+TEST(UserPrm, FixedProfileHasNone)
+{
+    TypeFileBuilder file;
+    file.stationType = "QX410U/VRC";
+    file.evenSlotNumber = "J";
+    file.baudRates = "0001011111";
+    file.maxOutputLen = "032";
+    file.maxModule = "032";
+    file.userPrmLen = "007";
+    file.maxDataLen = "064";
+    EXPECT_EQ(checked(file), kOk);
+    file.prms = {prm(7, "", "BYTE ", "1", "0", "1")};
+    EXPECT_EQ(checked(file), kErrFixedProfile);
+    file.userPrmBytes = {"00"};
+    EXPECT_EQ(checked(file), kErrUserPrm);
+}
+
+TEST(SlotPrmBlock, AcceptedWithItsBytes)
+{
+    struct Case {
+        std::string block;
+        int fields;
+        std::string bytes;
+    };
+    const Case cases[] = {
+        {slotPrmBlock(1, 2, {"0a", "F0"}, {}), 0, "0AF0"},
+        {slotPrmBlock(1, 4, {}, {prm(1, "", "BIT7 ", "1", "0", "1"), prm(2, "", "INT  ", "-2", "0", "1")}), 2,
+         "0080FFFE"},
+        {slotPrmBlock(1, 237, {}, {prm(236, "Last", "BYTE ", "66", "0", "255")}), 1, std::string(472, '0') + "42"},
+        {slotPrmBlock(1, 3, {"01"},
+                      {slotNumberPrm(2, "BYTE "), slotNumberPrm(1, "INT  "), prm(1, "", "UINT ", "513", "0", "999"),
+                       slotNumberPrm(0, "UINT ")}),
+         1, "010201"},
+    };
+    for (const Case& c : cases) {
+        const auto device = descriptorOf(slotDevice({c.block}).build());
+        ASSERT_EQ(device->checkTypeFileContents(), kOk) << c.block;
+        std::array<unsigned char, 237> bytes{};
+        int length = 0;
+        EXPECT_EQ(device->getSlotParameters(0, bytes.data(), &length), kOk);
+        EXPECT_EQ(hexText(bytes.data(), length), c.bytes);
+        EXPECT_EQ(device->getMaxSPBlockLen(), length);
+        EXPECT_EQ(device->getStructuredSlotParameterCnt(0), c.fields);
+    }
+}
+
+TEST(SlotPrmBlock, OneNumberTwice)
+{
+    const auto device = descriptorOf(
+        slotDevice({slotPrmBlock(1, 2, {"01"}, {}), slotPrmBlock(1, 1, {"02"}, {slotNumberPrm(0, "BYTE ")})}).build());
+    ASSERT_EQ(device->checkTypeFileContents(), kOk);
+    unsigned char bytes[2];
+    int length = 7;
+    EXPECT_EQ(device->getSlotParameters(0, bytes, &length), kOk);
+    EXPECT_EQ(hexText(bytes, length), "02"); // the later one
+    EXPECT_EQ(device->getSlotParameters(1, bytes, &length), kErrSlotPrm);
+    EXPECT_EQ(length, 0);
+    _parastruct entry;
+    EXPECT_EQ(device->getStructuredSlotParameterCnt(1), 0);
+    EXPECT_EQ(device->getStructuredSlotParameter(1, -1, &entry), kErrSlotPrm);
+    KEYWORD_TYPE keyword;
+    EXPECT_EQ(device->hasSPBlockThisKeyWord(&keyword, 1, 0), 0);
+}
+
+TEST(SlotPrmBlock, KeywordsOneAfterTheOther)
+{
+    const auto device = descriptorOf(
+        slotDevice({slotPrmBlock(1, 120, {},
+                                 {slotNumberPrm(105, "INT  "), prm(1, "Not a keyword", "BYTE ", "1", "0", "1"),
+                                  slotNumberPrm(7, "BYTE "), prm(2, "x [SlotNumber] y", "BYTE ", "1", "0", "1")}),
+                    slotPrmBlock(2, 2, {}, {prm(0, "Semi;colon", "BYTE ", "1", "0", "1"), slotNumberPrm(1, "BYTE ")}),
+                    slotPrmBlock(3, 2, {}, {})})
+            .build());
+    ASSERT_EQ(device->checkTypeFileContents(), kOk);
+    const auto next = [&](int block, int which = 0) {
+        KEYWORD_TYPE keyword{};
+        const int found = device->hasSPBlockThisKeyWord(&keyword, block, which);
+        return found != 0 ? std::to_string(keyword.byteOffset) + keyword.dataType : "none";
+    };
+    EXPECT_EQ(next(0), "5INT  "); // without its hundreds
+    EXPECT_EQ(next(0), "7BYTE ");
+    EXPECT_EQ(next(0), "2y    "); // looks like one
+    EXPECT_EQ(next(0), "none");
+    EXPECT_EQ(next(0), "5INT  "); // again from the first
+    EXPECT_EQ(next(1), "none");   // goes on at record 1, which the semicolon has moved
+    EXPECT_EQ(next(2), "none");
+    EXPECT_EQ(next(0), "5INT  ");
+    for (const auto& [block, which] : {std::pair(3, 0), std::pair(-1, 0), std::pair(0, 1)})
+        EXPECT_EQ(next(block, which), "none"); // not looked for, so that the search stays where it is
+    EXPECT_EQ(next(0), "7BYTE ");
+}
+
+} // namespace

@@ -1,0 +1,130 @@
+// Type files for tests, built field by field.
+//
+// A fresh builder gives a valid type file of the usual station type with every optional group empty. Each field is a
+// plain text that goes into the file blank-padded to its width but otherwise as it stands, each record group a list of
+// complete records, so that a test can break one field and leave the rest alone. The builder writes the format on its
+// own: it shares no position or width with the library.
+
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+class cTypDescriptor;
+
+struct TypeFileBuilder {
+    using Records = std::vector<std::string>;
+
+    std::string headLine; // without its line end; empty for none
+
+    std::string version = "V5.2";
+    std::string modelName = "Valve island 8";
+    std::string vendorName = "Kessel";
+    std::string family = "Valves";
+    std::string periphery = "DP";
+    std::string stationType = "DPS/CLASS1";
+    std::string identNumber = "04660";
+    std::string makerDevice = "N";
+    std::string headerCnf = "J";
+
+    std::string setSlaveAddress = "N";
+    std::string syncMode = "N";
+    std::string freezeMode = "N";
+    std::string publisherSubscriber = "N";
+    std::string diagBufferable = "N";
+    std::string activeMaster = "N";
+    std::string evenSlotNumber = "N";
+    std::string changeable = "J";
+    std::string asicCode = "N";
+    std::string modular = "J";
+    std::string failSafe = "N";
+    std::string moduleKinds = "N";
+    std::string slaveInterval = "00020";
+    std::string baudRates = "0000000001";
+    std::string maxInputLen = "032"; // with "BIT" where wanted
+    std::string maxOutputLen = "016";
+    std::string maxModule = "010";
+    std::string maxDiagLen = "032";
+
+    std::string userPrmLen = "020"; // with "V" where wanted
+    Records userPrmBytes;           // two hexadecimal digits each, without terminator
+    Records prms;
+    Records helpBlocks; // the group is left out when there are none
+    std::string structureCode = "KX";
+    Records presetSlots;
+    Records deviceDiag;
+    Records channelDiag;
+    std::string bitmapName = "DP_NORM";
+    std::string libraryName = "ISNONAME";
+    std::string slotOffset = "000";
+    std::string slotNumbering; // raw: the "SN" and "KO" records of a KGP station
+    std::string maxDataLen = "048";
+    Records orderNumbers;
+    Records moduleLists;
+    std::string commonPrmLen = "000";
+    Records slotPrmBlocks;
+    Records slotHelpBlocks;
+    std::string eterDelay = "000"; // both are left out for the minor version 0
+    std::string responseDelay = "000";
+
+    bool categoryII = false; // the six fields below and deviceDiag are then the type data
+    std::string cat2Digit0 = "2";
+    std::string cat2Flag4 = "J";
+    std::string cat2Digit8 = "0";
+    std::string cat2Digit12 = "0";
+    std::string cat2Digit16 = "0";
+    std::string cat2Flag20 = "J";
+
+    std::string build() const;
+
+    /// A copy with other fields: "field=value", several of them joined by "+". A record list takes one record of that
+    /// text and the terminator, or none when the text is empty.
+    TypeFileBuilder with(std::string_view changes) const;
+
+    /// A valid category-II file of station type QX410K.
+    static TypeFileBuilder categoryIIFile();
+    /// A category-I file in slot-parameter mode with records in every group that allows the others.
+    static TypeFileBuilder fullFile();
+    /// The same with preset slots in place of module lists.
+    static TypeFileBuilder fullPresetFile();
+};
+
+/// Complete records, terminators included.
+namespace record {
+
+/// A preset slot: identifier in record form ("193\"005\"003\"170\""), block number 000 for none or "" for no reference.
+std::string presetSlot(std::string_view identifier, std::string_view block = "");
+/// A preset slot by order number.
+std::string presetNumber(unsigned number);
+std::string deviceBit(unsigned byte, char bit, char value, std::string_view text);
+std::string deviceGroup(unsigned byte, char firstBit, char bits, unsigned value, std::string_view text);
+std::string channelError(unsigned type, std::string_view text);
+std::string orderNumber(std::string_view text, std::string_view identifier, unsigned block);
+std::string kgpModule(std::string_view text, std::string_view id, std::string_view values, unsigned block);
+/// A slot entry by identifier; slotNumber() is one by order number.
+std::string slotEntry(std::string_view identifier, std::string_view text, unsigned block);
+std::string slotNumber(unsigned number, std::string_view text);
+std::string moduleList(unsigned number, std::string_view text, std::string_view code,
+                       const TypeFileBuilder::Records& slots);
+/// A structured parameter. `type` has five characters.
+std::string prm(unsigned byte, std::string_view name, std::string_view type, std::string_view value,
+                std::string_view minimum, std::string_view maximum, unsigned help = 0);
+/// A keyword record "[SlotNumber]". `type` has five characters.
+std::string slotNumberPrm(unsigned byte, std::string_view type);
+std::string slotPrmBlock(unsigned number, unsigned length, const TypeFileBuilder::Records& bytes,
+                         const TypeFileBuilder::Records& prms);
+std::string helpLine(unsigned value, std::string_view text);
+std::string helpBlock(unsigned number, const TypeFileBuilder::Records& lines);
+
+} // namespace record
+
+/// Replaces the one occurrence of `from`; fails the test when it does not occur.
+std::string replaced(std::string image, std::string_view from, std::string_view to);
+
+/// A descriptor made from an image of at most 65527 characters, unchecked.
+std::unique_ptr<cTypDescriptor> descriptorOf(const std::string& image);
+
+/// What the check of a fresh descriptor of that image says.
+int checkResult(const std::string& image);

@@ -1,0 +1,172 @@
+// The check of the preset slots, and of the configuration identifiers that every list of modules is made of.
+//
+// In: the position of the module-structure record, or of one identifier. Out: one decoded entry for each preset slot,
+// or the decoded identifier, and the position behind it. Preset slots given by order number stay empty here: the list
+// they point into comes later in the file.
+
+#include "descriptor/cTypDescriptor.h"
+#include "typefile/cfgDecoder.h"
+#include "typefile/format.h"
+#include "typefile/recordParts.h"
+#include "typefile/scan.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+using namespace typefile;
+
+namespace {
+
+constexpr int kMaxByte = 255;
+constexpr int kNoBlock = -1;
+constexpr int8_t kNoLengthByte = -1;
+constexpr unsigned kMaxLengthBytes = 2;
+constexpr unsigned kMaxMfrBytes = 14;
+// The special-format identifier that no further byte and therefore no closing quote belongs to.
+constexpr uint8_t kSpecialWithoutBytes = 0x0F;
+
+/// A byte behind the first one of an identifier: a quote and three digits.
+bool takeFurtherByte(char*& p, uint8_t& byte)
+{
+    const int value = numberAt(p + 1);
+    if (!isQuote(p) || value < 0 || value > kMaxByte)
+        return false;
+    byte = static_cast<uint8_t>(value);
+    p += 1 + kNumberDigits;
+    return true;
+}
+
+/// Each length byte must be one that the identifier announces; each is for one direction, input first.
+bool areLengthBytes(CFG_DECODER& decoder, const CFG_SPECIAL_INFO& info, const uint8_t* bytes, int32_t normFormat)
+{
+    for (unsigned i = 0; i < info.lengthBytes(); ++i) {
+        const CfgLengthRole role = info.hasInput != 0 && i == 0 ? kRoleInputLength : kRoleOutputLength;
+        const int kind = decoder.interpretCfgByte(bytes[i], normFormat, role);
+        if (kind < kCfgInputLength || kind > kCfgBothLengths)
+            return false;
+    }
+    return true;
+}
+
+/// What follows a special-format identifier byte: length bytes, manufacturer bytes and a closing quote.
+bool takeSpecialBytes(char*& p, CFG_DECODER& decoder, int32_t normFormat, CSLAVE_SLOT_PRESET_TYPE& preset)
+{
+    CFG_SPECIAL_INFO info;
+    decodeSpecialByte(preset.identifier, info);
+    std::array<uint8_t, kMaxLengthBytes + kMaxMfrBytes> bytes{};
+    const unsigned lengthBytes = info.lengthBytes();
+    const unsigned count = lengthBytes + info.mfrBytes();
+    for (unsigned i = 0; i < count; ++i) {
+        if (!takeFurtherByte(p, bytes[i]))
+            return false;
+    }
+    if (count > 0 && !takeQuote(p))
+        return false;
+    if (!areLengthBytes(decoder, info, bytes.data(), normFormat))
+        return false;
+    preset.lengthByte1 = lengthBytes > 0 ? static_cast<int8_t>(bytes[0]) : kNoLengthByte;
+    preset.lengthByte2 = lengthBytes > 1 ? static_cast<int8_t>(bytes[1]) : kNoLengthByte;
+    for (unsigned i = 0; i < info.mfrBytes(); ++i)
+        preset.mfrData[i] = bytes[lengthBytes + i];
+    return true;
+}
+
+/// The number of an order-number entry. Whether there is one of that number is known later.
+int takePresetNumber(char*& p)
+{
+    if (numberAt(p) < 1)
+        return kErrIdentifier;
+    int number = 0;
+    return takeNumberRecord(p, number) ? kOk : kErrTypeData;
+}
+
+} // namespace
+
+int cTypDescriptor::checkPresetSlots(char*& p)
+{
+    StructureCode code;
+    if (!readStructureCode(p, code))
+        return kErrTypeData;
+    if (!isText(p, kTagPresetByIdentifier))
+        changeable = 0;
+    p += kStructureCodeLength;
+    vFlag = code.fixed ? 1 : 0;
+    mFlag = code.byOrderNumber ? 1 : 0;
+    yFlag = code.closed ? 1 : 0;
+    // The count is cut to eight bits before it is tested: hosts rely on files that pass because of it.
+    const auto count = static_cast<uint8_t>(numberAt(p));
+    const bool isEvenRequired = (typeData.features & kFeatureEvenSlotNumber) != 0;
+    if (count > kMaxModules || count > typeData.maxModule || (bareNameStation != 0 && count == 0) ||
+        (isEvenRequired && code.fixed && count % 2 != 0))
+        return kErrPresetCount;
+    int number = 0;
+    if (!takeNumberRecord(p, number))
+        return kErrTypeData;
+
+    if (count == 0) {
+        vFlag = mFlag = yFlag = 0;
+    } else {
+        presetSlots = new MLFB_ITEM[count]();
+        presetCount = count;
+        presetRecordPos = p;
+    }
+    for (unsigned i = 0; i < count; ++i)
+        presetSlots[i].spIndex = kNoBlock;
+    for (unsigned i = 0; i < count; ++i) {
+        const int result = code.byOrderNumber ? takePresetNumber(p) : checkPresetEntry(p, presetSlots[i]);
+        if (result != kOk)
+            return result;
+    }
+    return takeText(p, kTagSlotsEnd) && takeTerminator(p) ? kOk : kErrTypeData;
+}
+
+/// A preset slot by identifier, with or without a reference to its slot parameter block.
+int cTypDescriptor::checkPresetEntry(char*& p, MLFB_ITEM& slot)
+{
+    if (const int result = checkPresetSlot(p, &slot.preset, &p); result != kOk)
+        return result;
+    slot.preset.xSlot = vFlag == 0 && yFlag == 0 ? 1 : 0;
+    if (takeTerminator(p))
+        return kOk;
+    takeQuote(p);
+    int block = 0;
+    if (!takeBlockReference(p, block))
+        return kErrIdentifier;
+    if (block > 0 && slotPrmMode == 0)
+        return kErrOrderList;
+    slot.spIndex = block - 1;
+    return kOk;
+}
+
+/// One configuration identifier.
+int cTypDescriptor::checkPresetSlot(char* p, CSLAVE_SLOT_PRESET_TYPE* preset, char** next)
+{
+    *preset = CSLAVE_SLOT_PRESET_TYPE();
+    const int identifier = numberAt(p);
+    if (identifier < 0 || identifier > kMaxByte)
+        return kErrIdentifier;
+    p += kNumberDigits;
+    preset->identifier = static_cast<uint8_t>(identifier);
+
+    CFG_DECODER decoder;
+    preset->kind = decoder.interpretCfgByte(preset->identifier, header.headerCnf, kRoleIdentifier);
+    const bool isSpecial = preset->kind == kCfgSpecial;
+    if (!isSpecial && preset->kind != kCfgEmpty && preset->kind != kCfgGeneral && preset->kind != kCfgCompact)
+        return kErrIdentifier;
+    if (isSpecial && !takeSpecialBytes(p, decoder, header.headerCnf, *preset))
+        return kErrIdentifier;
+    if ((typeData.features & (isSpecial ? kFeatureOnlyNormal : kFeatureOnlySpecial)) != 0)
+        return kErrIdentifier;
+    *next = p;
+    return kOk;
+}
+
+/// The identifier of a list entry and the quote behind it, which a special-format identifier has brought along.
+bool cTypDescriptor::takeModuleIdentifier(char*& p, CSLAVE_SLOT_PRESET_TYPE& preset)
+{
+    if (checkPresetSlot(p, &preset, &p) != kOk)
+        return false;
+    const bool hasClosingQuote = preset.kind == kCfgSpecial && preset.identifier != kSpecialWithoutBytes;
+    return hasClosingQuote || takeQuote(p);
+}
