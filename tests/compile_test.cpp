@@ -213,9 +213,9 @@ TEST(Compile, LineEndsAndLimits)
     EXPECT_EQ(outcome(head + "x\\\n" + blanks + line + " \n" + line), "-201 3");
     // Before the section nothing can be lost.
     EXPECT_EQ(outcome(megabyte + '\n' + head + line), "-208 3");
-    EXPECT_EQ(outcome("#Profibus_DP" + std::string(488, ' ') + '\n' + line), "-207 2");
+    EXPECT_EQ(outcome(std::string("#Profibus_DP").append(488, ' ') + '\n' + line), "-207 2");
     // The buffer that two long lines need is there for the lines behind them.
-    const std::string joined = "y" + std::string(299, 'x') + "\\\n" + std::string(300, 'x') + '\n';
+    const std::string joined = 'y' + std::string(299, 'x') + "\\\n" + std::string(300, 'x') + '\n';
     EXPECT_EQ(outcome(head + joined + line + std::string(602 - line.size(), ' ')), "-208 4");
     EXPECT_EQ(outcome(head + joined + line + std::string(603 - line.size(), ' ')), "-201 4");
 }

@@ -16,8 +16,10 @@ namespace {
 std::string joined(const NumberList& list)
 {
     std::string text;
-    for (std::size_t i = 0; i < list.count; ++i)
-        text += (i == 0 ? "" : ",") + std::to_string(list.values[i]);
+    for (std::size_t i = 0; i < list.count; ++i) {
+        text += i == 0 ? "" : ",";
+        text += std::to_string(list.values[i]);
+    }
     return text;
 }
 

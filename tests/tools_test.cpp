@@ -1,0 +1,345 @@
+// The parts of typdesc that work without a terminal: identifiers, diagnosis, telegrams, findings, JSON.
+//
+// The devices are the examples; the expected telegrams were worked out by hand from their GSD files.
+
+#include "caseTable.h"
+
+#include "tools/configuration.h"
+#include "tools/deviceJson.h"
+#include "tools/deviceText.h"
+#include "tools/diagnosis.h"
+#include "tools/findingJson.h"
+#include "tools/findingText.h"
+#include "tools/latin1.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <set>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+Device example(const std::string& name)
+{
+    cTypDescriptor descriptor((TYPDESCRIPTOR_SOURCE_DIR "/examples/gsd/" + name).c_str(), 0, nullptr);
+    EXPECT_EQ(descriptor.checkTypeFileContents(), kOk) << name;
+    return readDevice(descriptor);
+}
+
+std::vector<std::uint8_t> bytesOf(const std::string& hex)
+{
+    std::string wrong;
+    return parseHexBytes({hex}, wrong).value_or(std::vector<std::uint8_t>());
+}
+
+/// A file in a folder that is gone at the end of the test.
+class TemporaryFile {
+public:
+    TemporaryFile(const std::string& name, const std::string& contents)
+    {
+        std::string pattern = (fs::temp_directory_path() / "typdesc-XXXXXX").string();
+        folder = mkdtemp(pattern.data());
+        std::ofstream(folder / name, std::ios::binary) << contents;
+        path = (folder / name).string();
+    }
+    ~TemporaryFile() { fs::remove_all(folder); }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    std::string path;
+
+private:
+    fs::path folder;
+};
+
+} // namespace
+
+TEST(ToolTexts, AreConvertedAndCompared)
+{
+    EXPECT_EQ(fromLatin1("Ger\xE4t\x1b[1m\x85\t\x7f"), "Ger\u00e4t\ufffd[1m\ufffd\t\ufffd");
+    EXPECT_EQ(toLatin1("Ger\u00e4t \u20ac 5"), "Ger\xE4t ? 5");
+    EXPECT_EQ(fromField("AB \0C"), "AB");
+    EXPECT_EQ(fromField("ABC ", 2), "AB");
+    EXPECT_EQ(fromArgument("Ger\xE4t"), fromArgument("Ger\u00e4t"));
+    EXPECT_EQ(padded("\u00e4\u00f6", 4), "\u00e4\u00f6  ");
+    EXPECT_TRUE(isSameText("ak Z", "AK z") && !isSameText("ak", "ak1"));
+    forEachCase("C3A4 > 1 | C3 > 0 | A4 > 0 | E282AC > 1 | E282 > 0 | C080 > 0 | F5808080 > 0 | 41 > 1",
+                [](const std::string& hex, const std::string& expected) {
+                    const std::vector<std::uint8_t> bytes = bytesOf(hex);
+                    EXPECT_EQ(isUtf8(std::string(bytes.begin(), bytes.end())), expected == "1") << hex;
+                });
+}
+
+TEST(ToolIdentifiers, AreSaidInWordsAndTurnedForTheWire)
+{
+    // Bytes as in the type file, "c" for the compact format > words, wire bytes.
+    const char* const cases =
+        "00 > free place [00] | 10 > 1 byte input [10] | 90 > 1 byte input [90] | "
+        "A1 > 2 bytes output, consistent over the whole length [A1] | D0 > 1 word input, consistent over the whole "
+        "length [D0] | 71 > 2 words input, consistent word by word; 2 words output, consistent word by word [71] | "
+        "0F > no data [0F] | 02 11 22 > no data; manufacturer's bytes 11 22 [02 11 22] | "
+        "4F 07 > 8 bytes input, consistent byte by byte [4F 07] | 40 FF > 64 words input, consistent over the whole "
+        "length [40 FF] | 81 C0 33 > 1 word output, consistent over the whole length; manufacturer's bytes 33 "
+        "[81 C0 33] | C1 03 85 AA > 4 bytes input, consistent byte by byte; 6 bytes output, consistent over the whole "
+        "length; manufacturer's bytes AA [C1 85 03 AA] | c 08 > 1 byte input [08] | "
+        "c 0B > 2 bytes input, consistent byte by byte [0B] | c 9D > 2 words input, consistent word by word; 2 words "
+        "output, consistent over the whole length [9D]";
+    forEachCase(cases, [](const std::string& input, const std::string& expected) {
+        const bool isCompact = input[0] == 'c';
+        const std::vector<std::uint8_t> bytes = bytesOf(isCompact ? input.substr(2) : input);
+        const std::size_t lengthBytes = bytes[0] >= 0xC0U ? 2 : bytes[0] >= 0x40U ? 1 : 0;
+        CSLAVE_SLOT_PRESET_TYPE preset = {};
+        preset.identifier = bytes[0];
+        preset.kind = isCompact ? 3 : bytes[0] == 0 ? 0 : (bytes[0] & 0x30U) != 0 ? 1 : 5;
+        if (preset.kind == 5) {
+            preset.lengthByte1 = lengthBytes > 0 ? static_cast<std::int8_t>(bytes[1]) : std::int8_t{-1};
+            preset.lengthByte2 = lengthBytes > 1 ? static_cast<std::int8_t>(bytes[2]) : std::int8_t{-1};
+            std::copy(bytes.begin() + 1 + static_cast<std::ptrdiff_t>(lengthBytes), bytes.end(), preset.mfrData);
+        }
+        const Identifier identifier = decodeIdentifier(preset);
+        std::string words = inWords(identifier) + " [" + asHex(identifier.wireBytes) + "]";
+        std::replace(words.begin(), words.end(), '\'', '"'); // as in the table
+        EXPECT_EQ(words, expected) << input;
+        EXPECT_EQ(identifier.fileBytes, bytes);
+    });
+}
+
+TEST(ToolDiagnosis, ExplainsTelegrams)
+{
+    const Device drive = example("MDRV0C21.GSE");
+    // Telegram > texts that stand in the explanation, separated by "/"; behind "!" problems.
+    const char* const cases =
+        "02 05 00 FF 0C 21 > station is not ready/must be parameterised anew/master: none/ident number: 0x0C21 | "
+        "08 0C 80 02 0C 21 > extended diagnosis/watchdog on/diagnosis overflow/master: address 2 | "
+        "00 04 00 02 0C 22 > !ident number 0C 22 is not that of the device, 0C 21 | "
+        // A bit with a text, one without, a text for the bit clear and its counterpart, areas with and without a text.
+        "08 0C 00 02 0C 21 02 81 > byte 1 bit 0 set: Drive fault/byte 1 bit 7 set: Earth fault | "
+        "08 0C 00 02 0C 21 03 00 00 > byte 2 bit 7 clear: Mains contactor/ | "
+        "08 0C 00 02 0C 21 04 00 04 2B > byte 2 bit 2 set: (the device has no text for it)/byte 3 bits 0-2 = 3: "
+        "Operation enabled/byte 3 bit 3 set: (the device/byte 3 bit 5 set: (the device | "
+        "08 0C 00 02 0C 21 05 00 00 05 C0 > byte 3 bits 0-2 = 5: (the device/byte 4 bits 6-7 = 3: (the device | "
+        "08 0C 00 02 0C 21 43 05 80 > identifier 0 (place 1)/identifier 2 (place 3)/identifier 15 (place 16) | "
+        "08 0C 00 02 0C 21 42 00 > no identifier has a diagnosis | "
+        "08 0C 00 02 0C 21 BF 7F A6 > identifier 63 (place 64), channel 63, input, word: line break (error type 6) | "
+        "08 0C 00 02 0C 21 80 C0 30 > channel 0, input and output, bit: Analog input: wire break (error type 16) | "
+        "08 0C 00 02 0C 21 80 80 4A > output, 2 bits: reserved (error type 10) | "
+        "08 0C 00 02 0C 21 80 00 1F > channel 0: (the device has no text for it) (error type 31) | "
+        "08 0C 00 02 0C 21 C5 > revision 5 | "
+        "08 0C 00 02 0C 21 00 AA BB > !device-related block at byte 7 (header 0x00): a block has at least 2 bytes | "
+        "08 0C 00 02 0C 21 41 AA > !identifier-related block at byte 7 (header 0x41): a block has at least 2 bytes | "
+        "08 0C 00 02 0C 21 06 01 > Drive fault/!device-related block at byte 7 (header 0x06): the answer is cut, 2 of "
+        "6 | 08 0C 00 02 0C 21 80 01 > !channel entry at byte 7 (header 0x80): the answer is cut, 2 of 3 bytes";
+    forEachCase(cases, [&drive](const std::string& hex, const std::string& expected) {
+        const Diagnosis diagnosis = explainDiagnosis(drive, bytesOf(hex));
+        std::string text = diagnosisText(diagnosis, false) + '!';
+        for (const std::string& problem : diagnosis.problems)
+            text += problem + '!';
+        std::size_t from = 0;
+        for (std::size_t end = 0; end != std::string::npos; from = end + 1) {
+            end = expected.find('/', from);
+            const std::string piece = expected.substr(from, end == std::string::npos ? end : end - from);
+            EXPECT_NE(text.find(piece), std::string::npos) << hex << ": " << piece << "\nis not in\n" << text;
+            if (end == std::string::npos)
+                break;
+        }
+        EXPECT_EQ(diagnosis.problems.empty(), expected.find('!') == std::string::npos) << text;
+    });
+}
+
+TEST(ToolDiagnosis, NamesEveryCutAndNothingElse)
+{
+    const Device drive = example("MDRV0C21.GSE");
+    const std::vector<std::uint8_t> whole = bytesOf("080C00020C21 05818000FF 4205 8141A6 82C278 C5");
+    const std::set<std::size_t> boundaries = {6, 11, 13, 16, 19, 20};
+    for (std::size_t length = 0; length <= whole.size(); ++length) {
+        const std::vector<std::uint8_t> cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length));
+        const Diagnosis diagnosis = explainDiagnosis(drive, cut);
+        EXPECT_EQ(diagnosis.problems.empty(), boundaries.contains(length)) << length;
+        EXPECT_EQ(diagnosisJson(diagnosis)["problems"].size(), diagnosis.problems.size());
+    }
+    EXPECT_EQ(explainDiagnosis(drive, std::vector<std::uint8_t>(33, 0xC0)).problems.size(), 2U)
+        << "another ident number, and one byte more than Max_Diag_Data_Len";
+}
+
+TEST(ToolDiagnosis, ReadsHexInManyForms)
+{
+    std::string wrong;
+    const std::vector<std::uint8_t> bytes = {0x08, 0x0C, 0xFF};
+    for (const char* const form : {"080CFF", "08 0c ff", "0x08,0x0C,0xFF", "8:C:ff", " 08-0CFF "})
+        EXPECT_EQ(parseHexBytes({form}, wrong), bytes) << form;
+    EXPECT_EQ(parseHexBytes({"08", "0C", "FF"}, wrong), bytes);
+    for (const char* const form : {"08 0G", "080", "0x", "08 +C", "-0x"})
+        EXPECT_FALSE(parseHexBytes({form}, wrong)) << form;
+}
+
+TEST(ToolConfiguration, BuildsTheTelegramsOfAModularDevice)
+{
+    const Device device = example("SLOTPARM.GSE");
+    const Configuration result = configure(device, {"3=AK741 AI 4 x 14 bit", "4=ak761", "8=#1"},
+                                           {"0:Bus monitoring time (ms)=0x1234", "0:Data format=as wired",
+                                            "3:Measuring range channel 0=4 .. 20 mA, 4-wire transducer",
+                                            "3:Lower limit=-1", "4:#1=1", "4:Count direction reversed=enabled"});
+    const std::string parameters = "00 00 00 25 00 00 12 34 00 00 " // station: up to the first module's bytes
+                                   "00 02 0F 00 00 00 "             // slot 2: slot number, substitute pattern
+                                   "0C 41 02 09 6C 00 FF FF 00 00 00 03 "
+                                   "0E 80 00 01 05 04 11 70 00 00 79 60 00 00 "
+                                   "0E 80 00 01 10 05 11 70 00 00 79 60 00 00 " // slot 5: the same block, untouched
+                                   "08 00 01 00";                               // slot 8
+    const std::string configuration = "10 20 42 C3 01 4E C3 85 C3 03 61 00 C1 87 C5 62 81 83 2F 00 10";
+    const auto json = configurationJson(result);
+    EXPECT_EQ(json["userParameters"]["hex"], parameters);
+    EXPECT_EQ(json["configuration"]["hex"], configuration);
+    EXPECT_EQ(json["configuration"]["bytes"][7]["source"], "AK761 counter 500 kHz: output length");
+    EXPECT_EQ(json["userParameters"]["bytes"][11]["source"], "preset: slot number");
+    EXPECT_EQ(json["userParameters"]["bytes"][11]["slot"], 2);
+    EXPECT_EQ(result.inputBytes, 1U + 8 + 8 + 12 + 1);
+    EXPECT_EQ(result.outputBytes, 1U + 6 + 8 + 4);
+    EXPECT_EQ(result.notes.size(), 1U) << "slot 7 is free";
+    EXPECT_TRUE(result.problems.empty());
+    EXPECT_NE(configurationText(device, result, false).find("  " + parameters + '\n'), std::string::npos);
+}
+
+TEST(ToolConfiguration, RefusesWhatTheDeviceDoesNotHave)
+{
+    // Arguments, those with ":" ahead of "=" are values > what the refusal says.
+    const char* const cases =
+        "0=AK741 > slot 0: the device has slots 1 to 20 | 21=AK741 > slots 1 to 20 | x=AK741 > expected N=MODULE | "
+        "3 > expected N=MODULE | 3=nothing > slot 3: module 'nothing' is not there | 3= > slot 3: module '' is not | "
+        "3=AK72 > 'AK72' may be #1 AK721 DI 8 x 24 V DC, #2 AK722 DI 16 x 24 V DC, #10 | 3=#16 > #1 to #15 are | "
+        "99999=AK741 > expected N=MODULE | 0:Nothing=1 > station: parameter 'Nothing' is not there | "
+        "0:Data format=3 > station: Data format: 3 is out of its range, 0 to 2 | "
+        "0:Data format=wired > 'wired' is neither a number nor one of its value texts | "
+        "0:Data format= > is neither a number | 0:Data format > expected SLOT:PARAM=VALUE | "
+        "0:Bus monitoring time (ms)=60001 > out of its range, 10 to 60000 | "
+        "0:Bus monitoring time (ms)=99999999999999999999 > is neither a number | 1:Data format=1 > slot 1 has no "
+        "parameters | 9:Data format=1 > slot 9: nothing is in this slot | "
+        "2:Substitute pattern=-1 > out of its range, 0 to 255";
+    const Device device = example("SLOTPARM.GSE");
+    forEachCase(cases, [&device](const std::string& argument, const std::string& expected) {
+        const bool isValue = argument.find(':') < argument.find('=');
+        try {
+            isValue ? configure(device, {}, {argument}) : configure(device, {argument}, {});
+            ADD_FAILURE() << argument << " is accepted";
+        } catch (const ChoiceError& error) {
+            EXPECT_NE(std::string(error.what()).find(expected), std::string::npos) << argument << ": " << error.what();
+        }
+    });
+    EXPECT_THROW(configure(device, {"3=AK741", "3=AK742"}, {}), ChoiceError);
+    EXPECT_THROW(configure(example("KGPUNIT7.GSD"), {}, {}), ChoiceError);
+}
+
+TEST(ToolConfiguration, ChecksTheLimits)
+{
+    const Device rack = example("RIO40A17.GSE");
+    EXPECT_TRUE(configure(rack, {"5=40-4AI Pt100"}, {"5:Sensor=1"}).problems.empty());
+    EXPECT_EQ(configure(rack, {"2=40-4AI Pt100"}, {}).problems.size(), 1U) << "slot 2 is fixed";
+
+    std::vector<std::string> slots;
+    for (int slot = 5; slot <= 35; ++slot)
+        slots.push_back(std::to_string(slot) + "=40-2AI/2AO U/I 12 bit");
+    EXPECT_EQ(configure(rack, {slots.begin(), slots.begin() + 29}, {}).problems.size(), 0U) << "118 and 117 bytes";
+    EXPECT_EQ(configure(rack, {slots.begin(), slots.begin() + 30}, {}).problems.size(), 1U) << "together above 240";
+    EXPECT_EQ(configure(example("MDRV0C21.GSE"), {}, {}).problems.size(), 1U) << "no module";
+
+    std::vector<std::string> analog;
+    for (int slot = 5; slot <= 40; ++slot)
+        analog.push_back(std::to_string(slot) + "=40-2AI U/I 12 bit");
+    EXPECT_EQ(configure(rack, {analog.begin(), analog.begin() + 17}, {}).problems.size(), 0U) << "13 + 136 = 149";
+    EXPECT_EQ(configure(rack, {analog.begin(), analog.begin() + 18}, {}).problems.size(), 1U) << "157 bytes of 150";
+
+    const Device ring = example("PUBSUB09.GSE");
+    EXPECT_TRUE(configure(ring, {}, {}).problems.empty());
+    EXPECT_EQ(configure(ring, {"3=#1"}, {}).problems.size(), 1U) << "an even number is required";
+}
+
+TEST(ToolShow, SaysTheSameInTextAndJson)
+{
+    const Device device = example("SLOTPARM.GSE");
+    nlohmann::ordered_json json;
+    for (const std::string& section : sectionNames()) {
+        json[section] = sectionJson(device, section);
+        EXPECT_FALSE(json[section].is_null()) << section;
+        EXPECT_GT(sectionText(device, section, false).size(), section.size()) << section;
+    }
+    EXPECT_EQ(json["identification"]["identNumber"], 0xB30F);
+    EXPECT_EQ(json["slots"]["preset"].size(), 6U);
+    EXPECT_EQ(json["slots"]["preset"][4]["identifier"]["wireBytes"].dump(), "[193,135,197,98]");
+    EXPECT_EQ(json["modules"][3]["parts"][0]["identifier"]["input"]["bytes"], 8);
+    EXPECT_EQ(json["modules"][3]["parts"][0]["block"], 3);
+    EXPECT_EQ(json["modules"][2]["parts"][0]["block"], nullptr);
+    const auto& block = json["blocks"][2];
+    EXPECT_EQ(block["parameters"][3]["default"], -27648);
+    EXPECT_EQ(block["parameters"][0]["texts"][1]["text"], "4 .. 20 mA, 4-wire transducer");
+    EXPECT_EQ(block["slotNumbers"].dump(), R"([{"byte":10,"byteCount":2}])");
+    EXPECT_NE(sectionText(device, "blocks", false)
+                  .find("Gate function                    byte 4, bits 2-4, default 4 (hardware gate), range 0 to 4"),
+              std::string::npos);
+    const Device encoder = example("ENCABS58.GSP");
+    EXPECT_EQ(sectionJson(encoder, "diagnostics")["bits"][0]["set"], "Error de posici\u00f3n");
+}
+
+TEST(ToolFindings, ShowTheKeywordOfTheLine)
+{
+    const TemporaryFile file("bad device.gsd", "#Profibus_DP\n\tModel_Name = \\\n\n  \"M\" ; the name\n \tIdent_Number="
+                                               "99999\n");
+    FileReport report = checkFile(file.path);
+    ASSERT_EQ(report.findings.size(), 1U);
+    EXPECT_EQ(findingsText(report, false), file.path + ":5: error: " + resultText(kErrGsdNumber) +
+                                               " (-209)\n  5 |  \tIdent_Number=99999\n    |  \t^~~~~~~~~~~~\n");
+    const SourceText source(file.path);
+    EXPECT_EQ(source.gsdExcerpt(4).line, 2) << "the keyword stands where the line begins";
+    EXPECT_EQ(source.gsdExcerpt(7).line, 0);
+
+    const nlohmann::json log = nlohmann::json::parse(jsonText(sarif({report})));
+    EXPECT_EQ(log["version"], "2.1.0");
+    const auto& run = log["runs"][0];
+    EXPECT_EQ(run["tool"]["driver"]["rules"][0]["id"], "TD209");
+    const auto& result = run["results"][0];
+    EXPECT_EQ(result["ruleId"], "TD209");
+    EXPECT_EQ(result["level"], "error");
+    EXPECT_EQ(result["message"]["text"], resultText(kErrGsdNumber));
+    const auto& place = result["locations"][0]["physicalLocation"];
+    EXPECT_EQ(place["artifactLocation"]["uri"], uriOf(file.path));
+    EXPECT_EQ(place["region"]["startLine"], 5);
+    EXPECT_EQ(place["region"]["startColumn"], 3);
+    EXPECT_EQ(place["region"]["endColumn"], 15);
+    EXPECT_EQ(uriOf("a b/\xE4%.gsd"), "a%20b/%E4%25.gsd");
+
+    report.file = "\xE4.gsd"; // not UTF-8: replaced, never an exception
+    Totals totals;
+    totals.add(report);
+    const nlohmann::json own = nlohmann::json::parse(jsonText(findingsJson({report}, totals)));
+    EXPECT_EQ(own["files"][0]["findings"][0]["code"], -209);
+    EXPECT_EQ(own["summary"]["failed"], 1);
+    EXPECT_EQ(totals.exitStatus(), kExitFindings);
+}
+
+TEST(ToolFindings, TellThePlaceInATypeFile)
+{
+    const TemporaryFile gsd("a.gsd", "#Profibus_DP\nModel_Name=\"M\"\n");
+    EXPECT_NE(findingsText(checkFile(gsd.path), false).find("[missing: Vendor_Name, Revision, "), std::string::npos);
+
+    const fs::path good = fs::path(gsd.path).replace_filename("good.410");
+    const cTypDescriptor written(TYPDESCRIPTOR_SOURCE_DIR "/examples/gsd/SLOTPARM.GSE", 1, good.c_str());
+    EXPECT_TRUE(checkFile(good.string()).findings.empty());
+    std::ifstream stream(good, std::ios::binary);
+    const std::string whole{std::istreambuf_iterator<char>(stream), {}};
+    // What is replaced, by what > line (the head line is the first) and detail.
+    const char* const cases = "45839;=4583x; > 8 ident number | DKM=DKX > 0  | 0001011111;=0000000000; > 24 baud rates";
+    forEachCase(cases, [&](const std::string& change, const std::string& expected) {
+        std::string text = whole;
+        const std::size_t mark = change.find('=');
+        const std::size_t position = text.find(change.substr(0, mark));
+        ASSERT_NE(position, std::string::npos) << change;
+        text.replace(position, mark, change.substr(mark + 1));
+        const TemporaryFile file("bad.410", text);
+        const FileReport report = checkFile(file.path);
+        ASSERT_EQ(report.findings.size(), 1U) << change;
+        EXPECT_EQ(std::to_string(report.findings[0].line) + ' ' + report.findings[0].detail, expected) << change;
+    });
+}

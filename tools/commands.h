@@ -1,0 +1,12 @@
+// The subcommands of typdesc. Each adds itself, with its options, to the command line; when it is chosen it leaves its
+// ExitStatus in `status`.
+
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+void addCheckCommand(CLI::App& app, int& status);
+void addCompileCommand(CLI::App& app, int& status);
+void addConfigCommand(CLI::App& app, int& status);
+void addDiagCommand(CLI::App& app, int& status);
+void addShowCommand(CLI::App& app, int& status);

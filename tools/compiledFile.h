@@ -1,0 +1,37 @@
+// A compilation whose written type file is known to be whole.
+//
+// The library does not report a type file that it cannot write. So it is told to write into a fresh folder beside the
+// place where the file is to go, the file found there is looked at, and only a whole one takes the place of what may
+// stand there already.
+
+#pragma once
+
+#include "descriptor/cTypDescriptor.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+class CompiledFile {
+public:
+    /// Compiles a GSD file.
+    /// @param outputName  where the type file goes; empty: the library's default name in the current directory
+    CompiledFile(const std::string& gsdName, const std::string& outputName);
+    ~CompiledFile();
+    CompiledFile(const CompiledFile&) = delete;
+    CompiledFile& operator=(const CompiledFile&) = delete;
+
+    cTypDescriptor& descriptor() { return *compiled; }
+
+    /// Puts the type file in its place.
+    /// @return empty, or what went wrong
+    std::string put();
+
+    /// Where the type file goes; known once put() has succeeded when it has the default name.
+    const std::filesystem::path& target() const { return targetPath; }
+
+private:
+    std::filesystem::path folder; // empty when it cannot be made
+    std::filesystem::path targetPath;
+    std::unique_ptr<cTypDescriptor> compiled;
+};

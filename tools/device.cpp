@@ -1,0 +1,343 @@
+#include "tools/device.h"
+
+#include "tools/latin1.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+
+namespace {
+
+constexpr unsigned kStandardBytes = 7; // of the parameter telegram, ahead of the user parameters
+constexpr unsigned kTextWidth = 30;
+constexpr unsigned kReferenceWidth = 5;
+constexpr unsigned kReferenceTag = 2;
+constexpr unsigned kTypeWidth = 5;
+
+/// The number that the library reads from a decimal text.
+long decimal(const char* text)
+{
+    return std::strtol(text, nullptr, 10);
+}
+
+long binary(const char* text)
+{
+    return std::strtol(text, nullptr, 2);
+}
+
+unsigned digitAt(const std::string& text, std::size_t position)
+{
+    const bool isDigit = position < text.size() && text[position] >= '0' && text[position] <= '9';
+    return isDigit ? static_cast<unsigned>(text[position] - '0') : 0;
+}
+
+/// The data type of a structured parameter, by its first letters; BIT and BGR carry their place in the byte.
+void readType(Parameter& parameter, const std::string& type)
+{
+    struct Row {
+        const char* name;
+        Parameter::Type type;
+        unsigned bits;
+    };
+    constexpr std::array<Row, 6> kRows = {Row{"BIT", Parameter::kBit, 1},    Row{"BIN", Parameter::kBinary, 8},
+                                          Row{"BYTE", Parameter::kByte, 8},  Row{"INT", Parameter::kInt, 16},
+                                          Row{"UINT", Parameter::kUint, 16}, Row{"BGR", Parameter::kBitGroup, 0}};
+    constexpr std::size_t kPlace = 3; // of the first bit, then the number of bits
+    const auto row = std::find_if(kRows.begin(), kRows.end(),
+                                  [&type](const Row& candidate) { return type.starts_with(candidate.name); });
+    if (row == kRows.end())
+        return;
+    parameter.type = row->type;
+    parameter.bitCount = row->bits;
+    if (parameter.type == Parameter::kBit || parameter.type == Parameter::kBitGroup)
+        parameter.firstBit = digitAt(type, kPlace);
+    if (parameter.type == Parameter::kBitGroup)
+        parameter.bitCount = digitAt(type, kPlace + 1);
+}
+
+Parameter readParameter(const _parastruct& record, unsigned firstByte)
+{
+    Parameter parameter;
+    const std::string reference = fromField(record.reference, kReferenceWidth);
+    parameter.name = fromField(record.name, kTextWidth);
+    parameter.byte = static_cast<unsigned>(decimal(reference.c_str() + kReferenceTag)) - firstByte;
+    readType(parameter, fromField(record.dataType, kTypeWidth));
+    const bool isBinaryText = parameter.type == Parameter::kBinary || parameter.type == Parameter::kBitGroup;
+    parameter.defaultValue = isBinaryText ? binary(record.defaultValue) : decimal(record.defaultValue);
+    parameter.minimum = decimal(record.minValue);
+    parameter.maximum = decimal(record.maxValue);
+    return parameter;
+}
+
+ValueText readValueText(const PARA_HELPMESSAGE_TYPE& message)
+{
+    return {message.value, fromField(message.text)};
+}
+
+void readStationParameters(const cTypDescriptor& descriptor, Device& device)
+{
+    const int length = std::clamp(device.data.userPrmDataLen - static_cast<int>(kStandardBytes), 0,
+                                  static_cast<int>(sizeof device.data.userPrmData));
+    device.parameters.bytes.assign(device.data.userPrmData, device.data.userPrmData + length);
+    for (int i = 0; i < descriptor.getParaStructCnt(); ++i) {
+        _parastruct record = {};
+        descriptor.getParaStruct(i, &record);
+        Parameter parameter = readParameter(record, kStandardBytes);
+        for (int line = 0; line < descriptor.getHelpMessageCnt(record.helpNumber); ++line) {
+            PARA_HELPMESSAGE_TYPE message = {};
+            descriptor.getParaHelpMessage(record.helpNumber, line, &message);
+            parameter.texts.push_back(readValueText(message));
+        }
+        device.parameters.parameters.push_back(std::move(parameter));
+    }
+}
+
+ParameterArea readBlock(cTypDescriptor& descriptor, int index)
+{
+    ParameterArea block;
+    int length = 0;
+    block.bytes.resize(static_cast<std::size_t>(descriptor.getMaxSPBlockLen()));
+    descriptor.getSlotParameters(index, block.bytes.data(), &length);
+    block.bytes.resize(static_cast<std::size_t>(length));
+    for (int i = 0; i < descriptor.getStructuredSlotParameterCnt(index); ++i) {
+        _parastruct record = {};
+        if (descriptor.getStructuredSlotParameter(index, i, &record) != kOk)
+            break;
+        Parameter parameter = readParameter(record, 0);
+        for (int line = 0; line < descriptor.getSPHelpCnt(record.helpNumber); ++line) {
+            PARA_HELPMESSAGE_TYPE message = {};
+            descriptor.getSPHelpItem(record.helpNumber, line, &message);
+            parameter.texts.push_back(readValueText(message));
+        }
+        block.parameters.push_back(std::move(parameter));
+    }
+    KEYWORD_TYPE keyword = {};
+    while (descriptor.hasSPBlockThisKeyWord(&keyword, index, 0) == 1) {
+        const bool isByte = fromField(keyword.dataType) == "BYTE";
+        block.slotNumbers.push_back({static_cast<unsigned>(keyword.byteOffset), isByte ? 1U : 2U});
+    }
+    return block;
+}
+
+ModulePart readPart(const MLFB_ITEM& item, std::string text)
+{
+    return {std::move(text), fromField(item.mlfb), decodeIdentifier(item.preset), item.spIndex};
+}
+
+void readModules(const cTypDescriptor& descriptor, Device& device)
+{
+    for (int i = 0; i < descriptor.getMLFBListCnt(); ++i) {
+        MLFB_ITEM item = {};
+        descriptor.getMLFBListItem(i, &item);
+        Module module;
+        module.name = fromField(item.mlfb);
+        module.parts.push_back(readPart(item, {}));
+        if (device.isKgp())
+            module.kgp = KgpModule{item.kgpId, {item.kgpData, item.kgpData + sizeof item.kgpData}};
+        device.modules.push_back(std::move(module));
+    }
+    for (int list = 0; list < descriptor.getLSKCnt(); ++list) {
+        Module module;
+        int isFixed = 0;
+        char text[kTextWidth + 1] = {};
+        descriptor.getLSKText(list, text);
+        module.name = fromField(text);
+        module.isFromOrderList = false;
+        const int count = descriptor.getSKListCnt(list, &isFixed);
+        module.isFixed = isFixed != 0;
+        for (int i = 0; i < count; ++i) {
+            LSK_ITEM entry = {};
+            descriptor.getSKListItem(list, i, &entry);
+            module.parts.push_back(readPart(entry.item, fromField(entry.text)));
+        }
+        device.modules.push_back(std::move(module));
+    }
+}
+
+void readPresetSlots(const cTypDescriptor& descriptor, Device& device)
+{
+    int count = 0;
+    if (descriptor.isKonfigFixed(&count) == 0)
+        return;
+    for (int i = 0; i < count; ++i) {
+        MLFB_ITEM item = {};
+        descriptor.getFixedSlotId(i, &item);
+        device.presetSlots.push_back(
+            {fromField(item.mlfb), decodeIdentifier(item.preset), item.spIndex, item.preset.xSlot == 0});
+    }
+}
+
+/// Device diagnostic texts are asked for bit by bit: there is no list of the bits that have one.
+void readBitTexts(const cTypDescriptor& descriptor, Device& device)
+{
+    constexpr int kHundreds = 10;
+    constexpr int kLastByte = 62;
+    const int wanted = descriptor.getSlaveDiagMsgCnt() - descriptor.getSlaveBGrDiagMsgCnt();
+    int found = 0;
+    for (int high = 0; high < kHundreds; ++high) {
+        for (int low = 1; low <= kLastByte; ++low) {
+            for (int bit = 0; bit < 8 && found < wanted; ++bit) {
+                SLAVE_DIAG_TYPE message = {};
+                if (descriptor.getSlaveDiagMsg(high, low, bit, &message) != kOk)
+                    continue;
+                found += message.setFound + message.clearFound;
+                device.bitTexts.push_back({static_cast<unsigned>(100 * high + low), static_cast<unsigned>(bit),
+                                           fromField(message.setText), fromField(message.clearText)});
+            }
+        }
+    }
+}
+
+void readAreaTexts(const cTypDescriptor& descriptor, Device& device)
+{
+    for (int i = 0; i < descriptor.getSlaveBGrDiagMsgCnt(); ++i) {
+        SLAVE_BGR_DIAG_TYPE message = {};
+        descriptor.getSlaveBGrDiagMsg(i, &message);
+        const unsigned byte = message.byteHigh * 100U + message.byteLow;
+        std::vector<AreaText>& areas = device.areaTexts;
+        auto area = std::find_if(areas.begin(), areas.end(), [&](const AreaText& known) {
+            return known.byte == byte && known.firstBit == message.firstBit && known.lastBit == message.lastBit;
+        });
+        if (area == areas.end())
+            area = areas.insert(areas.end(), {byte, message.firstBit, message.lastBit, {}});
+        area->texts.push_back({message.value, fromField(message.text)});
+    }
+}
+
+void readChannelTexts(const cTypDescriptor& descriptor, Device& device)
+{
+    constexpr int kFirstType = 16;
+    constexpr int kLastType = 31;
+    for (int type = kFirstType; type <= kLastType; ++type) {
+        char text[kTextWidth + 1] = {};
+        if (descriptor.getChannelDiagMsg(type, text) == kOk)
+            device.channelTexts.push_back({type, fromField(text)});
+    }
+}
+
+void readIdentification(cTypDescriptor& descriptor, Device& device)
+{
+    char family[11] = {};
+    char bitmap[8] = {};
+    char library[9] = {};
+    char orderNumber[kTextWidth + 1] = {};
+    descriptor.getSlaveTypeHeader(&device.header);
+    descriptor.getFamily(family);
+    device.modelName = fromField(device.header.modelName);
+    device.vendorName = fromField(device.header.vendorName);
+    device.family = fromField(family);
+    device.periphery = fromField(device.header.periphery);
+    device.stationType = fromField(device.header.stationType);
+    if (descriptor.getMLFBstring(orderNumber) == kOk)
+        device.orderNumber = fromField(orderNumber);
+    if (descriptor.getBitMapFileName(bitmap) == kOk)
+        device.bitmapName = fromField(bitmap);
+    if (descriptor.getDLLFileName(library) == kOk)
+        device.libraryName = fromField(library);
+}
+
+} // namespace
+
+std::string Parameter::typeInWords() const
+{
+    switch (type) {
+    case kBit:
+        return "bit " + std::to_string(firstBit);
+    case kBitGroup:
+        return "bits " + std::to_string(firstBit) + '-' + std::to_string(firstBit + bitCount - 1);
+    case kBinary:
+        return "8 single bits";
+    case kInt:
+        return "signed 16 bit";
+    case kUint:
+        return "unsigned 16 bit";
+    default:
+        return "unsigned 8 bit";
+    }
+}
+
+std::string Parameter::textOf(long value) const
+{
+    const int kept = static_cast<int>(value & 0xFFFF); // texts of negative values are kept in 16 bits, too
+    const auto found =
+        std::find_if(texts.begin(), texts.end(), [kept](const ValueText& entry) { return entry.value == kept; });
+    return found == texts.end() ? std::string() : found->text;
+}
+
+unsigned Device::parameterBudget() const
+{
+    const auto length = static_cast<unsigned>(data.userPrmDataLenRead);
+    return length > kStandardBytes ? length - kStandardBytes : 0;
+}
+
+Device readDevice(cTypDescriptor& descriptor)
+{
+    Device device;
+    readIdentification(descriptor, device);
+    device.isCategoryII = descriptor.getSlaveTypeData(&device.data) != 0;
+    device.isModular = descriptor.isModular() != 0 && !device.isCategoryII;
+    device.isFromGsd = descriptor.getGsdRevision() >= 0;
+    device.gsdRevision = std::max(descriptor.getGsdRevision(), 0);
+    device.slotOffset = descriptor.getSlotOffset();
+    if (SLOT_NUMBERING_TYPE numbering = {}; static_cast<short>(descriptor.getSlotNumbering(&numbering)) == kOk)
+        device.slotNumbering = numbering;
+    readPresetSlots(descriptor, device);
+    readModules(descriptor, device);
+    readStationParameters(descriptor, device);
+    for (int i = 0; i < descriptor.getSPBlockAnz(); ++i)
+        device.blocks.push_back(readBlock(descriptor, i));
+    readBitTexts(descriptor, device);
+    readAreaTexts(descriptor, device);
+    readChannelTexts(descriptor, device);
+    device.warnings = warningsOf(descriptor);
+    return device;
+}
+
+std::vector<GSD_WARNING_ITEM> warningsOf(const cTypDescriptor& descriptor)
+{
+    std::vector<GSD_WARNING_ITEM> warnings(static_cast<std::size_t>(descriptor.getGsdCntOfWarnings()));
+    descriptor.getGsdWarnings(reinterpret_cast<char*>(warnings.data()));
+    return warnings;
+}
+
+const std::vector<FeatureName>& featureNames()
+{
+    static const std::vector<FeatureName> names = {
+        {kFeatureMakerDevice, "makerDevice", "the maker's own device"},
+        {kFeatureSetSlaveAddress, "setSlaveAddress", "its address can be set over the bus"},
+        {kFeatureSyncMode, "syncMode", "sync mode"},
+        {kFeatureFreezeMode, "freezeMode", "freeze mode"},
+        {kFeatureDiagBufferable, "diagBufferable", "diagnostics can be buffered"},
+        {kFeatureActive, "active", "active device"},
+        {kFeatureMaster, "master", "master"},
+        {kFeatureFailSafe, "failSafe", "fail-safe"},
+        {kFeaturePublisher, "publisher", "publisher"},
+        {kFeatureSubscriber, "subscriber", "subscriber"},
+        {kFeatureEvenSlotNumber, "evenSlotNumber", "needs an even number of slots"},
+        {kFeatureOnlyNormal, "onlyNormalModules", "only modules without special-format identifiers"},
+        {kFeatureOnlySpecial, "onlySpecialModules", "only modules with special-format identifiers"},
+        {kFeatureDpAsiLink, "dpAsiLink", "DP/AS-i link"},
+        {kFeatureKgp, "kgpStation", "KGP station"},
+    };
+    return names;
+}
+
+std::vector<std::string> baudRates(const Device& device)
+{
+    static constexpr std::array<const char*, 10> kRates = {
+        "9.6 kbit/s", "19.2 kbit/s", "93.75 kbit/s", "187.5 kbit/s", "500 kbit/s", "31.25 or 45.45 kbit/s",
+        "1.5 Mbit/s", "3 Mbit/s",    "6 Mbit/s",     "12 Mbit/s"};
+    std::vector<std::string> rates;
+    for (std::size_t bit = 0; bit < kRates.size(); ++bit) {
+        if ((device.data.baudRates >> bit & 1U) != 0)
+            rates.emplace_back(kRates[bit]);
+    }
+    return rates;
+}
+
+std::string chipName(const Device& device)
+{
+    constexpr std::array<const char*, 5> kChips = {"QMX2", "WQMX2", "VRC3", "TVRC2", "TVRC2-DP"};
+    const auto code = static_cast<std::size_t>(device.data.asicType);
+    return code < kChips.size() && !device.isCategoryII ? kChips[code] : "";
+}

@@ -1,0 +1,267 @@
+#include "tools/deviceText.h"
+
+#include "tools/latin1.h"
+#include "tools/terminal.h"
+
+#include <array>
+#include <cstdio>
+#include <map>
+
+namespace {
+
+constexpr std::size_t kLabelWidth = 26;
+
+std::string number(long value)
+{
+    return std::to_string(value);
+}
+
+/// "1 byte", "5 bytes".
+std::string counted(long count, const std::string& unit)
+{
+    return number(count) + ' ' + unit + (count == 1 ? "" : "s");
+}
+
+std::string hexWord(unsigned value)
+{
+    std::array<char, 8> text{};
+    std::snprintf(text.data(), text.size(), "0x%04X", value & 0xFFFFU);
+    return text.data();
+}
+
+std::string row(const std::string& label, const std::string& value)
+{
+    return value.empty() ? "" : "  " + padded(label, kLabelWidth) + ' ' + value + '\n';
+}
+
+std::string lengthInWords(int bytes, int bits)
+{
+    return counted(bytes, "byte") + (bits % 8 != 0 ? " (" + counted(bits, "bit") + ')' : "");
+}
+
+std::string identificationText(const Device& device)
+{
+    return row("model", device.modelName) + row("vendor", device.vendorName) +
+           row("ident number", hexWord(device.header.identNumber) + " (" + number(device.header.identNumber) + ')') +
+           row("order number", device.orderNumber) + row("family", device.family) + row("periphery", device.periphery) +
+           row("station type", device.stationType) + row("protocol chip", chipName(device)) +
+           row("bitmap", device.bitmapName) + row("library", device.libraryName) +
+           row("type file format", fromField(device.header.version)) +
+           row("GSD revision", device.isFromGsd ? number(device.gsdRevision) : "");
+}
+
+std::string featuresText(const Device& device)
+{
+    std::string text = row("station", device.isCategoryII ? "" : device.isModular ? "modular" : "compact");
+    for (const FeatureName& feature : featureNames()) {
+        if (device.has(feature.feature))
+            text += "  " + std::string(feature.text) + '\n';
+    }
+    return text;
+}
+
+std::string baudRatesText(const Device& device)
+{
+    std::string text;
+    for (const std::string& rate : baudRates(device))
+        text += "  " + rate + '\n';
+    return text;
+}
+
+std::string limitsText(const Device& device)
+{
+    const SLAVE_TYPEDATA_TYPE& data = device.data;
+    if (device.isCategoryII)
+        return {};
+    std::string text =
+        row("modules", number(data.maxModule)) + row("input data", lengthInWords(data.maxInputLen, data.maxInputBits)) +
+        row("output data", lengthInWords(data.maxOutputLen, data.maxOutputBits)) +
+        row("input and output data", counted(data.maxDataLen, "byte")) +
+        row("diagnostic data", counted(data.maxDiagDataLen, "byte")) +
+        row("user parameters", counted(device.parameterBudget(), "byte")) +
+        row("  of them for the station", counted(static_cast<long>(device.parameters.bytes.size()), "byte")) +
+        row("slave interval", number(data.minSlaveInterval * 100L) + " us");
+    if (data.eterDelay != 0)
+        text += row("ETER delay", number(data.eterDelay));
+    if (data.maxResponseDelay != 0)
+        text += row("response delay", number(data.maxResponseDelay));
+    return text;
+}
+
+std::string blockReference(int block)
+{
+    return block == kNoBlock ? "" : ", parameter block " + number(block + 1);
+}
+
+std::string slotsText(const Device& device)
+{
+    std::string text;
+    if (device.slotOffset != 0)
+        text += row("first slot number shown", number(device.slotOffset));
+    if (device.isKgp())
+        text += row("slots", number(device.data.slotCount));
+    if (device.slotNumbering)
+        text += row("slot numbering",
+                    fromField(device.slotNumbering->text) + ' ' + number(device.slotNumbering->value1) + ' ' +
+                        number(device.slotNumbering->value2) + ' ' + number(device.slotNumbering->digit));
+    for (std::size_t i = 0; i < device.presetSlots.size(); ++i) {
+        const PresetSlot& slot = device.presetSlots[i];
+        const std::string name = slot.orderNumber.empty() ? "" : slot.orderNumber + ": ";
+        text +=
+            row("slot " + number(static_cast<long>(i + 1)) + (slot.isFixed ? " (fixed)" : " (preset)"),
+                name + asHex(slot.identifier.fileBytes) + "  " + inWords(slot.identifier) + blockReference(slot.block));
+    }
+    return text;
+}
+
+std::string partText(const ModulePart& part, bool hasManyParts)
+{
+    std::string text = "      ";
+    if (!part.orderNumber.empty() && hasManyParts)
+        text += part.orderNumber + "  ";
+    if (!part.text.empty())
+        text += part.text + "  ";
+    return text + asHex(part.identifier.fileBytes) + "  " + inWords(part.identifier) + blockReference(part.block) +
+           '\n';
+}
+
+std::string moduleText(const Module& module, std::size_t index)
+{
+    std::string text =
+        "  " + padded('#' + std::to_string(index + 1), 5) + module.name + (module.isFixed ? " (fixed)" : "") + '\n';
+    if (module.kgp)
+        return text + "      module number " + number(module.kgp->number) + ", values " + asHex(module.kgp->values) +
+               blockReference(module.parts.front().block) + '\n';
+    for (const ModulePart& part : module.parts)
+        text += partText(part, !module.isFromOrderList);
+    return text;
+}
+
+std::string modulesText(const Device& device)
+{
+    std::string text;
+    for (std::size_t i = 0; i < device.modules.size(); ++i)
+        text += moduleText(device.modules[i], i);
+    return text;
+}
+
+std::string valueInWords(const Parameter& parameter, long value)
+{
+    const std::string text = parameter.textOf(value);
+    return text.empty() ? number(value) : number(value) + " (" + text + ')';
+}
+
+std::string parameterText(const Parameter& parameter)
+{
+    std::string place = "byte " + number(parameter.byte);
+    if (parameter.byteCount() == 2)
+        place = "bytes " + number(parameter.byte) + '-' + number(parameter.byte + 1);
+    std::string text = "  " + padded(parameter.name, 32) + ' ' + place + ", " + parameter.typeInWords() + ", default " +
+                       valueInWords(parameter, parameter.defaultValue) + ", range " + number(parameter.minimum) +
+                       " to " + number(parameter.maximum) + '\n';
+    for (const ValueText& value : parameter.texts)
+        text += "      " + padded(number(value.value), 6) + ' ' + value.text + '\n';
+    return text;
+}
+
+std::string areaText(const ParameterArea& area)
+{
+    std::string text = row("bytes", asHex(area.bytes));
+    for (const Parameter& parameter : area.parameters)
+        text += parameterText(parameter);
+    for (const SlotNumberField& field : area.slotNumbers)
+        text += "  slot number of the module goes into byte " + number(field.byte) + " (" +
+                counted(field.byteCount, "byte") + ")\n";
+    return text;
+}
+
+std::string blocksText(const Device& device)
+{
+    std::map<int, std::string> users;
+    for (const Module& module : device.modules) {
+        for (const ModulePart& part : module.parts) {
+            if (part.block != kNoBlock)
+                users[part.block] += (users[part.block].empty() ? "" : ", ") + module.name;
+        }
+    }
+    std::string text;
+    for (std::size_t i = 0; i < device.blocks.size(); ++i) {
+        const std::string& names = users[static_cast<int>(i)];
+        text += " block " + std::to_string(i + 1) + (names.empty() ? "" : " of " + names) + '\n';
+        text += areaText(device.blocks[i]);
+    }
+    return text;
+}
+
+std::string diagnosticsText(const Device& device)
+{
+    std::string text;
+    for (const BitText& bit : device.bitTexts) {
+        const std::string place = "byte " + number(bit.byte) + " bit " + number(bit.bit);
+        text += row(place + " set", bit.set) + row(place + " clear", bit.clear);
+    }
+    for (const AreaText& area : device.areaTexts) {
+        text += "  byte " + number(area.byte) + " bits " + number(area.firstBit) + '-' + number(area.lastBit) + '\n';
+        for (const ValueText& value : area.texts)
+            text += "      " + padded(number(value.value), 6) + ' ' + value.text + '\n';
+    }
+    for (const ValueText& channel : device.channelTexts)
+        text += row("channel error " + number(channel.value), channel.text);
+    return text;
+}
+
+std::string warningsText(const Device& device)
+{
+    std::string text;
+    for (const GSD_WARNING_ITEM& warning : device.warnings)
+        text += "  line " + number(warning.lineNumber) + ": " + resultText(warning.code) + " (" + number(warning.code) +
+                ")\n";
+    return text;
+}
+
+std::string stationParametersText(const Device& device)
+{
+    return areaText(device.parameters);
+}
+
+struct Section {
+    const char* name;
+    const char* heading;
+    std::string (*text)(const Device&);
+};
+constexpr std::array<Section, 10> kSections = {
+    Section{"identification", "Identification", identificationText},
+    Section{"features", "Features", featuresText},
+    Section{"baudRates", "Baud rates", baudRatesText},
+    Section{"limits", "Limits", limitsText},
+    Section{"slots", "Slots", slotsText},
+    Section{"modules", "Modules", modulesText},
+    Section{"parameters", "Parameters of the station", stationParametersText},
+    Section{"blocks", "Parameter blocks of the modules", blocksText},
+    Section{"diagnostics", "Diagnostic texts", diagnosticsText},
+    Section{"warnings", "Warnings", warningsText},
+};
+
+} // namespace
+
+const std::vector<std::string>& sectionNames()
+{
+    static const std::vector<std::string> names = [] {
+        std::vector<std::string> list;
+        for (const Section& section : kSections)
+            list.emplace_back(section.name);
+        return list;
+    }();
+    return names;
+}
+
+std::string sectionText(const Device& device, const std::string& section, bool inColour)
+{
+    for (const Section& candidate : kSections) {
+        if (section != candidate.name)
+            continue;
+        const std::string text = candidate.text(device);
+        return coloured(candidate.heading, Colour::kBold, inColour) + '\n' + (text.empty() ? "  none\n" : text);
+    }
+    return {};
+}

@@ -1,0 +1,113 @@
+#include "tools/latin1.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::string_view kReplacement = "\xEF\xBF\xBD"; // U+FFFD
+
+unsigned char byteAt(std::string_view text, std::size_t i)
+{
+    return static_cast<unsigned char>(text[i]);
+}
+
+bool isContinuation(char c)
+{
+    return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
+}
+
+/// The length of the sequence that a byte of UTF-8 begins; 0 when none begins with it.
+std::size_t sequenceLength(unsigned char first)
+{
+    if (first < 0x80U)
+        return 1;
+    if (first >= 0xC2U && first < 0xE0U)
+        return 2;
+    if (first >= 0xE0U && first < 0xF0U)
+        return 3;
+    return first >= 0xF0U && first < 0xF5U ? 4 : 0;
+}
+
+char lower(char c)
+{
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+} // namespace
+
+std::string fromField(const char* field, std::size_t width)
+{
+    const std::string_view text(field, static_cast<std::size_t>(std::find(field, field + width, '\0') - field));
+    return fromLatin1(text.substr(0, text.find_last_not_of(' ') + 1));
+}
+
+std::string fromLatin1(std::string_view text)
+{
+    std::string utf8;
+    utf8.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const unsigned char c = byteAt(text, i);
+        if ((c < 0x20U && c != '\t') || (c >= 0x7FU && c < 0xA0U)) {
+            utf8 += kReplacement;
+        } else if (c < 0x80U) {
+            utf8 += static_cast<char>(c);
+        } else {
+            utf8 += static_cast<char>(0xC0U | (c >> 6U));
+            utf8 += static_cast<char>(0x80U | (c & 0x3FU));
+        }
+    }
+    return utf8;
+}
+
+std::string toLatin1(std::string_view utf8)
+{
+    std::string text;
+    for (std::size_t i = 0; i < utf8.size(); ++i) {
+        const unsigned char c = byteAt(utf8, i);
+        if (isContinuation(utf8[i]))
+            continue;
+        const bool isPlain = c < 0x80U;
+        const bool isLatin = (c == 0xC2U || c == 0xC3U) && i + 1 < utf8.size();
+        if (isPlain)
+            text += utf8[i];
+        else
+            text += isLatin ? static_cast<char>(((c & 0x03U) << 6U) | (byteAt(utf8, i + 1) & 0x3FU)) : '?';
+    }
+    return text;
+}
+
+std::string fromArgument(const std::string& argument)
+{
+    return isUtf8(argument) ? argument : fromLatin1(argument);
+}
+
+bool isUtf8(std::string_view text)
+{
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t length = sequenceLength(byteAt(text, i));
+        if (length == 0 || length > text.size() - i)
+            return false;
+        if (!std::all_of(text.begin() + static_cast<std::ptrdiff_t>(i + 1),
+                         text.begin() + static_cast<std::ptrdiff_t>(i + length), isContinuation))
+            return false;
+        i += length;
+    }
+    return true;
+}
+
+std::size_t characterCount(std::string_view utf8)
+{
+    return utf8.size() - static_cast<std::size_t>(std::count_if(utf8.begin(), utf8.end(), isContinuation));
+}
+
+std::string padded(const std::string& utf8, std::size_t width)
+{
+    const std::size_t count = characterCount(utf8);
+    return count < width ? utf8 + std::string(width - count, ' ') : utf8;
+}
+
+bool isSameText(std::string_view left, std::string_view right)
+{
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [](char a, char b) { return lower(a) == lower(b); });
+}

@@ -1,0 +1,12 @@
+// The device of the one file that show, diag and config work on.
+
+#pragma once
+
+#include "tools/device.h"
+#include "tools/exitStatus.h"
+
+#include <string>
+
+/// Builds, checks and reads the device type in a file. What is wrong goes to standard error; warnings do not.
+/// @return kExitGood and the device; else the status to end with
+ExitStatus loadDevice(const std::string& file, Device& device);

@@ -1,0 +1,65 @@
+// typdesc show: the device as a person wants to read it, or as JSON.
+
+#include "tools/commands.h"
+#include "tools/deviceJson.h"
+#include "tools/deviceText.h"
+#include "tools/findingJson.h"
+#include "tools/loadDevice.h"
+#include "tools/terminal.h"
+
+#include <nlohmann/json.hpp>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+struct Options {
+    std::string file;
+    std::vector<std::string> sections;
+    bool isJson = false;
+};
+
+std::string textOf(const Device& device, const std::vector<std::string>& sections)
+{
+    const bool inColour = isColourWanted();
+    std::string text;
+    for (const std::string& section : sections)
+        text += (text.empty() ? "" : "\n") + sectionText(device, section, inColour);
+    return text;
+}
+
+std::string jsonOf(const Device& device, const std::vector<std::string>& sections)
+{
+    nlohmann::ordered_json json;
+    for (const std::string& section : sections)
+        json[section] = sectionJson(device, section);
+    return jsonText(json);
+}
+
+ExitStatus show(const Options& options)
+{
+    Device device;
+    if (const ExitStatus status = loadDevice(options.file, device); status != kExitGood)
+        return status;
+    const std::vector<std::string>& sections = options.sections.empty() ? sectionNames() : options.sections;
+    print(options.isJson ? jsonOf(device, sections) : textOf(device, sections));
+    return kExitGood;
+}
+
+} // namespace
+
+void addShowCommand(CLI::App& app, int& status)
+{
+    CLI::App* command = app.add_subcommand("show", "Show the device of a GSD file or type file");
+    const auto options = std::make_shared<Options>();
+    command->add_option("FILE", options->file, "GSD file or type file")->required();
+    command->add_flag("--json", options->isJson, "as JSON");
+    command->add_option("--section", options->sections, "only this section; may be given several times")
+        ->check(CLI::IsMember(sectionNames()))
+        ->allow_extra_args(false);
+    command->footer("Exit status: 0 shown, 1 the file is not valid, 2 wrong usage or it cannot be read.\n"
+                    "Example: typdesc show DRIVE.GSE --section modules");
+    command->callback([options, &status] { status = show(*options); });
+}
