@@ -93,6 +93,54 @@ void compileGsd(benchmark::State& state)
 }
 BENCHMARK(compileGsd);
 
+/// A device whose type file comes near the largest that there is.
+std::string makeLargeGsd()
+{
+    std::string text = contentsOf(std::filesystem::path(TYPDESCRIPTOR_EXAMPLES) / "RIO40A17.GSE");
+    for (int i = 0; i < 900; ++i)
+        text += "Module = \"Digital module " + std::to_string(i) + "\" 0x11\nEndModule\n";
+    for (int bit = 0; bit < 380; ++bit)
+        text += "Unit_Diag_Bit(" + std::to_string(bit) + ") = \"Fault " + std::to_string(bit) + "\"\n";
+    return text;
+}
+
+class LargeImage {
+public:
+    LargeImage()
+        : file("typdescriptor-bench-large.gse", makeLargeGsd()), device(file.name().c_str(), 0, nullptr),
+          isChecked(device.checkTypeFileContents() == kOk), object(device.getDataSize())
+    {
+        device.writeObject(object.data());
+    }
+
+    TemporaryFile file;
+    cTypDescriptor device;
+    bool isChecked;
+    std::vector<char> object;
+};
+
+/// A second check of a descriptor does all of the work again.
+void checkImage(benchmark::State& state)
+{
+    LargeImage image;
+    if (!image.isChecked)
+        state.SkipWithError("the image is refused");
+    for (auto _ : state)
+        benchmark::DoNotOptimize(image.device.checkTypeFileContents());
+    state.SetBytesProcessed(static_cast<std::int64_t>(image.object.size()) * state.iterations());
+}
+BENCHMARK(checkImage);
+
+/// The same image, each character looked at once by the fastest that there is.
+void searchImage(benchmark::State& state)
+{
+    const LargeImage image;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(std::memchr(image.object.data(), '\x01', image.object.size() - 8));
+    state.SetBytesProcessed(static_cast<std::int64_t>(image.object.size()) * state.iterations());
+}
+BENCHMARK(searchImage);
+
 } // namespace
 
 BENCHMARK_MAIN();

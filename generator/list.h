@@ -63,7 +63,7 @@ private:
     std::size_t used = 0;
 };
 
-/// A walk over a list: the elements it held when the walk was made, first to last, and then null.
+/// A walk over a list that does not grow meanwhile: its elements, first to last, and then null.
 template <class Element>
 class GSD_LIST_ITER {
 public:

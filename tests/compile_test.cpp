@@ -205,6 +205,7 @@ TEST(Compile, LineEndsAndLimits)
     // A line has at most 499 characters; behind them it may have nothing but comment.
     EXPECT_EQ(outcome(head + line + blanks), "-208 2");
     EXPECT_EQ(outcome(head + line + blanks + ' '), "-201 2");
+    EXPECT_EQ(outcome(head + line + blanks + '\0' + megabyte), "-208 2");
     EXPECT_EQ(outcome(head + line + blanks.substr(1) + ";" + megabyte), "-208 2");
     EXPECT_EQ(outcome(head + line + blanks + ";" + megabyte), "-201 2");
     EXPECT_EQ(outcome(head + "Periphery = \";" + megabyte), "-201 2");

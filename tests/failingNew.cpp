@@ -12,6 +12,7 @@ thread_local bool failed = false;
 void* allocate(std::size_t size)
 {
     if (allocationsLeft == 0) {
+        allocationsLeft = kNever;
         failed = true;
         throw std::bad_alloc();
     }

@@ -2,7 +2,7 @@
 
 #pragma once
 
-/// From its construction to its end, allocation number `successes` + 1 and all that follow it fail.
+/// From its construction to its end, allocation number `successes` + 1 fails, and no other.
 class FailingNew {
 public:
     explicit FailingNew(long successes);
