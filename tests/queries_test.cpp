@@ -1,6 +1,7 @@
 // Every query: what it answers before a check, what a checked descriptor answers, and where its indexes end.
 
 #include "descriptor/cTypDescriptor.h"
+#include "fuzz/askEverything.h"
 #include "tests/typeFileBuilder.h"
 
 #include <gtest/gtest.h>
@@ -321,36 +322,7 @@ TEST(HelpQueries, StationAndSlotBlocks)
     EXPECT_EQ(answers.help.value, 5); // the later of two
 }
 
-// Asks with indexes inside and outside the limits. What is looked at is what no image may bring about; that no query
-// leaves the image, the sanitizers see.
-void askEverything(cTypDescriptor& device)
-{
-    Answers answers;
-    for (const int i : {INT_MIN, -1, 0, 1, 2, 3, 16, 999, INT_MAX}) {
-        device.getFixedSlotId(i, &answers.module);
-        device.getFixedSlotId(i, &answers.preset);
-        device.getMLFBListItem(i, &answers.module);
-        device.getLSKText(i, answers.text);
-        device.getSKListCnt(i, &answers.number);
-        device.getSlaveBGrDiagMsg(i, &answers.group);
-        device.getChannelDiagMsg(i, answers.text);
-        EXPECT_GE(device.getHelpMessageCnt(i), 0);
-        EXPECT_GE(device.getSPHelpCnt(i), 0);
-        EXPECT_GE(device.getStructuredSlotParameterCnt(i), 0);
-        device.getSlotParameters(i, answers.bytes, &answers.number);
-        EXPECT_LE(answers.number, device.getMaxSPBlockLen());
-        for (int step = 0; device.hasSPBlockThisKeyWord(&answers.keyword, i, 0) != 0; ++step)
-            ASSERT_LT(step, 1000);
-        for (const int k : {INT_MIN, -1, 0, 1, 2, INT_MAX}) {
-            device.getSKListItem(i, k, &answers.slot);
-            device.getStructuredSlotParameter(i, k, &answers.prm);
-            device.getParaHelpMessage(i, k, &answers.help);
-            device.getSPHelpItem(i, k, &answers.help);
-            device.getSlaveDiagMsg(i, k, 0, &answers.bit);
-        }
-    }
-}
-
+// That no query leaves the image, the sanitizers see.
 TEST(Queries, OddImagesAreSafeToAsk)
 {
     int asked = 0;
