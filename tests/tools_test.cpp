@@ -204,12 +204,29 @@ TEST(ToolConfiguration, BuildsTheTelegramsOfAModularDevice)
     EXPECT_NE(configurationText(device, result, false).find("  " + parameters + '\n'), std::string::npos);
 }
 
+TEST(ToolConfiguration, TakesNegativeValuesAndNamesWithOtherBlanks)
+{
+    const Device device = example("ENCABS58.GSP");
+    const auto set = [&device](const std::string& value) {
+        return configure(device, {"1=posici\u00f3n16bits"}, {"0:" + value}).userParameters[10].value;
+    };
+    forEachCase("-5 > 251 | 10 > 10 | 251 > 251 | -40 > 216 | 0x55 > 85",
+                [&set](const std::string& value, const std::string& expected) {
+                    EXPECT_EQ(std::to_string(set("Compensaci\u00f3nt\u00e9rmica=" + value)), expected) << value;
+                });
+    for (const char* const value : {"-41", "86", "215", "256"})
+        EXPECT_THROW(set("Compensaci\u00f3n t\u00e9rmica=" + std::string(value)), ChoiceError) << value;
+    const std::string json = sectionJson(device, "parameters").dump();
+    EXPECT_NE(json.find(R"("default":-5,"minimum":-40,"maximum":85)"), std::string::npos);
+}
+
 TEST(ToolConfiguration, RefusesWhatTheDeviceDoesNotHave)
 {
     // Arguments, those with ":" ahead of "=" are values > what the refusal says.
     const char* const cases =
         "0=AK741 > slot 0: the device has slots 1 to 20 | 21=AK741 > slots 1 to 20 | x=AK741 > expected N=MODULE | "
-        "3 > expected N=MODULE | 3=nothing > slot 3: module 'nothing' is not there | 3= > slot 3: module '' is not | "
+        "3 > expected N=MODULE | 3=nothing > slot 3: module 'nothing' is not there: there are #1 AK721 | 3= > slot 3: "
+        "module '' is not | "
         "3=AK72 > 'AK72' may be #1 AK721 DI 8 x 24 V DC, #2 AK722 DI 16 x 24 V DC, #10 | 3=#16 > #1 to #15 are | "
         "99999=AK741 > expected N=MODULE | 0:Nothing=1 > station: parameter 'Nothing' is not there | "
         "0:Data format=3 > station: Data format: 3 is out of its range, 0 to 2 | "
@@ -308,6 +325,7 @@ TEST(ToolFindings, ShowTheKeywordOfTheLine)
     EXPECT_EQ(place["region"]["startLine"], 5);
     EXPECT_EQ(place["region"]["startColumn"], 3);
     EXPECT_EQ(place["region"]["endColumn"], 15);
+    EXPECT_EQ(place["contextRegion"]["snippet"]["text"], " \tIdent_Number=99999");
     EXPECT_EQ(uriOf("a b/\xE4%.gsd"), "a%20b/%E4%25.gsd");
 
     report.file = "\xE4.gsd"; // not UTF-8: replaced, never an exception

@@ -13,6 +13,7 @@
 #include <chrono>
 #include <filesystem>
 #include <iostream>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <vector>
@@ -65,41 +66,56 @@ private:
     Clock::time_point last;
 };
 
-template <class Iterator>
-void addFilesOf(const fs::path& folder, std::vector<std::string>& files, std::error_code& error)
+/// A report of a file that is still to be checked, or of what cannot be read.
+FileReport pendingReport(const std::string& path, const std::string& problem = {})
 {
-    constexpr auto kOptions = fs::directory_options::skip_permission_denied;
-    for (Iterator entry(folder, kOptions, error); !error && entry != Iterator(); entry.increment(error)) {
-        std::error_code ignored;
-        if (isDeviceFileName(entry->path().filename().string()) && entry->is_regular_file(ignored))
-            files.push_back(entry->path().string());
-    }
+    FileReport report;
+    report.file = path;
+    report.problem = problem;
+    return report;
 }
 
-/// The files to look at, those of a folder in the order of their names.
-/// @return false when a path gives none
-bool collectFiles(const Options& options, std::vector<std::string>& files)
+/// Adds a report for each file of a folder that is to be checked, and one with a problem for each folder that cannot be
+/// read to its end. Links to folders are not followed: they may lead back.
+void addFilesOf(const fs::path& folder, bool isRecursive, std::vector<FileReport>& reports)
 {
-    bool isComplete = true;
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error); !error && entry != fs::directory_iterator();
+         entry.increment(error)) {
+        std::error_code unknown;
+        const bool isFolder = entry->is_directory(unknown);
+        if (isFolder && isRecursive && !entry->is_symlink(unknown))
+            addFilesOf(entry->path(), isRecursive, reports);
+        if (isFolder || !isDeviceFileName(entry->path().filename().string()))
+            continue;
+        const bool isThere = entry->exists(unknown); // else a broken link, or a file that may not be looked at
+        if (!isThere || entry->is_regular_file(unknown))
+            reports.push_back(pendingReport(entry->path().string()));
+    }
+    if (error)
+        reports.push_back(pendingReport(folder.string(), "cannot be read: " + error.message()));
+}
+
+/// A report without findings for each file to look at, those of a folder in the order of their names. A folder that
+/// gives none, or not all of them, has a report of its own with its problem.
+std::vector<FileReport> collectFiles(const Options& options)
+{
+    std::vector<FileReport> reports;
     for (const std::string& path : options.paths) {
         std::error_code error;
         if (!fs::is_directory(path, error)) {
-            files.push_back(path);
+            reports.push_back(pendingReport(path));
             continue;
         }
-        const auto first = static_cast<std::ptrdiff_t>(files.size());
-        error.clear();
-        if (options.isRecursive)
-            addFilesOf<fs::recursive_directory_iterator>(path, files, error);
-        else
-            addFilesOf<fs::directory_iterator>(path, files, error);
-        std::sort(files.begin() + first, files.end());
-        if (!error && static_cast<std::ptrdiff_t>(files.size()) > first)
-            continue;
-        isComplete = false;
-        reportProblem(path, error ? error.message() : "the folder has no GSD file and no type file (.410)");
+        std::vector<FileReport> found;
+        addFilesOf(path, options.isRecursive, found);
+        if (found.empty())
+            found.push_back(pendingReport(path, "the folder has no GSD file and no type file (.410)"));
+        std::sort(found.begin(), found.end(),
+                  [](const FileReport& left, const FileReport& right) { return left.file < right.file; });
+        std::move(found.begin(), found.end(), std::back_inserter(reports));
     }
-    return isComplete;
+    return reports;
 }
 
 void leaveOutWarnings(FileReport& report)
@@ -109,36 +125,35 @@ void leaveOutWarnings(FileReport& report)
 
 ExitStatus check(const Options& options)
 {
-    std::vector<std::string> files;
-    const bool isComplete = collectFiles(options, files);
     const bool isText = options.format == "text";
     const bool inColour = isText && isColourWanted();
-    std::vector<FileReport> reports;
+    std::vector<FileReport> reports = collectFiles(options);
     Totals totals;
-    Progress progress(files.size());
-    for (const std::string& file : files) {
-        FileReport report = checkFile(file);
+    Progress progress(reports.size());
+    for (FileReport& report : reports) {
+        if (report.problem.empty())
+            report = checkFile(report.file);
         if (options.areWarningsLeftOut)
             leaveOutWarnings(report);
         totals.add(report);
         if (!report.problem.empty() || (isText && !report.findings.empty()))
             progress.hide();
         if (!report.problem.empty())
-            reportProblem(file, report.problem);
-        if (isText)
+            reportProblem(report.file, report.problem);
+        if (isText) {
             print(findingsText(report, inColour));
-        else
-            reports.push_back(std::move(report));
+            report.findings.clear(); // printed: only the totals are left to tell
+        }
         progress.show(totals.files);
     }
     progress.hide();
-    if (isText && !files.empty())
+    if (isText)
         print(totalsText(totals));
     else if (options.format == "json")
         print(jsonText(findingsJson(reports, totals)));
-    else if (options.format == "sarif")
+    else
         print(jsonText(sarif(reports)));
-    return isComplete ? totals.exitStatus() : kExitUnusable;
+    return totals.exitStatus();
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include <iterator>
 #include <string_view>
 #include <system_error>
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -48,6 +49,20 @@ bool isWholeTypeFile(const fs::path& file)
     return digits <= kMaxDigits && start + kLastTag.size() + digits + kLastEnd.size() == text.size();
 }
 
+/// Where a file of that name really is: a link that leads to something is followed.
+fs::path placeOf(const fs::path& name)
+{
+    std::error_code error;
+    fs::path place = fs::canonical(name, error);
+    return error ? name : place;
+}
+
+fs::path folderOf(const fs::path& name)
+{
+    const fs::path parent = name.parent_path();
+    return fs::absolute(parent.empty() ? "." : parent);
+}
+
 /// Changes the current directory for as long as it lives.
 class InDirectory {
 public:
@@ -68,8 +83,13 @@ private:
 
 CompiledFile::CompiledFile(const std::string& gsdName, const std::string& outputName) : targetPath(outputName)
 {
-    const fs::path parent = targetPath.parent_path();
-    folder = makeFolder(fs::absolute(parent.empty() ? "." : parent));
+    std::error_code error;
+    const fs::path place = placeOf(targetPath);
+    if (!fs::exists(place, error) || fs::is_regular_file(place, error))
+        folder = makeFolder(folderOf(place));
+    isBeside = !folder.empty();
+    if (!isBeside)
+        folder = makeFolder(fs::temp_directory_path(error));
     if (folder.empty()) {
         compiled = std::make_unique<cTypDescriptor>(gsdName.c_str(), 0, nullptr);
         return;
@@ -82,16 +102,22 @@ CompiledFile::CompiledFile(const std::string& gsdName, const std::string& output
 
 CompiledFile::~CompiledFile()
 {
-    if (folder.empty())
-        return;
+    removeFolder();
+}
+
+void CompiledFile::removeFolder()
+{
     std::error_code ignored;
-    fs::remove_all(folder, ignored);
+    if (!folder.empty())
+        fs::remove_all(folder, ignored);
+    folder.clear();
 }
 
 std::string CompiledFile::put()
 {
+    constexpr const char* kNoFolder = "cannot write into this folder";
     if (folder.empty())
-        return "cannot write into this folder";
+        return kNoFolder;
     const fs::path written = onlyFile(folder);
     if (written.empty() || !isWholeTypeFile(written))
         return "cannot be written";
@@ -99,16 +125,33 @@ std::string CompiledFile::put()
         targetPath = written.filename();
 
     std::error_code error;
-    if (!fs::exists(targetPath, error) || fs::is_regular_file(targetPath, error)) {
-        fs::rename(written, targetPath, error);
-        return error ? error.message() : std::string();
-    }
-    if (fs::is_directory(targetPath, error))
+    const fs::path place = placeOf(targetPath);
+    const bool isThere = fs::exists(place, error);
+    if (!isThere && !isBeside)
+        return kNoFolder;
+    if (fs::is_directory(place, error))
         return "is a directory";
-    // A device or a pipe is written to and stays what it is.
+    if (isThere && access(place.c_str(), W_OK) != 0)
+        return "may not be written";
+    if (isBeside && (!isThere || fs::is_regular_file(place, error))) {
+        fs::rename(written, place, error);
+        if (!error)
+            return {};
+        if (error != std::errc::cross_device_link)
+            return error.message();
+    }
+    return copyTo(place, written);
+}
+
+/// A device or a pipe may keep its writer waiting, and a writer may be killed: by then the folder is gone.
+std::string CompiledFile::copyTo(const fs::path& place, const fs::path& written)
+{
     std::ifstream source(written, std::ios::binary);
-    std::ofstream sink(targetPath, std::ios::binary);
-    sink << source.rdbuf();
+    const std::string text{std::istreambuf_iterator<char>(source), {}};
+    source.close();
+    removeFolder();
+    std::ofstream sink(place, std::ios::binary);
+    sink << text;
     sink.close();
     return sink ? std::string() : "cannot be written";
 }

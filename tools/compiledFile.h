@@ -2,7 +2,8 @@
 //
 // The library does not report a type file that it cannot write. So it is told to write into a fresh folder beside the
 // place where the file is to go, the file found there is looked at, and only a whole one takes the place of what may
-// stand there already.
+// stand there already. Where no folder can be made beside it, or what stands there is a device or a pipe, the system's
+// temporary folder serves, and the file is copied.
 
 #pragma once
 
@@ -31,7 +32,11 @@ public:
     const std::filesystem::path& target() const { return targetPath; }
 
 private:
+    void removeFolder();
+    std::string copyTo(const std::filesystem::path& place, const std::filesystem::path& written);
+
     std::filesystem::path folder; // empty when it cannot be made
+    bool isBeside = false;        // else the folder is in the system's temporary one
     std::filesystem::path targetPath;
     std::unique_ptr<cTypDescriptor> compiled;
 };

@@ -57,6 +57,8 @@ void addConfigCommand(CLI::App& app, int& status)
     command->add_flag("--json", options->isJson, "as JSON");
     command->footer("Exit status: 0 within the device's limits, 1 not, or the file is not valid, 2 wrong usage or the\n"
                     "file cannot be read.\n"
+                    "A block that wants its slot number gets the slot's place, counted from 1; Modul_Offset only\n"
+                    "changes the numbers that are shown.\n"
                     "Example: typdesc config RIO.GSE --slot '5=40-4AI Pt100' --set 5:Sensor=1");
     command->callback([options, &status] { status = config(*options); });
 }

@@ -169,7 +169,8 @@ void setValues(const std::vector<std::string>& choices, ParameterArea& station, 
         const ParameterPlace place = chooseParameter(areasOf(choice.slot, station, result), choice.rest, what, value);
         const std::string name = what + ": " + place.parameter->name;
         if (!putValue(*place.parameter, parseValue(*place.parameter, value, name), place.area->bytes))
-            throw ChoiceError(name + " lies behind the station's part of the parameters");
+            throw ChoiceError(name + (choice.slot == 0 ? " lies behind the station's part of the parameters"
+                                                       : " lies behind its block"));
     }
 }
 

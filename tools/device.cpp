@@ -69,6 +69,23 @@ Parameter readParameter(const _parastruct& record, unsigned firstByte)
     return parameter;
 }
 
+/// The library keeps a signed parameter that is not an INT as an unsigned one: its negative limits, default and value
+/// texts come back as large numbers. Limits on both sides of zero give it away, for then the minimum is above the maximum.
+void unwrapSigned(Parameter& parameter)
+{
+    const bool isUnsigned = parameter.type == Parameter::kByte || parameter.type == Parameter::kUint;
+    if (!isUnsigned || parameter.minimum <= parameter.maximum)
+        return;
+    const long modulus = 1L << parameter.bitCount;
+    parameter.minimum -= modulus;
+    if (parameter.defaultValue > parameter.maximum)
+        parameter.defaultValue -= modulus;
+    for (ValueText& entry : parameter.texts) {
+        if (entry.value > parameter.maximum) // kept in 16 bits whatever the type
+            entry.value = static_cast<int>((entry.value & (modulus - 1)) - modulus);
+    }
+}
+
 ValueText readValueText(const PARA_HELPMESSAGE_TYPE& message)
 {
     return {message.value, fromField(message.text)};
@@ -88,6 +105,7 @@ void readStationParameters(const cTypDescriptor& descriptor, Device& device)
             descriptor.getParaHelpMessage(record.helpNumber, line, &message);
             parameter.texts.push_back(readValueText(message));
         }
+        unwrapSigned(parameter);
         device.parameters.parameters.push_back(std::move(parameter));
     }
 }
@@ -109,6 +127,7 @@ ParameterArea readBlock(cTypDescriptor& descriptor, int index)
             descriptor.getSPHelpItem(record.helpNumber, line, &message);
             parameter.texts.push_back(readValueText(message));
         }
+        unwrapSigned(parameter);
         block.parameters.push_back(std::move(parameter));
     }
     KEYWORD_TYPE keyword = {};
@@ -250,17 +269,17 @@ std::string Parameter::typeInWords() const
     case kInt:
         return "signed 16 bit";
     case kUint:
-        return "unsigned 16 bit";
+        return isSigned() ? "signed 16 bit" : "unsigned 16 bit";
     default:
-        return "unsigned 8 bit";
+        return isSigned() ? "signed 8 bit" : "unsigned 8 bit";
     }
 }
 
 std::string Parameter::textOf(long value) const
 {
-    const int kept = static_cast<int>(value & 0xFFFF); // texts of negative values are kept in 16 bits, too
-    const auto found =
-        std::find_if(texts.begin(), texts.end(), [kept](const ValueText& entry) { return entry.value == kept; });
+    const auto found = std::find_if(texts.begin(), texts.end(), [value](const ValueText& entry) {
+        return (entry.value & 0xFFFF) == (value & 0xFFFF); // texts of negative values are kept in 16 bits, too
+    });
     return found == texts.end() ? std::string() : found->text;
 }
 

@@ -35,6 +35,8 @@ struct Parameter {
     std::vector<ValueText> texts;
 
     unsigned byteCount() const { return type == kInt || type == kUint ? 2 : 1; }
+    /// Whether its values may be negative.
+    bool isSigned() const { return type == kInt || ((type == kByte || type == kUint) && minimum < 0); }
     /// For example "bits 2-4", "unsigned 16 bit".
     std::string typeInWords() const;
     /// The text of a value, empty when it has none.

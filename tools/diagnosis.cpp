@@ -103,6 +103,8 @@ void explainDeviceByte(const Device& device, unsigned number, std::uint8_t byte,
         inAreas |= mask << area.firstBit;
         const auto text = std::find_if(area.texts.begin(), area.texts.end(),
                                        [value](const ValueText& row) { return row.value == static_cast<int>(value); });
+        if (text == area.texts.end() && value == 0)
+            continue;
         areas.push_back(
             {number, area.firstBit, area.lastBit, value, text == area.texts.end() ? std::string() : text->text});
     }

@@ -134,14 +134,16 @@ std::string whyUnreadable(const std::string& file)
     std::error_code error;
     const fs::file_status status = fs::status(file, error);
     if (status.type() == fs::file_type::not_found)
-        return "no such file or folder";
+        return fs::is_symlink(file, error) ? "is a broken link" : "no such file or folder";
+    if (error)
+        return "cannot be read: " + error.message();
     if (status.type() == fs::file_type::directory)
         return "is a folder";
     if (status.type() != fs::file_type::regular)
         return "is not a file";
     errno = 0;
     if (!std::ifstream(file, std::ios::binary))
-        return errno != 0 ? std::string("cannot be opened: ") + std::strerror(errno) : "cannot be opened";
+        return errno != 0 ? std::string("cannot be read: ") + std::strerror(errno) : "cannot be read";
     return {};
 }
 

@@ -51,8 +51,6 @@ Json regionOf(const Finding& finding)
         region["startColumn"] = finding.excerpt->column + 1;
         region["endColumn"] = finding.excerpt->column + finding.excerpt->length + 1;
     }
-    if (isSameLine)
-        region["snippet"] = {{"text", finding.excerpt->text}};
     return region;
 }
 
@@ -61,6 +59,8 @@ Json resultOf(const FileReport& report, const Finding& finding, std::size_t rule
     Json location = {{"artifactLocation", {{"uri", uriOf(report.file)}}}};
     if (finding.line > 0)
         location["region"] = regionOf(finding);
+    if (location.contains("region") && location["region"].contains("startColumn"))
+        location["contextRegion"] = {{"startLine", finding.line}, {"snippet", {{"text", finding.excerpt->text}}}};
     return {{"ruleId", ruleIdOf(finding.code)},
             {"ruleIndex", ruleIndex},
             {"level", severityOf(finding)},
@@ -129,6 +129,7 @@ Json sarif(const std::vector<FileReport>& reports)
     const Json driver = {{"name", "typdesc"}, {"version", TYPDESC_VERSION}, {"rules", ruleList}};
     const Json run = {{"tool", {{"driver", driver}}},
                       {"columnKind", "utf16CodeUnits"},
+                      {"defaultEncoding", "ISO-8859-1"},
                       {"invocations", Json::array({invocationOf(reports)})},
                       {"results", results}};
     return {{"$schema", kSchema}, {"version", "2.1.0"}, {"runs", Json::array({run})}};

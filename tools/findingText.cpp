@@ -22,7 +22,7 @@ std::string excerptText(const Excerpt& excerpt, bool inColour)
 std::string sentenceOf(const Finding& finding)
 {
     const std::string sentence = resultText(finding.code);
-    return finding.detail.empty() ? sentence : sentence + ' ' + finding.detail;
+    return finding.detail.empty() ? sentence : sentence + " [" + finding.detail + ']';
 }
 
 std::string findingText(const std::string& file, const Finding& finding, bool inColour)

@@ -49,10 +49,48 @@ std::vector<std::size_t> indexesOf(const std::vector<std::string>& names, Matche
     return indexes;
 }
 
-std::string ambiguity(const std::vector<std::string>& names, const std::vector<std::size_t>& indexes)
+std::string withoutBlanks(std::string text)
+{
+    std::erase(text, ' ');
+    return text;
+}
+
+/// The names that are a text as it is typed; else those that are it without blanks, some of which the library drops so
+/// that a name fits. The typed text may then go on behind the last character that is kept.
+std::vector<std::size_t> indexesOfWhole(const std::vector<std::string>& names, const std::string& wanted)
+{
+    const std::string known = cut(wanted);
+    const std::vector<std::size_t> found =
+        indexesOf(names, [&](const std::string& name) { return isSameText(name, known); });
+    const std::string dense = withoutBlanks(wanted);
+    if (!found.empty() || dense.empty())
+        return found;
+    return indexesOf(names, [&](const std::string& name) {
+        const std::string denseName = withoutBlanks(name);
+        const bool isCut = characterCount(name) >= kNameWidth;
+        return isSameText(denseName, isCut ? dense.substr(0, denseName.size()) : dense);
+    });
+}
+
+/// The names that begin with a text, with its blanks or without.
+std::vector<std::size_t> indexesOfBeginning(const std::vector<std::string>& names, const std::string& wanted)
+{
+    const std::string known = cut(wanted);
+    const std::string dense = withoutBlanks(known);
+    if (dense.empty())
+        return {};
+    const std::vector<std::size_t> found =
+        indexesOf(names, [&](const std::string& name) { return isSameText(name.substr(0, known.size()), known); });
+    if (!found.empty())
+        return found;
+    return indexesOf(
+        names, [&](const std::string& name) { return isSameText(withoutBlanks(name).substr(0, dense.size()), dense); });
+}
+
+std::string candidates(const std::vector<std::string>& names, const std::vector<std::size_t>& indexes)
 {
     constexpr std::size_t kMost = 8;
-    std::string text = " may be ";
+    std::string text;
     for (std::size_t i = 0; i < std::min(indexes.size(), kMost); ++i)
         text += (i == 0 ? "#" : ", #") + std::to_string(indexes[i] + 1) + ' ' + names[indexes[i]];
     return text + (indexes.size() > kMost ? ", ..." : "");
@@ -65,7 +103,7 @@ long largestOfType(const Parameter& parameter)
 
 long smallestOfType(const Parameter& parameter)
 {
-    return parameter.type == Parameter::kInt ? -32768 : 0;
+    return parameter.isSigned() ? -(1L << (parameter.bitCount - 1)) : 0;
 }
 
 } // namespace
@@ -77,15 +115,14 @@ std::size_t chooseName(const std::vector<std::string>& names, const std::string&
             throw ChoiceError(what + ' ' + wanted + " is not there: #1 to #" + std::to_string(names.size()) + " are");
         return static_cast<std::size_t>(*number - 1);
     }
-    const std::string known = cut(wanted);
-    std::vector<std::size_t> found = indexesOf(names, [&](const std::string& name) { return isSameText(name, known); });
-    if (found.empty() && !known.empty())
-        found =
-            indexesOf(names, [&](const std::string& name) { return isSameText(name.substr(0, known.size()), known); });
+    std::vector<std::size_t> found = indexesOfWhole(names, wanted);
     if (found.empty())
-        throw ChoiceError(what + ' ' + quoted(wanted) + " is not there");
+        found = indexesOfBeginning(names, wanted);
+    if (found.empty())
+        throw ChoiceError(what + ' ' + quoted(wanted) + " is not there: there are " +
+                          candidates(names, indexesOf(names, [](const std::string&) { return true; })));
     if (found.size() > 1)
-        throw ChoiceError(what + ' ' + quoted(wanted) + ambiguity(names, found));
+        throw ChoiceError(what + ' ' + quoted(wanted) + " may be " + candidates(names, found));
     return found.front();
 }
 
@@ -93,15 +130,20 @@ long parseValue(const Parameter& parameter, const std::string& text, const std::
 {
     std::optional<long> value = wholeNumber(text);
     if (!value) {
-        const std::string known = cut(text);
-        const auto entry = std::find_if(parameter.texts.begin(), parameter.texts.end(),
-                                        [&](const ValueText& row) { return isSameText(row.text, known); });
-        if (entry == parameter.texts.end())
+        std::vector<std::string> texts;
+        for (const ValueText& entry : parameter.texts)
+            texts.push_back(entry.text);
+        const std::vector<std::size_t> found = indexesOfWhole(texts, text);
+        if (found.empty())
             throw ChoiceError(what + ": " + quoted(text) + " is neither a number nor one of its value texts");
-        value = entry->value;
+        value = parameter.texts[found.front()].value;
         if (parameter.type == Parameter::kInt && *value > largestOfType(parameter))
             *value -= 1L << parameter.bitCount; // texts of negative values are kept in 16 bits
     }
+    const long modulus = 1L << parameter.bitCount;
+    const bool isShortened = parameter.isSigned() && parameter.type != Parameter::kInt;
+    if (isShortened && *value > parameter.maximum && *value < modulus)
+        *value -= modulus; // typed as the byte in the telegram
     const long least = std::max(parameter.minimum, smallestOfType(parameter));
     const long most = std::min(parameter.maximum, largestOfType(parameter));
     if (*value < least || *value > most)

@@ -14,7 +14,8 @@ struct ChoiceError : std::runtime_error {
 };
 
 /// The one of several names that a person means: "#n" counts from 1; else the name in any case, or its beginning when
-/// only one begins so. Names of devices are cut to 30 characters, so longer ones are compared by those.
+/// only one begins so. Names of devices are cut to 30 characters, so longer ones are compared by those; when nothing
+/// fits, blanks do not count, for the library drops some of them to make a name fit.
 /// @param what  what is looked for, for the message: "slot 3: module"
 std::size_t chooseName(const std::vector<std::string>& names, const std::string& wanted, const std::string& what);
 
