@@ -1,16 +1,11 @@
-// Files as the descriptor opens them: untranslated, closed by themselves.
+// Files as the descriptor opens them.
 
 #pragma once
 
+#include "gsd/file.h"
+
 #include <cstdio>
-#include <memory>
 #include <utility>
-
-struct FileCloser {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-
-using File = std::unique_ptr<std::FILE, FileCloser>;
 
 /// Opens a file. One that gets the descriptor number 0 counts as not opened: hosts take 0 for no file.
 /// @param mode  "rb" or "wb"

@@ -6,21 +6,10 @@
 #include "descriptor/cTypDescriptor.h"
 #include "descriptor/file.h"
 #include "descriptor/orderNumber.h"
-#include "typefile/scan.h"
+#include "gsd/textScan.h"
 
 #include <cstdio>
 #include <new>
-
-namespace {
-
-std::string_view withoutTrailingSpace(std::string_view text)
-{
-    while (!text.empty() && typefile::isSpace(text.back()))
-        text.remove_suffix(1);
-    return text;
-}
-
-} // namespace
 
 int cTypDescriptor::changeTypeFilePossible() const
 {
@@ -92,7 +81,7 @@ unsigned short cTypDescriptor::getMLFBstring(char* text)
     // Once written, the text runs on behind its ">", so that the blanks in it are no trailing ones.
     if (*orderNumberEnd == '\0') {
         const std::size_t length = orderNumber.size();
-        orderNumber = withoutTrailingSpace(orderNumber);
+        orderNumber = withoutTrailingBlanks(orderNumber);
         if (orderNumberPos + length < headerPos) {
             orderNumberEnd = orderNumberPos + orderNumber.size();
             *orderNumberEnd = '\0';

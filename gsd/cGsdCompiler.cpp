@@ -310,10 +310,8 @@ bool cGsdCompiler::isKgpConsistent() const
 void cGsdCompiler::writeTypeFile(const char* outputName) const
 {
     const std::string name = outputName != nullptr ? outputName : defaultOutputName();
-    if (std::FILE* file = std::fopen(name.c_str(), "wb"); file != nullptr) {
-        std::fwrite(model.image.data(), 1, model.image.imageLength, file);
-        std::fclose(file);
-    }
+    if (const File file(std::fopen(name.c_str(), "wb")); file)
+        std::fwrite(model.image.data(), 1, model.image.imageLength, file.get());
 }
 
 std::string cGsdCompiler::defaultOutputName() const

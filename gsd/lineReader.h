@@ -5,10 +5,10 @@
 
 #pragma once
 
+#include "gsd/file.h"
+
 #include <array>
 #include <cstddef>
-#include <cstdio>
-#include <memory>
 #include <string>
 #include <string_view>
 
@@ -29,14 +29,10 @@ public:
     bool read(std::string_view& line, std::size_t limit);
 
 private:
-    struct Closer {
-        void operator()(std::FILE* opened) const { std::fclose(opened); }
-    };
-
     std::string_view readAcrossBlocks(std::size_t limit);
     void fill();
 
-    std::unique_ptr<std::FILE, Closer> file;
+    File file;
     std::array<char, 16384> block;
     std::size_t used = 0;
     std::size_t next = 0;
