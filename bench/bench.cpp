@@ -1,146 +1,176 @@
-// How fast files are compiled and images are checked, each beside the least that could be done with the same bytes.
-// Run by hand: cmake --preset bench && cmake --build --preset bench && build/bench/bench/typdescriptor_bench
+// How fast files are compiled, images are checked and queries are answered, each beside the least that could be done
+// with the same bytes in the same run; README.md says how to read it.
 
-#include "descriptor/cTypDescriptor.h"
+#include "bench/heapCount.h"
+#include "bench/workloads.h"
 
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
 namespace {
 
-constexpr std::size_t kGsdSize = 20 * 1024;
-constexpr std::size_t kImageCapacity = 65000;
+constexpr std::size_t kKilobyte = 1024;
 
-std::string contentsOf(const std::filesystem::path& path)
-{
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
+/// A result, what it is measured against, and how many times that it should be at most.
+struct Ratio {
+    std::string name;
+    std::string floor;
+    double aim;
+};
 
-/// A modular station with as many modules as make up the wanted size.
-std::string makeGsd(std::size_t size)
-{
-    std::string text = contentsOf(std::filesystem::path(TYPDESCRIPTOR_EXAMPLES) / "RIO40A17.GSE");
-    for (int i = 0; text.size() < size; ++i)
-        text += "Module = \"Digital module " + std::to_string(i) + "\" 0x11   ; two bytes\r\nEndModule\r\n";
-    return text;
-}
+std::vector<Ratio> ratios;
 
-class TemporaryFile {
+/// Prints the results as they come, and keeps their times for the table of ratios.
+class Reporter : public benchmark::ConsoleReporter {
 public:
-    TemporaryFile(const char* name, const std::string& contents) : path(std::filesystem::temp_directory_path() / name)
+    void ReportRuns(const std::vector<Run>& runs) override
     {
-        std::ofstream(path, std::ios::binary) << contents;
+        for (const Run& run : runs)
+            times[run.benchmark_name()] = run.GetAdjustedCPUTime();
+        ConsoleReporter::ReportRuns(runs);
     }
-    ~TemporaryFile() { std::filesystem::remove(path); }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-    std::string name() const { return path.string(); }
+    void printRatios() const
+    {
+        std::printf("\n%-40s %12s %12s %8s %6s\n", "", "time", "floor", "ratio", "aim");
+        for (const Ratio& ratio : ratios) {
+            const auto time = times.find(ratio.name);
+            const auto floor = times.find(ratio.floor);
+            if (time != times.end() && floor != times.end())
+                std::printf("%-40s %9.2f us %9.2f us %8.2f %6.1f\n", ratio.name.c_str(), time->second / 1000,
+                            floor->second / 1000, time->second / floor->second, ratio.aim);
+        }
+    }
 
 private:
-    std::filesystem::path path;
+    std::map<std::string, double> times;
 };
 
-/// Everything that no reader of such a file can leave out: open, read, find every line and its comment, and fill the
-/// image with blanks.
-void readingFloor(benchmark::State& state)
+template <class Function>
+void add(const std::string& name, Function function)
 {
-    const TemporaryFile file("typdescriptor-bench-floor.gse", makeGsd(kGsdSize));
-    std::size_t bytes = 0;
-    for (auto _ : state) {
-        std::FILE* stream = std::fopen(file.name().c_str(), "rb");
-        std::vector<char> text(2 * kGsdSize);
-        const std::size_t size = std::fread(text.data(), 1, text.size(), stream);
-        std::fclose(stream);
-        std::size_t found = 0;
-        for (const char* line = text.data(); line < text.data() + size;) {
-            const auto left = static_cast<std::size_t>(text.data() + size - line);
-            const auto* end = static_cast<const char*>(std::memchr(line, '\n', left));
-            const std::size_t length = end != nullptr ? static_cast<std::size_t>(end - line) : left;
-            found += std::memchr(line, ';', length) != nullptr ? 1 : 0;
-            line += length + 1;
-        }
-        const auto image = std::make_unique<char[]>(kImageCapacity);
-        std::memset(image.get(), ' ', kImageCapacity);
-        benchmark::DoNotOptimize(image.get());
-        benchmark::DoNotOptimize(found);
-        bytes += size;
-    }
-    state.SetBytesProcessed(static_cast<std::int64_t>(bytes));
+    benchmark::RegisterBenchmark(name.c_str(), [function](benchmark::State& state) {
+        for (auto _ : state)
+            function();
+    });
 }
-BENCHMARK(readingFloor);
 
-void compileGsd(benchmark::State& state)
+void addCompilation(const std::string& name, const std::string& gsd)
 {
-    const std::string text = makeGsd(kGsdSize);
-    const TemporaryFile file("typdescriptor-bench.gse", text);
-    for (auto _ : state) {
-        const cTypDescriptor descriptor(file.name().c_str(), 0, nullptr);
+    const auto file = std::make_shared<TemporaryFile>(name + ".GSE", gsd);
+    add("compile/" + name, [file] {
+        const cTypDescriptor descriptor(file->path(), 0, nullptr);
         if (descriptor.getStatus() != kOk)
-            state.SkipWithError(resultText(descriptor.getStatus()));
-    }
-    state.SetBytesProcessed(static_cast<std::int64_t>(text.size()) * state.iterations());
+            std::abort();
+    });
+    add("compile/" + name + "/floor", [file] { readLinesAndFillImage(file->path()); });
+    ratios.push_back({"compile/" + name, "compile/" + name + "/floor", 2.5});
 }
-BENCHMARK(compileGsd);
-
-/// A device whose type file comes near the largest that there is.
-std::string makeLargeGsd()
-{
-    std::string text = contentsOf(std::filesystem::path(TYPDESCRIPTOR_EXAMPLES) / "RIO40A17.GSE");
-    for (int i = 0; i < 900; ++i)
-        text += "Module = \"Digital module " + std::to_string(i) + "\" 0x11\nEndModule\n";
-    for (int bit = 0; bit < 380; ++bit)
-        text += "Unit_Diag_Bit(" + std::to_string(bit) + ") = \"Fault " + std::to_string(bit) + "\"\n";
-    return text;
-}
-
-class LargeImage {
-public:
-    LargeImage()
-        : file("typdescriptor-bench-large.gse", makeLargeGsd()), device(file.name().c_str(), 0, nullptr),
-          isChecked(device.checkTypeFileContents() == kOk), object(device.getDataSize())
-    {
-        device.writeObject(object.data());
-    }
-
-    TemporaryFile file;
-    cTypDescriptor device;
-    bool isChecked;
-    std::vector<char> object;
-};
 
 /// A second check of a descriptor does all of the work again.
-void checkImage(benchmark::State& state)
+void addCheck(const std::string& name, const std::string& gsd)
 {
-    LargeImage image;
-    if (!image.isChecked)
-        state.SkipWithError("the image is refused");
-    for (auto _ : state)
-        benchmark::DoNotOptimize(image.device.checkTypeFileContents());
-    state.SetBytesProcessed(static_cast<std::int64_t>(image.object.size()) * state.iterations());
+    const auto device = std::make_shared<Device>(gsd);
+    add("check/" + name, [device] { benchmark::DoNotOptimize(device->descriptor.checkTypeFileContents()); });
+    add("check/" + name + "/floor", [device] { benchmark::DoNotOptimize(countTerminators(device->image)); });
+    ratios.push_back({"check/" + name, "check/" + name + "/floor", 6});
 }
-BENCHMARK(checkImage);
 
-/// The same image, each character looked at once by the fastest that there is.
-void searchImage(benchmark::State& state)
+void addQueries()
 {
-    const LargeImage image;
-    for (auto _ : state)
-        benchmark::DoNotOptimize(std::memchr(image.object.data(), '\x01', image.object.size() - 8));
-    state.SetBytesProcessed(static_cast<std::int64_t>(image.object.size()) * state.iterations());
+    const auto device = std::make_shared<Device>(gsdWithModules(60 * kKilobyte));
+    for (const Work& query : constantQueries(device->descriptor))
+        add("query/" + query.name, [device, query] {
+            query.run();
+            benchmark::ClobberMemory();
+        });
+
+    constexpr int kBlocks = 5;
+    for (const int parameters : {1, 10, 100}) {
+        const auto station = std::make_shared<Device>(gsdWithBlocks(kBlocks, parameters));
+        const int blocks = station->descriptor.getSPBlockAnz();
+        for (const int block : {blocks - kBlocks, blocks - 1})
+            add("query/getSlotParameters, block " + std::to_string(block) + " of " + std::to_string(parameters) +
+                    " parameters",
+                [station, block] {
+                    unsigned char bytes[237];
+                    int length = 0;
+                    station->descriptor.getSlotParameters(block, bytes, &length);
+                    benchmark::DoNotOptimize(bytes);
+                });
+    }
 }
-BENCHMARK(searchImage);
+
+/// From the file to the end of the descriptor: allocations, and bytes at the peak beside those of the image.
+void addHeap(const std::string& name, const std::string& gsd)
+{
+    benchmark::RegisterBenchmark(("heap/" + name).c_str(), [name, gsd](benchmark::State& state) {
+        const TemporaryFile file("heap-" + name + ".GSE", gsd);
+        for (auto _ : state) {
+            resetHeapCount();
+            const std::size_t before = heapCount().live;
+            cTypDescriptor descriptor(file.path(), 0, nullptr);
+            const std::size_t image = heapCount().live - before;
+            const std::size_t compilePeak = heapCount().peak - before;
+            descriptor.checkTypeFileContents();
+            const std::size_t queries = heapCount().live - before - image;
+            state.counters["allocations"] = static_cast<double>(heapCount().allocations);
+            state.counters["image"] = static_cast<double>(image);
+            state.counters["queries"] = static_cast<double>(queries);
+            state.counters["compile peak"] = static_cast<double>(compilePeak);
+            state.counters["peak"] = static_cast<double>(heapCount().peak - before);
+            state.counters["(peak-queries)/image"] =
+                static_cast<double>(heapCount().peak - before - queries) / static_cast<double>(image);
+        }
+    })->Iterations(1);
+}
+
+/// Time per element; the file is read up to its end whether its image holds the elements or not.
+void addGrowth(const Element& element)
+{
+    for (const int count : {1000, 10000, 100000}) {
+        const std::string name = "growth/" + std::string(element.name) + "/" + std::to_string(count);
+        benchmark::RegisterBenchmark(name.c_str(), [element, count](benchmark::State& state) {
+            const TemporaryFile file("growth.GSE", gsdWithElements(element, count));
+            for (auto _ : state) {
+                const cTypDescriptor descriptor(file.path(), 0, nullptr);
+                if (descriptor.getStatus() != kOk && descriptor.getStatus() != element.result)
+                    state.SkipWithError(resultText(descriptor.getStatus()));
+            }
+            state.counters["per element"] =
+                benchmark::Counter(static_cast<double>(count) * static_cast<double>(state.iterations()),
+                                   benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+        });
+    }
+}
 
 } // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv)
+{
+    addCompilation("2K", exampleGsd("CRLFBOX2.GSS"));
+    addCompilation("20K", gsdWithModules(20 * kKilobyte));
+    addCompilation("60K", gsdWithModules(60 * kKilobyte));
+    addCompilation("1M", gsdWithDefinitions(kKilobyte * kKilobyte));
+    addCompilation("10M", gsdWithDefinitions(10 * kKilobyte * kKilobyte));
+    addCheck("1K", exampleGsd("CRLFBOX2.GSS"));
+    addCheck("10K", gsdWithModules(17 * kKilobyte));
+    addCheck("60K", gsdWithModules(78 * kKilobyte));
+    addQueries();
+    for (const char* name : {"CRLFBOX2.GSS", "SLOTPARM.GSE", "MDRV0C21.GSE"})
+        addHeap(name, exampleGsd(name));
+    addHeap("20K", gsdWithModules(20 * kKilobyte));
+    addHeap("60K", gsdWithModules(60 * kKilobyte));
+    for (const Element& element : kElements)
+        addGrowth(element);
+
+    benchmark::Initialize(&argc, argv);
+    Reporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    reporter.printRatios();
+}

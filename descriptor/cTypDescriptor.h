@@ -302,7 +302,8 @@ private:
     void initialAttributes();
     void compileGsdFile(const char* fileName, int writeFlag, const char* outputName);
     void readTypeFile(const char* fileName);
-    void allocateImage(size_t capacity, char fill);
+    void allocateImage(size_t capacity); // nothing stands in it
+    void allocateClearedImage(size_t capacity);
 
     void fillCategoryI(TYPEFILE_COM_QX410* record) const;
     void putBackOrderNumberClose(char* copy) const;

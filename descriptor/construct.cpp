@@ -13,7 +13,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 #include <new>
 #include <string_view>
 
@@ -91,18 +90,18 @@ cTypDescriptor& cTypDescriptor::operator=(const cTypDescriptor& other) = default
 void cTypDescriptor::compileGsdFile(const char* fileName, int writeFlag, const char* outputName)
 {
     madeFromGsd = 1;
-    allocateImage(kGsdImageCapacity, ' ');
-    const auto compiler = std::make_unique<cGsdCompiler>(image, imageCapacity);
-    status = compiler->compile(fileName, writeFlag, outputName);
+    allocateImage(kGsdImageCapacity);
+    cGsdCompiler compiler(image, imageCapacity); // fills the whole image
+    status = compiler.compile(fileName, writeFlag, outputName);
     if (status < 0)
-        gsdErrLineNr = static_cast<int32_t>(compiler->errorLine());
-    gsdRevision = static_cast<int32_t>(compiler->revision());
+        gsdErrLineNr = static_cast<int32_t>(compiler.errorLine());
+    gsdRevision = static_cast<int32_t>(compiler.revision());
 
-    gsdWarnings = new GSD_WARNING_ITEM[compiler->warningCount()];
-    gsdCntOfWarnings = static_cast<int32_t>(compiler->warningCount());
-    compiler->copyWarnings(gsdWarnings);
+    gsdWarnings = new GSD_WARNING_ITEM[compiler.warningCount()];
+    gsdCntOfWarnings = static_cast<int32_t>(compiler.warningCount());
+    compiler.copyWarnings(gsdWarnings);
     gsdFoundMandatories = new uint8_t[cGsdCompiler::kMandatoryCount];
-    compiler->copyFoundMandatories(gsdFoundMandatories);
+    compiler.copyFoundMandatories(gsdFoundMandatories);
 }
 
 void cTypDescriptor::readTypeFile(const char* fileName)
@@ -115,19 +114,24 @@ void cTypDescriptor::readTypeFile(const char* fileName)
     if (length < 0 || static_cast<unsigned long>(length) > typefile::kMaxFileSize)
         return;
     const auto size = static_cast<std::size_t>(length);
-    allocateImage(size + 1, '\0');
+    allocateClearedImage(size + 1);
     imageSize = static_cast<uint32_t>(size);
     if (std::fread(image, 1, size, file.get()) > 0)
         status = kOk;
 }
 
-void cTypDescriptor::allocateImage(size_t capacity, char fill)
+void cTypDescriptor::allocateImage(size_t capacity)
 {
     capacity = std::max(capacity, typefile::kMinImageSize);
     image = new char[capacity + typefile::kImageSlack];
-    std::memset(image, fill, capacity);
     std::memset(image + capacity, '\0', typefile::kImageSlack);
     imageCapacity = static_cast<uint32_t>(capacity);
+}
+
+void cTypDescriptor::allocateClearedImage(size_t capacity)
+{
+    allocateImage(capacity);
+    std::memset(image, '\0', imageCapacity);
 }
 
 void cTypDescriptor::releaseCheckResults()

@@ -56,7 +56,11 @@ public:
         put(text);
         put(kTerminator);
     }
-    void putEmptyList(std::string_view tag) { put(recordHead(tag, 0).view()); }
+    void putListHead(std::string_view tag, std::size_t count)
+    {
+        position += RecordText(position).head(tag, count).length();
+    }
+    void putEmptyList(std::string_view tag) { putListHead(tag, 0); }
 
     /// Room that is filled by the caller.
     char* reserve(std::size_t length)
@@ -144,7 +148,7 @@ void writeFixedBlock(char* typeData, const TYPEFILE_COM_QX410& record)
 void writeUserPrm(ImageWriter& out, std::string_view hexDigits)
 {
     const std::size_t count = std::min(hexDigits.size() / kHexDigitsPerByte, kMaxCount);
-    out.put(recordHead(kTagUserPrmBytes, count).view());
+    out.putListHead(kTagUserPrmBytes, count);
     for (std::size_t i = 0; i < count; ++i)
         out.putRecord(hexDigits.substr(i * kHexDigitsPerByte, kHexDigitsPerByte));
 }
@@ -182,7 +186,7 @@ void writePresetSlots(ImageWriter& out, std::string_view digits)
             out.put(kQuote);
         out.put(kTerminator);
     }
-    putAt(slotCount, 0, RecordText().number(slots).view());
+    RecordText(slotCount).number(slots);
 }
 
 /// Input and output length together, as far as three digits go.
@@ -208,7 +212,7 @@ void writeImage(char* image, const TYPEFILE_COM_QX410& record, std::string_view 
     out.putRecord(kDefaultBitmap);
     out.putRecord(kDefaultLibrary);
     out.putEmptyList(kTagSlotOffset);
-    out.put(recordHead("", maxDataLength(typeData)).view());
+    out.putListHead("", maxDataLength(typeData));
     out.putEmptyList(kTagOrderNumbers);
     out.putEmptyList(kTagModuleLists);
     out.putEmptyList(""); // common parameter length
@@ -230,7 +234,7 @@ cTypDescriptor::cTypDescriptor(const TYPEFILE_COM_QX410* record)
     const std::size_t prmRoom = userPrm.size() / kHexDigitsPerByte * kRoomPerPrmByte;
     const std::size_t slotRoom = slots.size() / kNumberDigits * kRoomPerSlotGroup;
     try {
-        allocateImage(kFixedRoom + prmRoom + slotRoom, '\0');
+        allocateClearedImage(kFixedRoom + prmRoom + slotRoom);
     } catch (const std::bad_alloc&) {
         status = kErrFile;
         return;

@@ -63,7 +63,8 @@ void copyFixedBlock(TYPEFILE_COM_QX410& record, const char* block)
 
 void putNumber(char (&member)[kNumberDigits + 1], unsigned value)
 {
-    copyField(member, RecordText().number(value).view().data());
+    std::array<char, 10> digits{};
+    copyField(member, RecordText(digits.data()).number(value).view().data());
 }
 
 void deriveCategoryII(TYPEFILE_COM_QX410& record, const SLAVE_TYPEDATA_TYPE& data, bool isQx410k)
@@ -81,18 +82,17 @@ void deriveCategoryII(TYPEFILE_COM_QX410& record, const SLAVE_TYPEDATA_TYPE& dat
     putNumber(record.maxModule, isQx410k ? 4 : places - withoutInput);
 }
 
-/// Appends to a text of the host, which is a string again after each piece.
-char* append(char* text, const RecordText& piece)
+/// Makes a text of the host a string again, behind the piece just appended; returns where the next one goes.
+char* endPiece(char* text, RecordText& piece)
 {
-    const std::string_view characters = piece.view();
-    characters.copy(text, characters.size());
-    text[characters.size()] = '\0';
-    return text + characters.size();
+    const std::size_t length = piece.length();
+    piece.character('\0');
+    return text + length;
 }
 
 char* appendByte(char* text, uint8_t byte)
 {
-    return append(text, RecordText().number(byte));
+    return endPiece(text, RecordText(text).number(byte));
 }
 
 /// Appends the bytes of one preset slot in decimal; nothing for an identifier that does not stand alone.
@@ -153,7 +153,7 @@ void cTypDescriptor::fillCategoryI(TYPEFILE_COM_QX410* record) const
 
     char* hexDigits = record->userPrmHex;
     for (int32_t i = 0; hexDigits != nullptr && i < userPrmByteCount; ++i)
-        hexDigits = append(hexDigits, RecordText().hexByte(userPrmBytes[i]));
+        hexDigits = endPiece(hexDigits, RecordText(hexDigits).hexByte(userPrmBytes[i]));
 
     char* slotText = record->fixedSlotText;
     if (slotText == nullptr)

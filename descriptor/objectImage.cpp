@@ -24,7 +24,7 @@ cTypDescriptor::cTypDescriptor(unsigned short size, char* data)
         return;
     }
     try {
-        allocateImage(size, '\0');
+        allocateClearedImage(size);
     } catch (const std::bad_alloc&) {
         status = kErrFile;
         return;

@@ -2,23 +2,34 @@
 
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <memory_resource>
 #include <new>
 #include <span>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 class Arena {
 public:
-    /// A copy of a value; throws std::bad_alloc when memory is exhausted.
-    template <class T>
-    T* make(const T& value)
+    Arena() = default;
+    Arena(const Arena&) = delete;
+    Arena& operator=(const Arena&) = delete;
+    ~Arena()
+    {
+        while (newest != nullptr)
+            ::operator delete(std::exchange(newest, newest->older));
+    }
+
+    /// A value made from the arguments; throws std::bad_alloc when memory is exhausted, as all that follows.
+    template <class T, class... Arguments>
+    T* make(Arguments&&... arguments)
     {
         static_assert(std::is_trivially_destructible_v<T>, "nothing in an arena is destroyed");
-        return new (memory.allocate(sizeof(T), alignof(T))) T(value);
+        static_assert(alignof(T) <= alignof(Block));
+        return new (allocate(sizeof(T), alignof(T))) T{std::forward<Arguments>(arguments)...};
     }
 
     /// Bytes that are all zero.
@@ -26,7 +37,7 @@ public:
     {
         if (count == 0)
             return {};
-        auto* bytes = static_cast<std::uint8_t*>(memory.allocate(count, 1));
+        auto* const bytes = static_cast<std::uint8_t*>(allocate(count, 1));
         std::memset(bytes, 0, count);
         return {bytes, count};
     }
@@ -36,13 +47,42 @@ public:
     {
         if (characters.empty())
             return {};
-        auto* copy = static_cast<char*>(memory.allocate(characters.size(), 1));
+        auto* const copy = static_cast<char*>(allocate(characters.size(), 1));
         std::memcpy(copy, characters.data(), characters.size());
         return {copy, characters.size()};
     }
 
 private:
-    static constexpr std::size_t kFirstBlock = 16384; // most devices need no second one
+    struct alignas(std::max_align_t) Block {
+        Block* older;
+        std::size_t size; // of this block and all older ones
+    };
 
-    std::pmr::monotonic_buffer_resource memory{kFirstBlock};
+    static constexpr std::size_t kFirstBlock = 8192; // most devices need no second one
+
+    void* allocate(std::size_t size, std::size_t alignment)
+    {
+        // Pieces are cut from the end of the block, where aligning is one masking.
+        const std::size_t offset = (left - size) & ~(alignment - 1);
+        if (size > left)
+            return allocateBlock(size, alignment);
+        left = offset;
+        return start + offset;
+    }
+
+    /// Blocks grow with what there is already: their number stays small, and so does what is left of the last one.
+    void* allocateBlock(std::size_t size, std::size_t alignment)
+    {
+        const std::size_t used = newest == nullptr ? 0 : newest->size;
+        const std::size_t room = std::max({size + sizeof(Block), kFirstBlock, used / 8}) & ~(alignof(Block) - 1);
+        auto* const block = static_cast<Block*>(::operator new(sizeof(Block) + room));
+        newest = new (block) Block{newest, used + room};
+        start = reinterpret_cast<char*>(block + 1);
+        left = room;
+        return allocate(size, alignment);
+    }
+
+    Block* newest = nullptr;
+    char* start = nullptr; // of what can be handed out in the newest block
+    std::size_t left = 0;
 };

@@ -12,9 +12,9 @@ constexpr std::size_t kBitGroupWidth = 6;     // tag, first bit, width, quote
 constexpr std::size_t kGroupValueWidth = 4;   // value, quote
 constexpr std::size_t kChannelErrorWidth = 6; // tag, error type, quote
 
-RecordText digitAndQuote(unsigned number)
+RecordText digitAndQuote(RecordText record, unsigned number)
 {
-    return RecordText().character(static_cast<char>('0' + number)).quote();
+    return record.character(static_cast<char>('0' + number)).quote();
 }
 
 } // namespace
@@ -31,11 +31,11 @@ void TypeFileGenerator::writeDiagTexts()
     }
     image.setListHead(head, kListHeadWidth, kTagDeviceDiag, count);
 
-    image.append(recordHead(kTagChannelDiag, model.channelDiags.count()), kListHeadWidth);
+    image.append(image.record().head(kTagChannelDiag, model.channelDiags.count()), kListHeadWidth);
     for (const GSD_CHANNEL_DIAG& channel : model.channelDiags) {
-        image.append(RecordText().text(kTagChannelError).number(channel.errorType, 2).quote(), kChannelErrorWidth);
+        image.append(image.record().text(kTagChannelError).number(channel.errorType, 2).quote(), kChannelErrorWidth);
         image.appendField(channel.text, kNameWidth);
-        image.append(RecordText().quote().end());
+        image.append(image.record().quote().end());
     }
 }
 
@@ -43,18 +43,18 @@ void TypeFileGenerator::writeDeviceDiagText(const GSD_UNIT_DIAG_AREA& area, cons
 {
     const unsigned firstBit = area.firstBit % kBitsPerByte;
     const bool isGroup = area.firstBit != area.lastBit;
-    image.append(RecordText().text(kTagDiagByte).number(area.firstBit / kBitsPerByte + 1).quote(), kDiagByteWidth);
+    image.append(image.record().text(kTagDiagByte).number(area.firstBit / kBitsPerByte + 1).quote(), kDiagByteWidth);
     if (isGroup) {
         const unsigned width = area.lastBit - area.firstBit + 1U;
-        image.append(RecordText().text(kTagBitGroup).number(firstBit * 10 + width, 2).quote(), kBitGroupWidth);
+        image.append(image.record().text(kTagBitGroup).number(firstBit * 10 + width, 2).quote(), kBitGroupWidth);
     } else {
-        image.append(digitAndQuote(firstBit));
+        image.append(digitAndQuote(image.record(), firstBit));
     }
     image.appendField(item.text, kNameWidth);
-    image.append(RecordText().quote());
+    image.append(image.record().quote());
     if (isGroup)
-        image.append(RecordText().number(item.value).quote(), kGroupValueWidth);
+        image.append(image.record().number(item.value).quote(), kGroupValueWidth);
     else
-        image.append(digitAndQuote(item.value));
-    image.append(RecordText().end());
+        image.append(digitAndQuote(image.record(), item.value));
+    image.append(image.record().end());
 }

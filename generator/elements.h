@@ -4,7 +4,10 @@
 #pragma once
 
 #include "generator/list.h"
+#include "typefile/cfgDecoder.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -27,24 +30,86 @@ struct GSD_IDENT_ITEM {
     std::span<const std::uint8_t> bytes; // within the module's configuration bytes
 };
 
+/// The identifiers of a module, cut from its configuration bytes as one walks along them.
+class GSD_IDENT_LIST {
+public:
+    class iterator {
+    public:
+        explicit iterator(std::span<const std::uint8_t> bytes) : rest(bytes) {}
+        GSD_IDENT_ITEM operator*() const { return {rest.first(length())}; }
+        iterator& operator++()
+        {
+            rest = rest.subspan(length());
+            return *this;
+        }
+        bool operator==(const iterator& other) const { return rest.size() == other.rest.size(); }
+
+    private:
+        std::size_t length() const { return std::min(identifierLength(rest.front()), rest.size()); }
+
+        std::span<const std::uint8_t> rest;
+    };
+
+    GSD_IDENT_LIST(std::span<const std::uint8_t> configBytes, std::size_t count) : bytes(configBytes), used(count) {}
+
+    std::size_t count() const { return used; }
+    GSD_IDENT_ITEM first() const { return *begin(); }
+    iterator begin() const { return iterator(bytes); }
+    iterator end() const { return iterator({}); }
+
+private:
+    std::span<const std::uint8_t> bytes;
+    std::size_t used;
+};
+
 /// Where the parameter image holds a parameter.
 struct GSD_PRM_REF_ITEM {
     std::uint32_t reference = 0;  // of an ExtUserPrmData block
     std::uint32_t byteOffset = 0; // in the station's or the module's parameter image
 };
 
-/// A Module or KGPModule block.
-struct GSD_MODULE {
-    std::string_view name;                    // 1 to 32 characters
-    std::span<std::uint8_t> configBytes;      // 1 to 244
-    std::span<std::uint8_t> extModulePrmData; // parameter image, Ext_Module_Prm_Data_Len bytes
-    std::uint16_t moduleReference = 0;
+/// A Module or KGPModule block. There may be many, so lengths are kept in bytes.
+class GSD_MODULE {
+public:
+    /// 1 to 32 characters.
+    std::string_view name() const { return {nameText, nameLength}; }
+    void setName(std::string_view text)
+    {
+        nameText = text.data();
+        nameLength = static_cast<std::uint8_t>(text.size());
+    }
+    /// 1 to 244.
+    std::span<std::uint8_t> configBytes() const { return {config, configByteCount}; }
+    void setConfigBytes(std::span<std::uint8_t> bytes)
+    {
+        config = bytes.data();
+        configByteCount = static_cast<std::uint8_t>(bytes.size());
+    }
+    /// The parameter image, Ext_Module_Prm_Data_Len bytes.
+    std::span<std::uint8_t> extModulePrmData() const { return {prmData, extModulePrmDataLen}; }
+    void setExtModulePrmData(std::span<std::uint8_t> bytes)
+    {
+        prmData = bytes.data();
+        extModulePrmDataLen = static_cast<std::uint8_t>(bytes.size());
+    }
+    /// Of a Module only.
+    GSD_IDENT_LIST identifiers() const { return {configBytes(), identifierCount}; }
+
+    GSD_LIST<GSD_PRM_REF_ITEM> refs;
     std::int32_t prmDataEnd = 0;        // highest end of an Ext_User_Prm_Data_Const
     std::int32_t paramModuleNumber = 0; // number of the module's parameter block, 0 for none
-    bool ownsPrmBlock = true;           // false: an earlier module has the same block and writes it
+    std::uint16_t moduleReference = 0;
     std::uint8_t preset = 0;
-    GSD_LIST<GSD_PRM_REF_ITEM> refs;
-    GSD_LIST<GSD_IDENT_ITEM> identifiers; // of a Module only
+    std::uint8_t identifierCount = 0;
+    bool ownsPrmBlock = true; // false: an earlier module has the same block and writes it
+
+private:
+    std::uint8_t nameLength = 0;
+    std::uint8_t configByteCount = 0;
+    std::uint8_t extModulePrmDataLen = 0;
+    const char* nameText = nullptr;
+    std::uint8_t* config = nullptr;
+    std::uint8_t* prmData = nullptr;
 };
 
 /// An ExtUserPrmData block. Values read from the file keep the bit pattern of their type, widened

@@ -39,7 +39,7 @@ public:
     /// Appends an element; throws std::bad_alloc and leaves the list as it is when memory is exhausted.
     Element& append(Arena& arena, const Element& element)
     {
-        Node* node = arena.make(Node{nullptr, element});
+        Node* node = arena.make<Node>(nullptr, element);
         node->next = tail == nullptr ? node : tail->next;
         if (tail != nullptr)
             tail->next = node;
@@ -60,7 +60,7 @@ private:
     friend class GSD_LIST_ITER;
 
     Node* tail = nullptr;
-    std::size_t used = 0;
+    std::uint32_t used = 0;
 };
 
 /// A walk over a list that does not grow meanwhile: its elements, first to last, and then null.
@@ -93,7 +93,7 @@ public:
     {
         Page*& page = pages[element.reference >> 8];
         if (page == nullptr)
-            page = arena.make(Page{});
+            page = arena.make<Page>();
         Element& added = GSD_LIST<Element>::append(arena, element);
         Element*& first = (*page)[element.reference & 0xFF];
         if (first == nullptr)

@@ -7,7 +7,6 @@
 #include "generator/elements.h"
 #include "generator/list.h"
 #include "generator/outputImage.h"
-#include "generator/recordText.h"
 #include "typefile/format.h"
 
 #include <array>
@@ -27,7 +26,6 @@ struct GsdModel {
 
     Arena arena; // of everything below that is appended or kept
     OutputImage image;
-    RecordText headerLine; // the first line of the image
     std::int32_t initError = 0;
 
     // Identification and general properties.

@@ -17,9 +17,9 @@ namespace {
 constexpr std::size_t kModuleListHeadWidth = 6; // tag, number, quote
 constexpr std::size_t kNumberAndQuote = kNumberDigits + 1;
 
-RecordText numberAndQuote(std::uint8_t byte)
+RecordText numberAndQuote(RecordText record, std::uint8_t byte)
 {
-    return RecordText().number(byte).quote();
+    return record.number(byte).quote();
 }
 
 } // namespace
@@ -30,7 +30,7 @@ void TypeFileGenerator::writePresetConfig()
     std::size_t count = 0;
     bool presetOnly = false;
     if (model.modularStation == 0 && oneModule) {
-        count = model.modules.first().identifiers.count();
+        count = model.modules.first().identifiers().count();
     } else if (!model.multiIdentifierModuleSeen) {
         for (const GSD_MODULE& module : model.modules)
             count += module.preset != 0 ? 1 : 0;
@@ -38,39 +38,38 @@ void TypeFileGenerator::writePresetConfig()
     }
 
     const bool fixed = oneModule || model.fixPresetModules != 0;
-    image.append(recordHead(fixed ? kTagPresetFixed : kTagPresetByIdentifier, count), kStructureWidth);
+    image.append(image.record().head(fixed ? kTagPresetFixed : kTagPresetByIdentifier, count), kStructureWidth);
     if (count > 0) {
         for (const GSD_MODULE& module : model.modules) {
             if (module.preset != 0 || !presetOnly)
                 writePresetIdentifiers(module);
         }
     }
-    image.append(RecordText().text(kTagSlotsEnd).end());
+    image.append(image.record().text(kTagSlotsEnd).end());
 }
 
 void TypeFileGenerator::writePresetIdentifiers(const GSD_MODULE& module)
 {
     bool first = true;
-    for (const GSD_IDENT_ITEM& identifier : module.identifiers) {
+    for (const GSD_IDENT_ITEM identifier : module.identifiers()) {
         const std::span<const std::uint8_t> bytes = identifier.bytes;
-        RecordText record;
-        image.append(record.number(bytes.front()), kNumberDigits);
+        image.append(image.record().number(bytes.front()), kNumberDigits);
         bool endsWithQuote = false;
         if (bytes.size() > 1) {
-            image.append(RecordText().quote());
+            image.append(image.record().quote());
             for (std::size_t i = 1; i < bytes.size(); ++i)
-                image.append(numberAndQuote(bytes[i]), kNumberAndQuote);
+                image.append(numberAndQuote(image.record(), bytes[i]), kNumberAndQuote);
             endsWithQuote = true;
         }
         if (first && module.paramModuleNumber != 0) {
             if (!endsWithQuote)
-                image.append(RecordText().quote());
-            image.append(RecordText()
+                image.append(image.record().quote());
+            image.append(image.record()
                              .text(kTagSlotPrmBlock)
                              .number(static_cast<std::uint32_t>(module.paramModuleNumber))
                              .quote());
         }
-        image.append(RecordText().end());
+        image.append(image.record().end());
         first = false;
     }
 }
@@ -97,9 +96,9 @@ void TypeFileGenerator::writeOrderNumberList()
 
 void TypeFileGenerator::writeKgpEntry(const GSD_MODULE& module)
 {
-    const std::span<const std::uint8_t> bytes = module.configBytes; // always five
-    writeQuotedName(module.name);
-    image.append(RecordText()
+    const std::span<const std::uint8_t> bytes = module.configBytes(); // always five
+    writeQuotedName(module.name());
+    image.append(image.record()
                      .character('0')
                      .number(bytes[0] | static_cast<std::uint32_t>(bytes[1]) << 8)
                      .quote()
@@ -114,9 +113,9 @@ void TypeFileGenerator::writeKgpEntry(const GSD_MODULE& module)
 
 void TypeFileGenerator::writeOrderNumberEntry(const GSD_MODULE& module)
 {
-    writeQuotedName(module.name);
-    for (const std::uint8_t byte : module.identifiers.first().bytes)
-        image.append(numberAndQuote(byte), kNumberAndQuote);
+    writeQuotedName(module.name());
+    for (const std::uint8_t byte : module.identifiers().first().bytes)
+        image.append(numberAndQuote(image.record(), byte), kNumberAndQuote);
     writeBlockReference(module.paramModuleNumber);
 }
 
@@ -133,18 +132,18 @@ void TypeFileGenerator::writeModuleList()
 
 void TypeFileGenerator::writeModuleListEntry(const GSD_MODULE& module, std::size_t number)
 {
-    image.append(RecordText().text(kTagModuleList).number(number).quote(), kModuleListHeadWidth);
-    image.appendField(module.name, kNameWidth);
-    image.append(RecordText().quote().end());
-    image.append(recordHead(kTagPresetByIdentifier, module.identifiers.count()));
+    image.append(image.record().text(kTagModuleList).number(number).quote(), kModuleListHeadWidth);
+    image.appendField(module.name(), kNameWidth);
+    image.append(image.record().quote().end());
+    image.append(image.record().head(kTagPresetByIdentifier, module.identifiers().count()));
     bool first = true;
-    for (const GSD_IDENT_ITEM& identifier : module.identifiers) {
+    for (const GSD_IDENT_ITEM identifier : module.identifiers()) {
         for (const std::uint8_t byte : identifier.bytes) {
-            image.append(numberAndQuote(byte), kNumberAndQuote);
+            image.append(numberAndQuote(image.record(), byte), kNumberAndQuote);
             image.set(image.imageLength, " "); // the text field begins here when this was the last byte
         }
         image.imageLength += kSlotTextWidth;
-        image.append(RecordText().quote());
+        image.append(image.record().quote());
         writeBlockReference(first ? module.paramModuleNumber : 0);
         first = false;
     }
@@ -152,12 +151,12 @@ void TypeFileGenerator::writeModuleListEntry(const GSD_MODULE& module, std::size
 
 void TypeFileGenerator::writeBlockReference(std::int32_t blockNumber)
 {
-    image.append(RecordText().text(kTagSlotPrmBlock).number(static_cast<std::uint32_t>(blockNumber)).quote().end());
+    image.append(image.record().text(kTagSlotPrmBlock).number(static_cast<std::uint32_t>(blockNumber)).quote().end());
 }
 
 void TypeFileGenerator::writeQuotedName(std::string_view name)
 {
-    image.append(RecordText().quote());
+    image.append(image.record().quote());
     image.appendField(name, kNameWidth);
-    image.append(RecordText().quote());
+    image.append(image.record().quote());
 }

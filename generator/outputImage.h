@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 
 /// Thrown by OutputImage::imageAt(); caught by the generator's top level and nowhere else.
@@ -29,28 +30,48 @@ public:
     }
 
     /// Fills the whole image with blanks.
-    void clear();
+    void clear() { std::memset(image, ' ', imageCapacity); }
 
-    /// Writes characters into the fixed part of the image (head line, header, fixed type data), for which every usable
-    /// image has room.
-    void setFixed(std::size_t position, std::string_view text);
+    /// Characters at a place in the fixed part of the image (head line, header, fixed type data), for which every
+    /// usable image has room.
+    RecordText fixedAt(std::size_t position) { return RecordText(image + position); }
 
-    /// Writes characters at a position and nothing behind them.
-    void set(std::size_t position, std::string_view text);
+    /// Characters at a position, nothing behind them is touched.
+    RecordText recordAt(std::size_t position) { return RecordText(imageAt(position)); }
+    void set(std::size_t position, std::string_view text) { recordAt(position).text(text); }
 
-    /// Appends a record, ends it with a NUL that the next write overwrites, and moves on by its length.
-    void append(const RecordText& record) { append(record, record.length()); }
-    /// The same, moving on by a fixed width whatever the record's length.
-    void append(const RecordText& record, std::size_t width);
+    /// A record at the write position. append() ends it with a NUL that the next write overwrites, and moves on by its
+    /// length, or by a fixed width whatever its length.
+    RecordText record() { return recordAt(imageLength); }
+    void append(RecordText record) { append(record, record.length()); }
+    void append(RecordText record, std::size_t width)
+    {
+        record.character('\0');
+        imageLength += width;
+    }
 
     /// Appends a text field: at most `width` characters, padded with the blanks that the image was filled with.
-    void appendField(std::string_view text, std::size_t width);
+    void appendField(std::string_view text, std::size_t width)
+    {
+        set(imageLength, text.substr(0, width));
+        imageLength += width;
+    }
 
-    /// Leaves room at the write position, to be filled later with set(); returns where.
-    std::size_t reserve(std::size_t width);
+    /// Leaves room at the write position, to be filled later; returns where.
+    std::size_t reserve(std::size_t width)
+    {
+        const std::size_t position = imageLength;
+        imageLength += width;
+        return position;
+    }
+
     /// Fills room left for the head of a list. The terminator stands at the end of the room, and so over the last digits
     /// of a count that has more than three.
-    void setListHead(std::size_t position, std::size_t width, std::string_view tag, std::size_t count);
+    void setListHead(std::size_t position, std::size_t width, std::string_view tag, std::size_t count)
+    {
+        recordAt(position).text(tag).number(count);
+        set(position + width - typefile::kTerminator.size(), typefile::kTerminator);
+    }
 
     char* data() { return image; }
     const char* data() const { return image; }

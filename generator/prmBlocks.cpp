@@ -16,19 +16,17 @@ constexpr std::size_t kBitGroupRange = 8; // minimum and maximum with their quot
 constexpr std::size_t kHelpReferenceWidth = 9;
 constexpr std::size_t kHelpHeadWidth = 8;
 
-RecordText quotedNumbers(std::string_view type, const GSD_EXT_PRM_DEF& definition, std::size_t digits,
-                         std::uint32_t mask)
+RecordText quotedNumbers(RecordText record, std::string_view type, const GSD_EXT_PRM_DEF& definition,
+                         std::size_t digits, std::uint32_t mask)
 {
-    RecordText record;
     record.text(type).quote();
     for (const std::uint32_t value : {definition.defaultValue, definition.minValue, definition.maxValue})
         record.number(value & mask, digits).quote();
     return record;
 }
 
-RecordText quotedSignedNumbers(const GSD_EXT_PRM_DEF& definition)
+RecordText quotedSignedNumbers(RecordText record, const GSD_EXT_PRM_DEF& definition)
 {
-    RecordText record;
     record.text(kTypeSigned).quote();
     for (const std::uint32_t value : {definition.defaultValue, definition.minValue, definition.maxValue})
         record.signedNumber(static_cast<std::int16_t>(value & 0xFFFF), kLongNumberDigits).quote();
@@ -57,14 +55,14 @@ char digitCharacter(unsigned number)
 
 void TypeFileGenerator::writePrmBytes(const std::uint8_t* bytes, std::size_t available, std::size_t count)
 {
-    image.append(recordHead(kTagUserPrmBytes, count));
+    image.append(image.record().head(kTagUserPrmBytes, count));
     for (std::size_t i = 0; i < count; ++i)
-        image.append(RecordText().hexByte(i < available ? bytes[i] : std::uint8_t{0}).end());
+        image.append(image.record().hexByte(i < available ? bytes[i] : std::uint8_t{0}).end());
 }
 
 int TypeFileGenerator::writeStationPrmBlock()
 {
-    image.append(recordHead(kTagPrmList, model.extUserPrmRefs.count()), kListHeadWidth);
+    image.append(image.record().head(kTagPrmList, model.extUserPrmRefs.count()), kListHeadWidth);
     model.nextHelpTextNumber = 1;
     for (const GSD_PRM_REF_ITEM& placement : model.extUserPrmRefs) {
         if (const int result = writePrmRecord(placement, Scope::station); result < 0)
@@ -76,14 +74,14 @@ int TypeFileGenerator::writeStationPrmBlock()
 int TypeFileGenerator::writePrmRecord(const GSD_PRM_REF_ITEM& placement, Scope scope)
 {
     const std::size_t byteIndex = placement.byteOffset + (scope == Scope::station ? kStandardPrmBytes : 0);
-    image.append(RecordText().text(kTagPrm).number(byteIndex).quote(), 0);
+    image.append(image.record().text(kTagPrm).number(byteIndex).quote(), 0);
     const GSD_EXT_PRM_DEF* definition = model.findExtPrmDef(placement.reference);
     if (definition == nullptr)
         return kErrGsdReference;
 
     if (definition->isSlotNumber) {
         image.imageLength += kKeywordHeadWidth;
-        image.append(RecordText()
+        image.append(image.record()
                          .text(kKeywordSlotNumber)
                          .character('[')
                          .text(keywordType(definition->dataType))
@@ -97,7 +95,8 @@ int TypeFileGenerator::writePrmRecord(const GSD_PRM_REF_ITEM& placement, Scope s
     image.appendField(definition->name, kNameWidth);
     image.appendField({&kQuote, 1}, 1);
     writeValueDescription(*definition);
-    image.append(RecordText().text(kTagHelp).number(helpNumber(*definition, scope)).quote().end(), kHelpReferenceWidth);
+    image.append(image.record().text(kTagHelp).number(helpNumber(*definition, scope)).quote().end(),
+                 kHelpReferenceWidth);
     return kOk;
 }
 
@@ -106,30 +105,30 @@ void TypeFileGenerator::writeValueDescription(const GSD_EXT_PRM_DEF& definition)
     switch (definition.dataType) {
     case kUnsigned8:
     case kSigned8:
-        image.append(quotedNumbers(kTypeByte, definition, kNumberDigits, 0xFFFFFFFF));
+        image.append(quotedNumbers(image.record(), kTypeByte, definition, kNumberDigits, 0xFFFFFFFF));
         break;
     case kUnsigned16:
     case kUnsigned32:
     case kSigned32:
         // The format has no 32-bit parameters: hosts get the low half, and the reader has warned about it.
-        image.append(quotedNumbers(kTypeUnsigned, definition, kLongNumberDigits, 0xFFFF));
+        image.append(quotedNumbers(image.record(), kTypeUnsigned, definition, kLongNumberDigits, 0xFFFF));
         break;
     case kSigned16:
-        image.append(quotedSignedNumbers(definition));
+        image.append(quotedSignedNumbers(image.record(), definition));
         break;
     case kBitArea: {
         const unsigned place = definition.bitOffset * 10U + definition.bitCount;
-        image.append(RecordText().text(kTagBitGroup).number(place, 2).quote(), kBitGroupWidth);
-        RecordText bits;
+        image.append(image.record().text(kTagBitGroup).number(place, 2).quote(), kBitGroupWidth);
+        RecordText bits = image.record();
         for (unsigned bit = definition.bitCount; bit-- > 0;)
             bits.character((definition.defaultValue >> bit & 1U) != 0 ? '1' : '0');
         image.append(bits.quote());
-        image.append(RecordText().number(definition.minValue).quote().number(definition.maxValue).quote(),
+        image.append(image.record().number(definition.minValue).quote().number(definition.maxValue).quote(),
                      kBitGroupRange);
         break;
     }
     case kBit:
-        image.append(RecordText()
+        image.append(image.record()
                          .text(kTypeBit)
                          .character(digitCharacter(definition.bitOffset))
                          .character(' ')
@@ -162,17 +161,18 @@ void TypeFileGenerator::writeHelpTextBlock(Scope scope)
         if (number == 0)
             continue;
         ++count;
-        image.append(RecordText().text(kTagHelp).number(number).end(), kHelpHeadWidth);
-        image.append(RecordText().text(kTagHelpLines).number(static_cast<std::uint16_t>(block.texts.count()), 1).end());
+        image.append(image.record().text(kTagHelp).number(number).end(), kHelpHeadWidth);
+        image.append(
+            image.record().text(kTagHelpLines).number(static_cast<std::uint16_t>(block.texts.count()), 1).end());
         for (const GSD_PRM_TEXT_ITEM& item : block.texts) {
             writeQuotedName(item.text);
             // A value of more than five digits runs under the terminator at its fixed place.
-            image.append(RecordText().number(static_cast<std::uint32_t>(item.value), kHelpValueDigits).quote(),
+            image.append(image.record().number(static_cast<std::uint32_t>(item.value), kHelpValueDigits).quote(),
                          kHelpValueDigits + 1);
             image.appendField(kTerminator, kTerminator.size());
         }
     }
-    image.set(head, recordHead(kTagHelpList, count).view());
+    image.recordAt(head).head(kTagHelpList, count);
 }
 
 int TypeFileGenerator::writeSlotPrmBlocks(const GSD_LIST<GSD_MODULE>& modules)
@@ -189,17 +189,17 @@ int TypeFileGenerator::writeSlotPrmBlocks(const GSD_LIST<GSD_MODULE>& modules)
             ++blocks;
         }
     }
-    image.set(head, recordHead(kTagSlotPrmBlocks, blocks).view());
+    image.recordAt(head).head(kTagSlotPrmBlocks, blocks);
     return kOk;
 }
 
 int TypeFileGenerator::writeSlotPrmBlock(const GSD_MODULE& module)
 {
-    const std::span<const std::uint8_t> bytes = module.extModulePrmData;
-    image.append(recordHead(kTagSlotPrmBlock, static_cast<std::uint32_t>(module.paramModuleNumber)));
-    image.append(RecordText().number(bytes.size()).end());
+    const std::span<const std::uint8_t> bytes = module.extModulePrmData();
+    image.append(image.record().head(kTagSlotPrmBlock, static_cast<std::uint32_t>(module.paramModuleNumber)));
+    image.append(image.record().number(bytes.size()).end());
     writePrmBytes(bytes.data(), bytes.size(), static_cast<std::size_t>(module.prmDataEnd));
-    image.append(recordHead(kTagPrmList, module.refs.count()));
+    image.append(image.record().head(kTagPrmList, module.refs.count()));
     for (const GSD_PRM_REF_ITEM& placement : module.refs) {
         if (const int result = writePrmRecord(placement, Scope::module); result < 0)
             return result;

@@ -1,12 +1,14 @@
 #include "generator/recordText.h"
 
-RecordText& RecordText::number(std::uint64_t value, std::size_t digits)
+#include <array>
+
+RecordText& RecordText::longNumber(std::uint64_t value, std::size_t digits)
 {
     std::array<char, 20> decimal{}; // as many digits as 64 bits may need
-    std::size_t start = decimal.size();
-    for (; value != 0 || decimal.size() - start < digits; value /= 10)
-        decimal[--start] = static_cast<char>('0' + value % 10);
-    return text({decimal.data() + start, decimal.size() - start});
+    std::size_t first = decimal.size();
+    for (; value != 0 || decimal.size() - first < digits; value /= 10)
+        decimal[--first] = static_cast<char>('0' + value % 10);
+    return text({decimal.data() + first, decimal.size() - first});
 }
 
 RecordText& RecordText::signedNumber(std::int32_t value, std::size_t digits)

@@ -6,29 +6,38 @@
 #include "typefile/format.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
 
 class RecordText {
 public:
+    /// @param target  where the record is written, with room for all that will be put into it
+    explicit RecordText(char* target) : start(target), next(target) {}
+
     /// Literal characters.
     RecordText& text(std::string_view characters)
     {
-        const std::size_t length = std::min(characters.size(), buffer.size() - used);
-        std::copy_n(characters.data(), length, buffer.data() + used);
-        used += length;
+        next = std::copy(characters.begin(), characters.end(), next);
         return *this;
     }
     RecordText& character(char c)
     {
-        if (used < buffer.size())
-            buffer[used++] = c;
+        *next++ = c;
         return *this;
     }
     /// A decimal number of at least `digits` digits; a larger number takes more.
-    RecordText& number(std::uint64_t value, std::size_t digits = typefile::kNumberDigits);
+    RecordText& number(std::uint64_t value, std::size_t digits = typefile::kNumberDigits)
+    {
+        if (digits != typefile::kNumberDigits || value > 999)
+            return longNumber(value, digits);
+        const auto small = static_cast<unsigned>(value);
+        next[0] = static_cast<char>('0' + small / 100);
+        next[1] = static_cast<char>('0' + small / 10 % 10);
+        next[2] = static_cast<char>('0' + small % 10);
+        next += typefile::kNumberDigits;
+        return *this;
+    }
     /// A signed one; the sign comes on top of the digits.
     RecordText& signedNumber(std::int32_t value, std::size_t digits);
     /// A byte as two upper-case hexadecimal digits.
@@ -36,18 +45,15 @@ public:
     RecordText& quote() { return character(typefile::kQuote); }
     /// The record terminator.
     RecordText& end() { return text(typefile::kTerminator); }
+    /// The head of a record group: tag, count, terminator.
+    RecordText& head(std::string_view tag, std::uint64_t count) { return text(tag).number(count).end(); }
 
-    std::size_t length() const { return used; }
-    std::string_view view() const { return {buffer.data(), used}; }
+    std::size_t length() const { return static_cast<std::size_t>(next - start); }
+    std::string_view view() const { return {start, length()}; }
 
 private:
-    // The head line is the longest text; what is appended to an image stays below its headroom of 80 characters.
-    std::array<char, 82> buffer; // the first `used` are set
-    std::size_t used = 0;
-};
+    RecordText& longNumber(std::uint64_t value, std::size_t digits);
 
-/// The head of a record group: tag, count, terminator.
-inline RecordText recordHead(std::string_view tag, std::uint64_t count)
-{
-    return RecordText().text(tag).number(count).end();
-}
+    char* start;
+    char* next;
+};

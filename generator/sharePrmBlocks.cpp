@@ -18,7 +18,7 @@ namespace {
 struct PrmBlockHash {
     std::size_t operator()(const GSD_MODULE* module) const
     {
-        const std::span<const std::uint8_t> data = module->extModulePrmData;
+        const std::span<const std::uint8_t> data = module->extModulePrmData();
         std::size_t hash = std::hash<std::string_view>()({reinterpret_cast<const char*>(data.data()), data.size()});
         for (const GSD_PRM_REF_ITEM& item : module->refs)
             hash = hash * 31 + item.reference * 257 + item.byteOffset;
@@ -72,8 +72,8 @@ private:
 
 bool samePrmBlock(const GSD_MODULE& a, const GSD_MODULE& b)
 {
-    const std::span<const std::uint8_t> dataOfA = a.extModulePrmData;
-    const std::span<const std::uint8_t> dataOfB = b.extModulePrmData;
+    const std::span<const std::uint8_t> dataOfA = a.extModulePrmData();
+    const std::span<const std::uint8_t> dataOfB = b.extModulePrmData();
     if (!std::equal(dataOfA.begin(), dataOfA.end(), dataOfB.begin(), dataOfB.end()) || a.prmDataEnd != b.prmDataEnd ||
         a.refs.count() != b.refs.count())
         return false;

@@ -29,9 +29,9 @@ int TypeFileGenerator::writeRecords()
     writeHelpTextBlock(Scope::station);
     writePresetConfig();
     writeDiagTexts();
-    image.append(RecordText().text({model.bitmapDevice.data(), model.bitmapDevice.size()}).end());
-    image.append(RecordText().text(kDefaultLibrary).end());
-    image.append(recordHead(kTagSlotOffset, model.modulOffset));
+    image.append(image.record().text({model.bitmapDevice.data(), model.bitmapDevice.size()}).end());
+    image.append(image.record().text(kDefaultLibrary).end());
+    image.append(image.record().head(kTagSlotOffset, model.modulOffset));
     if (model.isKgpDevice != 0)
         writeSlotRecords();
     writeMaxDataLen();
@@ -41,8 +41,8 @@ int TypeFileGenerator::writeRecords()
     if (const int result = writeSlotPrmBlocks(model.isKgpDevice != 0 ? model.kgpModules : model.modules); result < 0)
         return result;
     writeHelpTextBlock(Scope::module);
-    image.append(recordHead(kTagEterDelay, model.eterDelay));
-    image.append(recordHead(kTagResponseDelay, model.maxResponseDelay));
+    image.append(image.record().head(kTagEterDelay, model.eterDelay));
+    image.append(image.record().head(kTagResponseDelay, model.maxResponseDelay));
     return kOk;
 }
 
@@ -65,9 +65,9 @@ void TypeFileGenerator::completeFixedFields()
     else if (model.onlySpecialModules != 0)
         set(kModuleKinds, "S");
     set(kModular, model.modularStation != 0 ? "J" : "N");
-    set(kMaxInputLen.position, RecordText().number(model.maxInputLen).view());
-    set(kMaxOutputLen.position, RecordText().number(model.maxOutputLen).view());
-    set(kMaxModule.position, RecordText().number(moduleLimit()).view());
+    image.recordAt(image.typeDataPos + kMaxInputLen.position).number(model.maxInputLen);
+    image.recordAt(image.typeDataPos + kMaxOutputLen.position).number(model.maxOutputLen);
+    image.recordAt(image.typeDataPos + kMaxModule.position).number(moduleLimit());
     for (const std::size_t position : kTypeDataTerminators)
         set(position, kTerminator);
 }
@@ -82,7 +82,7 @@ void TypeFileGenerator::writeUserPrmData()
 {
     image.imageLength = image.typeDataPos + kUserPrmLen;
     std::size_t length = model.userPrmDataLen;
-    RecordText record;
+    RecordText record = image.record();
     if (model.extPrmUsed) {
         if (model.maxUserPrmDataLen != 0)
             length = model.maxUserPrmDataLen;
@@ -104,7 +104,7 @@ void TypeFileGenerator::writeUserPrmData()
 void TypeFileGenerator::writeSlotRecords()
 {
     if (model.kgpGui.given) {
-        image.append(RecordText()
+        image.append(image.record()
                          .text(kTagSlotNumbering)
                          .number(model.kgpGui.bytes[0])
                          .quote()
@@ -116,13 +116,13 @@ void TypeFileGenerator::writeSlotRecords()
                          .quote()
                          .end());
     }
-    image.append(recordHead(kTagSlotCount, static_cast<std::uint16_t>(model.modules.count())));
+    image.append(image.record().head(kTagSlotCount, static_cast<std::uint16_t>(model.modules.count())));
 }
 
 void TypeFileGenerator::writeMaxDataLen()
 {
     const unsigned both = static_cast<unsigned>(model.maxInputLen) + model.maxOutputLen;
-    image.append(RecordText().number(model.maxDataLen != 0 ? model.maxDataLen : both).end());
+    image.append(image.record().number(model.maxDataLen != 0 ? model.maxDataLen : both).end());
 }
 
 void TypeFileGenerator::writeOffsetOfModuleBlocks()
@@ -134,5 +134,5 @@ void TypeFileGenerator::writeOffsetOfModuleBlocks()
         offset = model.prmDataEnd;
     else if (model.extPrmUsed)
         offset = static_cast<std::int32_t>(model.userPrmData.size());
-    image.append(RecordText().number(static_cast<std::uint32_t>(offset)).end());
+    image.append(image.record().number(static_cast<std::uint32_t>(offset)).end());
 }

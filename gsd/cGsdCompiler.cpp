@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
 #include <ctime>
 #include <new>
 
@@ -21,11 +20,15 @@ namespace {
 
 constexpr std::size_t kInitialLineBufferSize = 500;
 constexpr std::size_t kContinuationLimit = 499;
-constexpr char kContinuationMark = '\\';
-constexpr char kCommentMark = ';';
 constexpr std::string_view kSectionLine = "#Profibus_DP";
 constexpr std::uint8_t kNotRequired = 255;
 constexpr std::string_view kBlankField = "                 "; // as wide as the widest header field
+
+// The first line of the image, with blanks for the order number.
+constexpr std::string_view kHeadLine =
+    "TYPGEN V2.53, TimeStamp: mm/dd/yy, hh:mm:ss <                              >\r\n";
+constexpr std::size_t kDatePosition = kHeadLine.find("mm/dd");
+constexpr std::size_t kTimePosition = kHeadLine.find("hh:mm");
 
 struct Language {
     char lastLetter;
@@ -54,27 +57,15 @@ std::tm localTime()
     return local;
 }
 
-RecordText twoDigitFields(char separator, int first, int second, int third)
+/// Three numbers of two digits with a character between them.
+void putTwoDigitFields(RecordText record, char separator, int first, int second, int third)
 {
     const auto digits = [](int value) { return static_cast<std::uint64_t>(value % 100); };
-    return RecordText()
-        .number(digits(first), 2)
+    record.number(digits(first), 2)
         .character(separator)
         .number(digits(second), 2)
         .character(separator)
         .number(digits(third), 2);
-}
-
-/// The first line of the image, with blanks for the order number.
-RecordText makeHeadLine()
-{
-    const std::tm now = localTime();
-    return RecordText()
-        .text("TYPGEN V2.53, TimeStamp: ")
-        .text(twoDigitFields('/', now.tm_mon + 1, now.tm_mday, now.tm_year).view())
-        .text(", ")
-        .text(twoDigitFields(':', now.tm_hour, now.tm_min, now.tm_sec).view())
-        .text(" <                              >\r\n");
 }
 
 bool isContinued(std::string_view line)
@@ -97,8 +88,7 @@ cGsdCompiler::cGsdCompiler(char* image, std::uint32_t capacity)
         model.initError = 1;
         return;
     }
-    model.headerLine = makeHeadLine();
-    model.image.headerPos = model.headerLine.length();
+    model.image.headerPos = kHeadLine.size();
     model.image.typeDataPos = model.image.headerPos + kHeaderLength;
 }
 
@@ -141,7 +131,10 @@ void cGsdCompiler::resetModel()
 {
     lineNumber = 0;
     model.image.clear();
-    model.image.setFixed(0, model.headerLine.view());
+    const std::tm now = localTime();
+    model.image.fixedAt(0).text(kHeadLine);
+    putTwoDigitFields(model.image.fixedAt(kDatePosition), '/', now.tm_mon + 1, now.tm_mday, now.tm_year);
+    putTwoDigitFields(model.image.fixedAt(kTimePosition), ':', now.tm_hour, now.tm_min, now.tm_sec);
 
     setHeader(kVersion, kCurrentVersion);
     setHeader(kStationType, kStationDpsClass1);
@@ -150,7 +143,7 @@ void cGsdCompiler::resetModel()
     setHeader(kMakerDevice, 'N');
     setHeader(kHeaderCnf, 'J');
     for (const std::size_t position : kHeaderTerminators)
-        model.image.setFixed(model.image.headerPos + position, kTerminator);
+        model.image.fixedAt(model.image.headerPos + position).text(kTerminator);
 
     for (std::size_t i = 0; i < kBaudRates.width; ++i)
         setTypeData(kBaudRates.position + i, '0');
@@ -187,8 +180,9 @@ int cGsdCompiler::compileFile(const char* fileName)
 int cGsdCompiler::readLines()
 {
     while (reader.good()) {
+        const PhysicalLine physical = reader.read(lineBufferSize - 1);
         std::string_view line;
-        if (const int result = readPhysicalLine(line, lineBufferSize - 1); result < 0)
+        if (const int result = takePhysicalLine(physical, line); result < 0)
             return result;
         if (line.empty())
             continue;
@@ -197,11 +191,9 @@ int cGsdCompiler::readLines()
             keywordSeen[GsdKeywordTable::kSectionStart] = sectionStarted ? 1 : 0;
             continue;
         }
-        if (isContinued(line)) {
-            lineBuffer = line;
-            if (const int result = joinContinuations(); result < 0)
+        if (physical.mayHaveBackslash) {
+            if (const int result = joinContinuations(line); result < 0)
                 return result;
-            line = lineBuffer;
         }
         if (const int result = handleLine(line); result < 0)
             return result;
@@ -209,26 +201,27 @@ int cGsdCompiler::readLines()
     return kOk;
 }
 
-/// Reads a physical line without its comment and the blanks around it. A line longer than the limit may lose nothing
-/// but comment, or it is refused; before the section such a line is skipped whole.
-int cGsdCompiler::readPhysicalLine(std::string_view& line, std::size_t limit)
+/// Counts a physical line that was just read, and leaves of it what is neither comment nor blanks around it. A line
+/// longer than its limit may lose nothing but comment, or it is refused; before the section such a line is skipped.
+int cGsdCompiler::takePhysicalLine(const PhysicalLine& physical, std::string_view& line)
 {
-    const bool complete = reader.read(line, limit);
     ++lineNumber;
     if (reader.failed())
         return kErrGsdOpen;
-    const std::size_t comment = findUnquoted(line, kCommentMark);
-    if (comment == std::string_view::npos && !complete) {
-        line = {};
+    const std::size_t comment = findUnquoted(physical.text, kCommentMark, physical.semicolon);
+    if (comment == std::string_view::npos && !physical.isComplete)
         return sectionStarted ? kErrGsdSyntax : kOk;
-    }
-    line = withoutTrailingBlanks(withoutLeadingBlanks(line.substr(0, comment)));
+    line = withoutTrailingBlanks(withoutLeadingBlanks(physical.text.substr(0, comment)));
     return kOk;
 }
 
-/// Appends to the line buffer, which ends in a backslash, the lines with which it goes on.
-int cGsdCompiler::joinContinuations()
+/// Joins a line that ends in a backslash with the lines with which it goes on; the joined line stands in the line
+/// buffer. No other backslash may stand in a line.
+int cGsdCompiler::joinContinuations(std::string_view& line)
 {
+    if (!isContinued(line))
+        return line.find(kContinuationMark) == std::string_view::npos ? static_cast<int>(kOk) : kErrGsdSyntax;
+    lineBuffer = line;
     std::size_t searched = 0; // no backslash stands before
     while (isContinued(lineBuffer) && reader.good()) {
         lineBuffer.pop_back();
@@ -239,7 +232,7 @@ int cGsdCompiler::joinContinuations()
         lineBuffer += kContinuationMark; // stays in its place until a line that is not empty takes it
 
         std::string_view continuation;
-        if (const int result = readPhysicalLine(continuation, kContinuationLimit); result < 0)
+        if (const int result = takePhysicalLine(reader.read(kContinuationLimit), continuation); result < 0)
             return result;
         if (continuation.empty())
             continue;
@@ -247,13 +240,12 @@ int cGsdCompiler::joinContinuations()
         lineBuffer.pop_back();
         lineBuffer += continuation;
     }
-    return kOk;
+    line = lineBuffer;
+    return line.find(kContinuationMark, searched) == std::string_view::npos ? static_cast<int>(kOk) : kErrGsdSyntax;
 }
 
 int cGsdCompiler::handleLine(std::string_view text)
 {
-    if (text.find(kContinuationMark) != std::string_view::npos)
-        return kErrGsdSyntax;
     GsdLine line;
     if (const int result = tokenizer.tokenize(text, line); result < 0)
         return result == kErrGsdKeyword ? static_cast<int>(kOk) : result; // unknown keywords are other readers'
@@ -316,14 +308,15 @@ void cGsdCompiler::writeTypeFile(const char* outputName) const
 
 std::string cGsdCompiler::defaultOutputName() const
 {
-    RecordText name;
-    name.text("__")
-        .hexByte(static_cast<std::uint8_t>(model.identNumber >> 8))
-        .hexByte(static_cast<std::uint8_t>(model.identNumber & 0xFF))
-        .character('_')
-        .character(languageLetter)
-        .text(".410");
-    return std::string(name.view());
+    std::array<char, 16> name{};
+    return std::string(RecordText(name.data())
+                           .text("__")
+                           .hexByte(static_cast<std::uint8_t>(model.identNumber >> 8))
+                           .hexByte(static_cast<std::uint8_t>(model.identNumber & 0xFF))
+                           .character('_')
+                           .character(languageLetter)
+                           .text(".410")
+                           .view());
 }
 
 void cGsdCompiler::addWarning(int code)
@@ -331,31 +324,31 @@ void cGsdCompiler::addWarning(int code)
     warnings.append(model.arena, {code, lineNumber});
 }
 
-void cGsdCompiler::warnOfLongText(const GsdString& text)
+void cGsdCompiler::warnOfLongText(std::string_view text)
 {
-    if (text.length() > kNameWidth)
+    if (text.size() > kNameWidth)
         addWarning(kWarnTextCut);
 }
 
 void cGsdCompiler::setHeader(TextField field, std::string_view text)
 {
-    const std::size_t position = model.image.headerPos + field.position;
     text = text.substr(0, field.width);
-    model.image.setFixed(position, text);
-    model.image.setFixed(position + text.size(), kBlankField.substr(0, field.width - text.size()));
+    model.image.fixedAt(model.image.headerPos + field.position)
+        .text(text)
+        .text(kBlankField.substr(0, field.width - text.size()));
 }
 
 void cGsdCompiler::setHeader(std::size_t position, char c)
 {
-    model.image.setFixed(model.image.headerPos + position, {&c, 1});
+    model.image.fixedAt(model.image.headerPos + position).character(c);
 }
 
 void cGsdCompiler::setTypeData(std::size_t position, char c)
 {
-    model.image.setFixed(model.image.typeDataPos + position, {&c, 1});
+    model.image.fixedAt(model.image.typeDataPos + position).character(c);
 }
 
 void cGsdCompiler::setTypeDataNumber(TextField field, std::uint32_t value)
 {
-    model.image.setFixed(model.image.typeDataPos + field.position, RecordText().number(value, field.width).view());
+    model.image.fixedAt(model.image.typeDataPos + field.position).number(value, field.width);
 }

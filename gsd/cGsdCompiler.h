@@ -57,8 +57,8 @@ private:
     void chooseLanguage(std::string_view fileName);
     int compileFile(const char* fileName);
     int readLines();
-    int readPhysicalLine(std::string_view& line, std::size_t limit);
-    int joinContinuations();
+    int takePhysicalLine(const PhysicalLine& physical, std::string_view& line);
+    int joinContinuations(std::string_view& line);
     int handleLine(std::string_view text);
     int checkWholeFile();
     bool isKgpConsistent() const;
@@ -68,7 +68,7 @@ private:
     /// Gives one keyword line its meaning.
     int handleKeyword(const GsdLine& line);
     void addWarning(int code);
-    void warnOfLongText(const GsdString& text);
+    void warnOfLongText(std::string_view text);
 
     // Places in the fixed part of the image.
     void setHeader(typefile::TextField field, std::string_view text);

@@ -80,13 +80,13 @@ int cGsdCompiler::handleGsdRevision(const GsdLine& line)
 int cGsdCompiler::handleVendorName(const GsdLine& line)
 {
     ValueReader value(line.value);
-    const GsdString name = value.string(kNameSqueeze);
+    const std::string_view name = value.string(kNameSqueeze);
     if (const int result = value.finish(); result < 0)
         return result;
-    setHeader(kVendorName, name.view());
-    if (containsIgnoringCase(name.view(), kMakerName))
+    setHeader(kVendorName, name);
+    if (containsIgnoringCase(name, kMakerName))
         setHeader(kMakerDevice, 'J');
-    if (name.length() > kVendorName.width)
+    if (name.size() > kVendorName.width)
         addWarning(kWarnTextCut);
     return kOk;
 }
@@ -94,11 +94,11 @@ int cGsdCompiler::handleVendorName(const GsdLine& line)
 int cGsdCompiler::handleModelName(const GsdLine& line)
 {
     ValueReader value(line.value);
-    const GsdString name = value.string(kNameSqueeze);
+    const std::string_view name = value.string(kNameSqueeze);
     if (const int result = value.finish(); result < 0)
         return result;
-    setHeader(kModelName, name.view());
-    if (name.length() > kModelName.width)
+    setHeader(kModelName, name);
+    if (name.size() > kModelName.width)
         addWarning(kWarnTextCut);
     return kOk;
 }
@@ -110,18 +110,18 @@ int cGsdCompiler::handleIdentNumber(const GsdLine& line)
     if (const int result = value.finish(); result < 0)
         return result;
     model.identNumber = number;
-    setHeader(kIdentNumber, RecordText().number(number, kIdentNumber.width).view());
+    model.image.fixedAt(model.image.headerPos + kIdentNumber.position).number(number, kIdentNumber.width);
     return kOk;
 }
 
 int cGsdCompiler::handleImplementationType(const GsdLine& line)
 {
     ValueReader value(line.value);
-    const GsdString type = value.string(kNameSqueeze);
+    const std::string_view type = value.string(kNameSqueeze);
     if (const int result = value.finish(); result < 0)
         return result;
     const auto chip = std::find_if(kProtocolChips.begin(), kProtocolChips.end(), [&](const ProtocolChip& candidate) {
-        return containsIgnoringCase(type.view(), candidate.name);
+        return containsIgnoringCase(type, candidate.name);
     });
     if (chip != kProtocolChips.end())
         setTypeData(kAsicCode, chip->code);
@@ -131,14 +131,14 @@ int cGsdCompiler::handleImplementationType(const GsdLine& line)
 int cGsdCompiler::handleBitmapDevice(const GsdLine& line)
 {
     ValueReader value(line.value);
-    const GsdString name = value.string(kNameSqueeze);
+    const std::string_view name = value.string(kNameSqueeze);
     if (const int result = value.finish(); result < 0)
         return result;
-    if (name.length() > kMaxBitmapNameLength)
+    if (name.size() > kMaxBitmapNameLength)
         return kErrGsdSyntax;
     model.bitmapDevice.fill('_');
-    std::copy_n(name.view().begin(), std::min(name.length(), kBitmapName.width), model.bitmapDevice.begin());
-    if (name.length() > kBitmapName.width)
+    std::copy_n(name.begin(), std::min(name.size(), kBitmapName.width), model.bitmapDevice.begin());
+    if (name.size() > kBitmapName.width)
         addWarning(kWarnTextCut);
     return kOk;
 }
@@ -224,22 +224,22 @@ int cGsdCompiler::handleIsKgpDevice(const GsdLine& line)
 int cGsdCompiler::handleOrderNumber(const GsdLine& line)
 {
     ValueReader value(line.value);
-    const GsdString number = value.string(kShortSqueeze);
+    const std::string_view number = value.string(kShortSqueeze);
     if (const int result = value.finish(); result < 0)
         return result;
-    const std::size_t open = model.headerLine.view().find(kOrderNumberOpen);
-    model.image.setFixed(open + 1, number.view().substr(0, kOrderNumberWidth));
+    const std::string_view headLine(model.image.data(), model.image.headerPos);
+    model.image.fixedAt(headLine.find(kOrderNumberOpen) + 1).text(number.substr(0, kOrderNumberWidth));
     return kOk;
 }
 
 int cGsdCompiler::handlePeriphery(const GsdLine& line)
 {
     ValueReader value(line.value);
-    const GsdString name = value.string(kShortSqueeze);
+    const std::string_view name = value.string(kShortSqueeze);
     if (const int result = value.finish(); result < 0)
         return result;
-    setHeader(kPeriphery, name.view());
-    if (name.length() > kPeriphery.width)
+    setHeader(kPeriphery, name);
+    if (name.size() > kPeriphery.width)
         addWarning(kWarnTextCut);
     return kOk;
 }
@@ -271,16 +271,16 @@ int cGsdCompiler::handleOffsetFirstMpdBlock(const GsdLine& line)
 int cGsdCompiler::handleKgpGui(const GsdLine& line)
 {
     ValueReader value(line.value);
-    const GsdString text = value.string();
+    const std::string_view text = value.string();
     const NumberList bytes = value.bytes();
     if (const int result = value.finish(); result < 0)
         return result;
     KgpGui& gui = model.kgpGui;
-    if (text.length() > kMaxKgpGuiText || bytes.count != gui.bytes.size() || bytes.last() > kMaxKgpGuiDigit)
+    if (text.size() > kMaxKgpGuiText || bytes.count != gui.bytes.size() || bytes.last() > kMaxKgpGuiDigit)
         return kErrGsdSyntax;
     for (std::size_t i = 0; i < gui.bytes.size(); ++i)
         gui.bytes[i] = static_cast<std::uint8_t>(bytes.values[i]);
-    gui.text = model.arena.text(text.view());
+    gui.text = model.arena.text(text);
     gui.given = true;
     return kOk;
 }

@@ -135,9 +135,21 @@ constexpr std::array<GsdKeyword, GsdKeywordTable::kCount> GsdKeywordTable::kRows
 
 namespace {
 
-/// The spellings as a tree of upper-cased characters: a line is walked down as far as it goes, and the last keyword met
-/// on the way is the longest with which it begins. Where one keyword begins with another, the longer one stands first
-/// in the table, so the longest is the first.
+constexpr char kAbsent = '\0'; // what stands behind the end of a text
+
+constexpr char upperAt(std::string_view text, std::size_t position)
+{
+    return position < text.size() ? typefile::toUpper(text[position]) : kAbsent;
+}
+
+constexpr bool beginsIgnoringCase(std::string_view line, std::string_view start)
+{
+    return line.size() >= start.size() && compareIgnoringCase(line.substr(0, start.size()), start) == 0;
+}
+
+/// A decision tree over the spellings. A node looks at one character, the first that its keywords do not share, so a
+/// walk over a few characters leaves one keyword with which the line can begin; only then is it compared as a whole.
+/// Where one keyword begins with another, the longer one stands first in the table: it is compared first.
 class SpellingTree {
 public:
     constexpr explicit SpellingTree(const std::array<GsdKeyword, GsdKeywordTable::kCount>& rows)
@@ -148,85 +160,94 @@ public:
         std::sort(ids.begin(), ids.end(), [&](std::size_t a, std::size_t b) {
             return compareIgnoringCase(rows[a].spelling, rows[b].spelling) < 0;
         });
-        addChildren(rows, ids, Branch{0, 0, ids.size(), 0});
-        for (std::size_t i = 0; i < nodes[0].childCount; ++i)
-            roots[static_cast<unsigned char>(nodes[nodes[0].firstChild + i].character)] =
-                static_cast<std::uint16_t>(nodes[0].firstChild + i);
+        // Of the keywords with which another begins, the sorted order puts the longest last.
+        for (std::size_t i = 0; i < ids.size(); ++i) {
+            shorter[ids[i]] = kNone;
+            for (std::size_t j = 0; j < i; ++j) {
+                if (beginsIgnoringCase(rows[ids[i]].spelling, rows[ids[j]].spelling))
+                    shorter[ids[i]] = static_cast<std::uint8_t>(ids[j]);
+            }
+        }
+        addNode(rows, ids, {0, ids.size(), 0}, kNone);
     }
 
-    constexpr std::size_t find(std::string_view line) const
+    std::size_t find(std::string_view line) const
     {
-        std::size_t found = GsdKeywordTable::kNone;
-        const Node* node = line.empty() ? nullptr : rootChild(typefile::toUpper(line.front()));
-        for (std::size_t i = 1; node != nullptr; ++i) {
-            if (node->keyword != GsdKeywordTable::kNone)
-                found = node->keyword;
-            node = i < line.size() ? childOf(*node, typefile::toUpper(line[i])) : nullptr;
+        std::size_t keyword = kNone;
+        for (std::size_t node = 0; node < kLeaves;) {
+            keyword = nodes[node].keyword;
+            const std::size_t child = nodes[node].children[indexOf(upperAt(line, nodes[node].position))];
+            if (child == kNoChild)
+                break;
+            if (child >= kLeaves)
+                keyword = child - kLeaves;
+            node = child;
         }
-        return found;
+        while (keyword != kNone && !begins(line, GsdKeywordTable::kRows[keyword].spelling))
+            keyword = shorter[keyword];
+        return keyword;
     }
 
 private:
+    /// Most files write their keywords in the case of the table.
+    static bool begins(std::string_view line, std::string_view spelling)
+    {
+        return line.starts_with(spelling) || beginsIgnoringCase(line, spelling);
+    }
+
     using Ids = std::array<std::size_t, GsdKeywordTable::kCount>;
-    static constexpr std::size_t kMaxNodes = 1024;
+    static constexpr std::uint8_t kNone = GsdKeywordTable::kNone;
+    static constexpr std::uint8_t kNoChild = 0;  // the root is no child
+    static constexpr std::uint8_t kLeaves = 128; // children from here on are keywords
+    static constexpr std::size_t kCharacters = 64;
+
+    /// Upper-cased spellings lie between the blank and the underscore; a strange character of a line may take the place
+    /// of one of theirs, which the comparison then finds out.
+    static constexpr std::size_t indexOf(char upper)
+    {
+        return (static_cast<unsigned char>(upper) - static_cast<unsigned char>(' ')) % kCharacters;
+    }
 
     struct Node {
-        char character = '\0';
-        std::uint8_t childCount = 0;
-        std::uint8_t keyword = GsdKeywordTable::kNone; // that ends here
-        std::uint16_t firstChild = 0;                  // the children stand side by side
+        std::size_t position = 0;     // of the character that tells the keywords apart
+        std::uint8_t keyword = kNone; // the longest that ends before it
+        std::array<std::uint8_t, kCharacters> children{};
     };
 
-    /// A node and the sorted keywords that run through it.
+    /// Sorted keywords, `last` one behind, that share their first `depth` characters.
     struct Branch {
-        std::size_t node;
         std::size_t first;
-        std::size_t last; // one behind
+        std::size_t last;
         std::size_t depth;
     };
 
-    constexpr const Node* rootChild(char character) const
+    /// Adds the node of a branch of two keywords or more; `keyword` is the longest that ends within the shared characters.
+    constexpr std::uint8_t addNode(const std::array<GsdKeyword, GsdKeywordTable::kCount>& rows, const Ids& ids,
+                                   Branch branch, std::uint8_t keyword)
     {
-        const std::size_t child = roots[static_cast<unsigned char>(character)];
-        return child == 0 ? nullptr : &nodes[child];
-    }
-
-    constexpr const Node* childOf(const Node& parent, char character) const
-    {
-        for (std::size_t i = 0; i < parent.childCount; ++i) {
-            const Node& child = nodes[parent.firstChild + i];
-            if (child.character == character)
-                return &child;
-        }
-        return nullptr;
-    }
-
-    constexpr void addChildren(const std::array<GsdKeyword, GsdKeywordTable::kCount>& rows, const Ids& ids,
-                               Branch branch)
-    {
-        const auto characterOf = [&](std::size_t i) { return typefile::toUpper(rows[ids[i]].spelling[branch.depth]); };
-        std::size_t next = branch.first;
-        if (rows[ids[next]].spelling.size() == branch.depth)
-            nodes[branch.node].keyword = static_cast<std::uint8_t>(ids[next++]);
-        nodes[branch.node].firstChild = static_cast<std::uint16_t>(used);
-        for (std::size_t i = next; i < branch.last; ++i) {
-            if (i == next || characterOf(i) != characterOf(i - 1))
-                nodes[used++].character = characterOf(i);
-        }
-        nodes[branch.node].childCount = static_cast<std::uint8_t>(used - nodes[branch.node].firstChild);
-        const std::size_t firstChild = nodes[branch.node].firstChild;
-        for (std::size_t child = firstChild; next < branch.last; ++child) {
-            std::size_t last = next;
-            while (last < branch.last && characterOf(last) == nodes[child].character)
+        const auto characterOf = [&](std::size_t i) { return upperAt(rows[ids[i]].spelling, branch.depth); };
+        while (characterOf(branch.first) == characterOf(branch.last - 1))
+            ++branch.depth;
+        if (characterOf(branch.first) == kAbsent)
+            keyword = static_cast<std::uint8_t>(ids[branch.first++]);
+        const std::uint8_t added = used++;
+        nodes[added].position = branch.depth;
+        nodes[added].keyword = keyword;
+        for (std::size_t first = branch.first; first < branch.last;) {
+            std::size_t last = first;
+            while (last < branch.last && characterOf(last) == characterOf(first))
                 ++last;
-            addChildren(rows, ids, Branch{child, next, last, branch.depth + 1});
-            next = last;
+            nodes[added].children[indexOf(characterOf(first))] =
+                last - first == 1 ? static_cast<std::uint8_t>(kLeaves + ids[first])
+                                  : addNode(rows, ids, {first, last, branch.depth}, keyword);
+            first = last;
         }
+        return added;
     }
 
-    std::array<Node, kMaxNodes> nodes{}; // the first is the root
-    std::size_t used = 1;
-    std::array<std::uint16_t, 256> roots{}; // child of the root by first character, 0 for none
+    std::array<Node, 64> nodes{}; // the first is the root
+    std::uint8_t used = 0;
+    std::array<std::uint8_t, GsdKeywordTable::kCount> shorter{}; // the longest keyword with which a keyword begins
 };
 
 } // namespace

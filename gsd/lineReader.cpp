@@ -14,47 +14,43 @@ bool LineReader::open(const char* fileName)
     return !readError;
 }
 
-bool LineReader::read(std::string_view& line, std::size_t limit)
-{
-    // One character more than the limit tells a line that fits from one that does not.
-    const std::string_view rest(block.data() + next, used - next);
-    if (const std::size_t lineFeed = rest.find('\n'); lineFeed != std::string_view::npos) {
-        line = rest.substr(0, std::min(lineFeed, limit + 1));
-        next += lineFeed + 1;
-    } else {
-        line = readAcrossBlocks(limit + 1);
-    }
-    line = line.substr(0, line.find('\0'));
-    if (line.size() <= limit)
-        return true;
-    line.remove_suffix(1);
-    return false;
-}
-
 /// A line that does not end within the block; characters beyond the limit are dropped.
-std::string_view LineReader::readAcrossBlocks(std::size_t limit)
+PhysicalLine LineReader::readAcrossBlocks(std::size_t limit)
 {
     spanning.clear();
     for (;;) {
-        const std::string_view rest(block.data() + next, used - next);
+        const std::string_view rest(next, static_cast<std::size_t>(last - next));
         const std::size_t length = std::min(rest.find('\n'), rest.size());
-        spanning += rest.substr(0, std::min(length, limit - spanning.size()));
+        // One character more than the limit tells a line that fits from one that does not.
+        spanning += rest.substr(0, std::min(length, limit + 1 - spanning.size()));
         next += length;
         if (length < rest.size()) {
             ++next;
-            return spanning;
+            break;
         }
-        fill();
-        if (used == 0) {
+        if (!fill()) {
             ended = true;
-            return spanning;
+            break;
         }
     }
+    const std::string_view text = std::string_view(spanning).substr(0, spanning.find('\0'));
+    return {.text = text.substr(0, limit),
+            .isComplete = text.size() <= limit,
+            .semicolon = text.find(kCommentMark),
+            .mayHaveBackslash = true};
 }
 
-void LineReader::fill()
+/// Reads the next block; false when there is none.
+bool LineReader::fill()
 {
-    next = 0;
-    used = std::fread(block.data(), 1, block.size(), file.get());
-    readError = readError || std::ferror(file.get()) != 0;
+    next = last = block.data();
+    if (!atEnd) {
+        last = next + std::fread(block.data(), 1, block.size(), file.get());
+        atEnd = last != block.data() + block.size();
+    }
+    // What was read ahead of an error is still good.
+    readError = next == last && std::ferror(file.get()) != 0;
+    for (RareCharacter* character : {&nul, &semicolon, &backslash})
+        character->search(next, last);
+    return next != last;
 }

@@ -7,10 +7,23 @@
 
 #include "gsd/file.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstring>
 #include <string>
 #include <string_view>
+
+inline constexpr char kCommentMark = ';';
+inline constexpr char kContinuationMark = '\\';
+
+/// A physical line as the reader hands it out.
+struct PhysicalLine {
+    std::string_view text; // valid until the next line is read
+    bool isComplete;       // false: the line is longer than the limit, and the rest of it is dropped
+    std::size_t semicolon; // where its first semicolon stands, or any place behind the text
+    bool mayHaveBackslash;
+};
 
 class LineReader {
 public:
@@ -23,20 +36,60 @@ public:
     /// Whether the file broke off with a read error.
     bool failed() const { return readError; }
 
-    /// Reads the next line.
-    /// @param line   receives at most `limit` characters, valid until the next call
-    /// @return false when the line's text is longer: the rest of it is dropped
-    bool read(std::string_view& line, std::size_t limit);
+    /// Reads the next line, at most `limit` characters of it.
+    PhysicalLine read(std::size_t limit)
+    {
+        const char* const start = next;
+        const auto left = static_cast<std::size_t>(last - start);
+        const auto* const lineFeed = static_cast<const char*>(std::memchr(start, '\n', left));
+        if (lineFeed == nullptr)
+            return readAcrossBlocks(limit);
+        next = lineFeed + 1;
+        const char* const end = std::min(lineFeed, nul.find(start, last));
+        const auto length = static_cast<std::size_t>(end - start);
+        return {.text = {start, std::min(length, limit)},
+                .isComplete = length <= limit,
+                .semicolon = static_cast<std::size_t>(semicolon.find(start, last) - start),
+                .mayHaveBackslash = backslash.find(start, last) < end};
+    }
 
 private:
-    std::string_view readAcrossBlocks(std::size_t limit);
-    void fill();
+    /// The next place of a rare character in the block. Found once, it answers for every line before it.
+    class RareCharacter {
+    public:
+        explicit RareCharacter(char wanted) : character(wanted) {}
+
+        /// Begins with a new block.
+        void search(const char* from, const char* to)
+        {
+            const void* const found = std::memchr(from, character, static_cast<std::size_t>(to - from));
+            place = found != nullptr ? static_cast<const char*>(found) : to;
+        }
+        /// The first place from `from` on, `to` when there is none.
+        const char* find(const char* from, const char* to)
+        {
+            if (place < from)
+                search(from, to);
+            return place;
+        }
+
+    private:
+        char character;
+        const char* place = nullptr;
+    };
+
+    PhysicalLine readAcrossBlocks(std::size_t limit);
+    bool fill();
 
     File file;
     std::array<char, 16384> block;
-    std::size_t used = 0;
-    std::size_t next = 0;
+    const char* next = nullptr;
+    const char* last = nullptr;
+    RareCharacter nul{'\0'};
+    RareCharacter semicolon{kCommentMark};
+    RareCharacter backslash{kContinuationMark};
     std::string spanning; // a line that does not lie within one block
-    bool ended = true;
+    bool atEnd = false;   // of the file: the block is its last
+    bool ended = true;    // of the lines
     bool readError = false;
 };

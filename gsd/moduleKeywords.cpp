@@ -88,23 +88,19 @@ std::span<std::uint8_t> toBytes(Arena& arena, const NumberList& list)
 int cGsdCompiler::openModule(const GsdLine& line, bool isKgp)
 {
     ValueReader value(line.value);
-    const GsdString name = value.string();
+    const std::string_view name = value.string();
     const NumberList bytes = value.bytes();
     if (const int result = value.finish(); result < 0)
         return result;
     if (isKgp && bytes.count != kKgpConfigBytes)
         return kErrGsdConfiguration;
 
-    GSD_MODULE module;
-    module.name = model.arena.text(name.view());
-    module.configBytes = toBytes(model.arena, bytes);
-    if (!isKgp) {
-        if (const int result = splitModuleConfig(model.arena, module, model.multiIdentifierModuleSeen); result < 0)
-            return result;
-    }
-    currentModule = &(isKgp ? model.kgpModules : model.modules).append(model.arena, module);
+    GSD_MODULE& module = (isKgp ? model.kgpModules : model.modules).append(model.arena, {});
+    module.setName(model.arena.text(name));
+    module.setConfigBytes(toBytes(model.arena, bytes));
+    currentModule = &module;
     openBlock = kInModule;
-    return kOk;
+    return isKgp ? static_cast<int>(kOk) : splitModuleConfig(module, model.multiIdentifierModuleSeen);
 }
 
 int cGsdCompiler::handleModule(const GsdLine& line)
@@ -121,7 +117,7 @@ int cGsdCompiler::handleEndModule(const GsdLine& line)
 {
     if (!line.value.empty())
         return kErrGsdSyntax;
-    if (!currentModule->extModulePrmData.empty() || !currentModule->refs.empty())
+    if (!currentModule->extModulePrmData().empty() || !currentModule->refs.empty())
         currentModule->paramModuleNumber = model.nextParamModuleNumber++;
     openBlock = kOutside;
     return kOk;
@@ -164,7 +160,7 @@ int cGsdCompiler::handleExtModulePrmDataLen(const GsdLine& line)
     std::uint8_t length = 0;
     if (const int result = readPrmLength(line, length); result < 0)
         return result;
-    currentModule->extModulePrmData = model.arena.bytes(length);
+    currentModule->setExtModulePrmData(model.arena.bytes(length));
     model.extPrmUsed = true;
     return kOk;
 }
@@ -199,15 +195,15 @@ int cGsdCompiler::handleExtUserPrmData(const GsdLine& line)
     ValueReader value(line.value);
     const std::uint32_t reference = value.unsigned16();
     const bool bare = value.takeLast(kBareSlotNumberName);
-    const GsdString name = bare ? GsdString(kSlotNumberName) : value.string(kTextSqueeze);
+    const std::string_view name = bare ? kSlotNumberName : value.string(kTextSqueeze);
     if (const int result = value.finish(); result < 0)
         return result;
 
     GSD_EXT_PRM_DEF definition;
     definition.reference = static_cast<std::uint16_t>(reference);
-    definition.isSlotNumber = name.view() == kSlotNumberName;
+    definition.isSlotNumber = name == kSlotNumberName;
     if (!definition.isSlotNumber)
-        definition.name = model.arena.text(name.view());
+        definition.name = model.arena.text(name);
     currentExtPrmDef = &model.extPrmDefs.append(model.arena, definition);
     warnOfLongText(name);
     openBlock = kInExtPrmDef;
@@ -315,7 +311,7 @@ int cGsdCompiler::handleEndExtUserPrmData(const GsdLine& line)
 std::size_t cGsdCompiler::applicablePrmLength() const
 {
     if (openBlock == kInModule)
-        return currentModule->extModulePrmData.size();
+        return currentModule->extModulePrmData().size();
     return model.maxUserPrmDataLen != 0 ? model.maxUserPrmDataLen : model.userPrmDataLen;
 }
 
@@ -345,7 +341,7 @@ int cGsdCompiler::handleExtUserPrmDataConst(const GsdLine& line)
         return result;
 
     const bool inModule = openBlock == kInModule;
-    std::uint8_t* target = inModule ? currentModule->extModulePrmData.data() : model.extUserPrmData.data();
+    std::uint8_t* target = inModule ? currentModule->extModulePrmData().data() : model.extUserPrmData.data();
     std::int32_t& constEnd = inModule ? currentModule->prmDataEnd : model.constPrmDataEnd;
     for (std::size_t i = 0; i < list.count; ++i)
         target[offset + i] = static_cast<std::uint8_t>(list.values[i]);

@@ -38,12 +38,12 @@ int cGsdCompiler::addUnitDiagBit(const GsdLine& line, std::uint16_t shownValue)
     if (argument.failed())
         return argument.finish();
     ValueReader value(line.value);
-    const GsdString text = value.string(kTextSqueeze);
+    const std::string_view text = value.string(kTextSqueeze);
     if (const int result = value.finish(); result < 0)
         return result;
 
     currentUnitDiag = &model.unitDiags.append(model.arena, {bit, bit, 1, {}});
-    currentUnitDiag->values.append(model.arena, {shownValue, model.arena.text(text.view())});
+    currentUnitDiag->values.append(model.arena, {shownValue, model.arena.text(text)});
     warnOfLongText(text);
     return kOk;
 }
@@ -83,7 +83,7 @@ int cGsdCompiler::handleUnitDiagArea(const GsdLine& line)
 int cGsdCompiler::handleValue(const GsdLine& line)
 {
     ValueReader value(line.value);
-    const GsdString text = value.string(kTextSqueeze);
+    const std::string_view text = value.string(kTextSqueeze);
     if (const int result = value.finish(); result < 0)
         return result;
     ValueReader argument(line.argument);
@@ -98,7 +98,7 @@ int cGsdCompiler::handleValue(const GsdLine& line)
         trimArea(area);
         number &= area.mask;
     }
-    area.values.append(model.arena, {static_cast<std::uint16_t>(number), model.arena.text(text.view())});
+    area.values.append(model.arena, {static_cast<std::uint16_t>(number), model.arena.text(text)});
     warnOfLongText(text);
     return kOk;
 }
@@ -116,7 +116,7 @@ int cGsdCompiler::handleUnitDiagAreaEnd(const GsdLine& line)
 int cGsdCompiler::addChannelDiag(const GsdLine& line, bool oldSpelling)
 {
     ValueReader value(line.value);
-    const GsdString text = value.string(kTextSqueeze);
+    const std::string_view text = value.string(kTextSqueeze);
     if (const int result = value.finish(); result < 0)
         return result;
     ValueReader argument(line.argument);
@@ -128,7 +128,7 @@ int cGsdCompiler::addChannelDiag(const GsdLine& line, bool oldSpelling)
 
     // The type file knows no channel texts of single modules.
     if (openBlock != kInModule) {
-        model.channelDiags.append(model.arena, {static_cast<std::uint8_t>(errorType), model.arena.text(text.view())});
+        model.channelDiags.append(model.arena, {static_cast<std::uint8_t>(errorType), model.arena.text(text)});
         warnOfLongText(text);
     }
     if (oldSpelling)
@@ -162,14 +162,14 @@ int cGsdCompiler::handlePrmText(const GsdLine& line)
 int cGsdCompiler::handleText(const GsdLine& line)
 {
     ValueReader value(line.value);
-    const GsdString text = value.string(kTextSqueeze);
+    const std::string_view text = value.string(kTextSqueeze);
     if (const int result = value.finish(); result < 0)
         return result;
     ValueReader argument(line.argument);
     const auto number = static_cast<std::int32_t>(argument.number(IntegerKind::signed32));
     if (argument.failed())
         return argument.finish();
-    currentPrmText->texts.append(model.arena, {number, model.arena.text(text.view())});
+    currentPrmText->texts.append(model.arena, {number, model.arena.text(text)});
     warnOfLongText(text);
     return kOk;
 }

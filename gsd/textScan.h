@@ -20,17 +20,23 @@ inline bool hasOddQuotes(std::string_view text)
 
 /// Position of the first `wanted` outside double quotes, npos when there is none. A place is outside when the number of
 /// double quotes before it is even.
-inline std::size_t findUnquoted(std::string_view text, char wanted)
+/// @param first  where the first one stands, inside or outside, if any does
+inline std::size_t findUnquoted(std::string_view text, char wanted, std::size_t first)
 {
     bool quoted = false;
     std::size_t counted = 0;
-    for (std::size_t at = text.find(wanted); at != std::string_view::npos; at = text.find(wanted, at + 1)) {
+    for (std::size_t at = first; at < text.size(); at = text.find(wanted, at + 1)) {
         quoted ^= hasOddQuotes(text.substr(counted, at - counted));
         if (!quoted)
             return at;
         counted = at;
     }
     return std::string_view::npos;
+}
+
+inline std::size_t findUnquoted(std::string_view text, char wanted)
+{
+    return findUnquoted(text, wanted, text.find(wanted));
 }
 
 inline std::string_view withoutLeadingBlanks(std::string_view text)

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 class GsdTokenizer {
@@ -15,8 +16,11 @@ public:
     int tokenize(std::string_view text, GsdLine& line);
 
 private:
+    std::size_t findKeyword(std::string_view text);
     int takeArgument(std::string_view rest, GsdLine& line);
 
     static constexpr std::size_t kMaxArgument = 18;
     std::array<char, kMaxArgument> argument{};
+    std::size_t lastKeyword = 0;
+    std::array<std::uint8_t, GsdKeywordTable::kCount> followers{}; // the keyword that last came after each
 };

@@ -17,15 +17,23 @@ constexpr std::uint32_t kSaturated = 0xFFFFFFFF;
 constexpr std::uint64_t kBeyond32Bits = 0x100000000;
 constexpr std::uint32_t kMaxFamily = 11;
 constexpr std::size_t kMaxFamilyDigits = 19;
+constexpr std::string_view kElementEnd = " \t\n\v\f\r,";
 
-bool isHexMark(char c)
-{
-    return c == 'x' || c == 'X';
-}
+constexpr std::uint8_t kNoDigit = 0xFF;
+constexpr std::array<std::uint8_t, 256> kDigitValues = [] {
+    std::array<std::uint8_t, 256> values{};
+    for (std::size_t c = 0; c < values.size(); ++c) {
+        const char digit = typefile::toUpper(static_cast<char>(c));
+        values[c] = static_cast<std::uint8_t>(isDigit(digit)      ? digit - '0'
+                                              : isHexDigit(digit) ? digit - 'A' + 10
+                                                                  : kNoDigit);
+    }
+    return values;
+}();
 
-std::uint32_t digitValue(char c)
+std::uint8_t digitValue(char c)
 {
-    return static_cast<std::uint32_t>(isDigit(c) ? c - '0' : typefile::toUpper(c) - 'A' + 10);
+    return kDigitValues[static_cast<unsigned char>(c)];
 }
 
 std::size_t wordLength(std::string_view text)
@@ -33,28 +41,41 @@ std::size_t wordLength(std::string_view text)
     return static_cast<std::size_t>(std::find_if(text.begin(), text.end(), isSpace) - text.begin());
 }
 
-/// Converts as many digits as stand at the start of the text; false when there is none. A value above 32 bits becomes
+/// Takes as many digits as stand at the start of the text; false when there is none. A value above 32 bits becomes
 /// kBeyond32Bits.
-bool convertDigits(std::string_view digits, std::uint32_t base, std::uint64_t& value)
+bool takeDigits(std::string_view& text, std::uint32_t base, std::uint64_t& value)
 {
-    const auto isDigitOfBase = [base](char c) { return base == 16 ? isHexDigit(c) : isDigit(c); };
-    std::size_t count = 0;
-    value = 0;
-    for (; count < digits.size() && isDigitOfBase(digits[count]); ++count)
-        value = std::min(value * base + digitValue(digits[count]), kBeyond32Bits);
+    const char* digit = text.data();
+    const char* const end = digit + text.size();
+    std::uint64_t sum = 0;
+    for (; digit != end && digitValue(*digit) < base; ++digit)
+        sum = std::min(sum * base + digitValue(*digit), kBeyond32Bits);
+    value = sum;
+    const auto count = static_cast<std::size_t>(digit - text.data());
+    text.remove_prefix(count);
     return count > 0;
 }
 
-bool convert(std::string_view digits, std::uint32_t base, ScannedNumber& number)
+/// Takes what can belong to a number, at the start of the text; false when that is no number. Whether it is the end of
+/// the number, the next character tells.
+bool takeNumber(std::string_view& text, ScannedNumber& number)
 {
+    std::string_view rest = text;
+    const bool isNegative = !rest.empty() && rest.front() == '-';
+    const bool isHex = rest.size() > 1 && rest[0] == '0' && typefile::toUpper(rest[1]) == 'X';
+    rest.remove_prefix(isHex ? 2 : isNegative ? 1 : 0);
     std::uint64_t value = 0;
-    if (!convertDigits(digits, base, value))
-        return false;
+    const bool hasDigits = isHex ? takeDigits(rest, 16, value) : takeDigits(rest, 10, value);
+    // Digits of the other base and signs are dropped.
+    while (!rest.empty() && (digitValue(rest.front()) != kNoDigit || rest.front() == '-'))
+        rest.remove_prefix(1);
+    text = rest;
+    number.negative = isNegative;
     if (value == kBeyond32Bits)
         number.value = kSaturated;
     else
-        number.value = static_cast<std::uint32_t>(number.negative ? 0 - value : value);
-    return true;
+        number.value = static_cast<std::uint32_t>(isNegative ? 0 - value : value);
+    return hasDigits;
 }
 
 bool isInRange(const ScannedNumber& number, IntegerKind kind)
@@ -90,68 +111,15 @@ std::uint32_t widthMask(IntegerKind kind)
     }
 }
 
-/// Whether the text is runs of characters separated by commas, blanks around the commas allowed.
-bool hasListSeparators(std::string_view text)
-{
-    std::size_t i = 0;
-    const auto skipBlanks = [&] {
-        while (i < text.size() && isSpace(text[i]))
-            ++i;
-    };
-    for (;;) {
-        while (i < text.size() && !isSpace(text[i]) && text[i] != ',')
-            ++i;
-        skipBlanks();
-        if (i == text.size())
-            return true;
-        if (text[i] != ',')
-            return false;
-        ++i;
-        skipBlanks();
-    }
-}
-
 } // namespace
 
 bool scanNumber(std::string_view& text, ScannedNumber& number)
 {
-    std::size_t length = 0;
-    std::size_t hexMarks = 0;
-    bool belongs = true;
-    for (; length < text.size() && !isSpace(text[length]); ++length) {
-        const char c = text[length];
-        if (isHexMark(c))
-            ++hexMarks;
-        else if (!isHexDigit(c) && c != '-')
-            belongs = false;
-    }
-    const std::string_view token = text.substr(0, length);
-    text.remove_prefix(length);
-    if (token.empty() || !belongs)
-        return false;
-    number.negative = token.front() == '-';
-    if (hexMarks == 0)
-        return convert(token.substr(number.negative ? 1 : 0), 10, number);
-    if (hexMarks != 1 || token.front() != '0' || !isHexMark(token[1]))
-        return false;
-    return convert(token.substr(2), 16, number);
-}
-
-GsdString::GsdString(std::string_view text) : used(std::min(text.size(), kMaxLength))
-{
-    std::copy_n(text.data(), used, characters.data());
-}
-
-void GsdString::squeeze(std::size_t target)
-{
-    if (target == 0)
-        return;
-    for (std::size_t i = used; i-- > 0 && used > target;) {
-        if (characters[i] != ' ')
-            continue;
-        std::copy(characters.data() + i + 1, characters.data() + used, characters.data() + i);
-        --used;
-    }
+    const bool isNumber = takeNumber(text, number);
+    if (text.empty() || isSpace(text.front()))
+        return isNumber;
+    text.remove_prefix(wordLength(text));
+    return false;
 }
 
 std::uint32_t ValueReader::flag()
@@ -179,25 +147,37 @@ std::uint32_t ValueReader::number(IntegerKind kind)
     return number.value & widthMask(kind);
 }
 
-GsdString ValueReader::string(std::size_t squeezeTarget)
+std::string_view ValueReader::string(std::size_t squeezeTarget)
 {
     if (failed())
         return {};
-    const auto quotes = std::count(text.begin(), text.end(), kQuote);
     const std::string_view quoted = withoutLeadingBlanks(text);
-    if (quotes == 0 || quotes % 2 != 0 || quoted.front() != kQuote) {
+    const std::size_t end = quoted.find(kQuote, 1);
+    // Both quotes are there, and those behind them come in pairs as well.
+    if (end == std::string_view::npos || quoted.front() != kQuote || hasOddQuotes(quoted.substr(end + 1))) {
         fail(kErrGsdSyntax);
         return {};
     }
-    const std::string_view content = quoted.substr(1, quoted.find(kQuote, 1) - 1);
-    if (content.empty() || content.size() > GsdString::kMaxLength) {
+    const std::string_view content = quoted.substr(1, end - 1);
+    if (content.empty() || content.size() > kMaxStringLength) {
         fail(content.empty() ? kErrGsdSyntax : kErrGsdStringLen);
         return {};
     }
-    text = quoted.substr(content.size() + 2);
-    GsdString result(content);
-    result.squeeze(squeezeTarget);
-    return result;
+    text = quoted.substr(end + 1);
+    return squeezeTarget != 0 && content.size() > squeezeTarget ? squeeze(content, squeezeTarget) : content;
+}
+
+std::string_view ValueReader::squeeze(std::string_view content, std::size_t target)
+{
+    std::size_t length = content.size();
+    std::copy(content.begin(), content.end(), squeezed.begin());
+    for (std::size_t i = length; i-- > 0 && length > target;) {
+        if (squeezed[i] != ' ')
+            continue;
+        std::copy(squeezed.data() + i + 1, squeezed.data() + length, squeezed.data() + i);
+        --length;
+    }
+    return {squeezed.data(), length};
 }
 
 NumberList ValueReader::list(std::size_t maximum, IntegerKind kind)
@@ -205,29 +185,37 @@ NumberList ValueReader::list(std::size_t maximum, IntegerKind kind)
     NumberList result;
     if (failed())
         return result;
+    maximum = std::min(maximum, NumberList::kMaxCount);
     skipBlanks();
     std::string_view rest = text;
     text = {};
-    if (!hasListSeparators(rest)) {
-        fail(kErrGsdSyntax);
-        return result;
-    }
-    const auto count = static_cast<std::size_t>(std::count(rest.begin(), rest.end(), ',')) + 1;
-    if (count > std::min(maximum, NumberList::kMaxCount)) {
-        fail(kErrGsdTooMany);
-        return result;
-    }
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::size_t comma = std::min(rest.find(','), rest.size());
-        ValueReader element(withoutLeadingBlanks(rest.substr(0, comma)));
-        result.values[i] = element.number(kind);
-        if (element.failed()) {
-            fail(element.failure);
+    // What stands between the elements counts before their number, and that before what they are.
+    std::size_t count = 0;
+    bool areNumbers = true;
+    for (;; ++count) {
+        ScannedNumber number;
+        const bool isRead = takeNumber(rest, number);
+        const bool atEnd = rest.empty() || isSpace(rest.front()) || rest.front() == ',';
+        if (!atEnd)
+            rest.remove_prefix(std::min(rest.find_first_of(kElementEnd), rest.size()));
+        areNumbers = areNumbers && isRead && atEnd && isInRange(number, kind);
+        if (count < maximum)
+            result.values[count] = number.value & widthMask(kind);
+        rest = withoutLeadingBlanks(rest);
+        if (rest.empty())
+            break;
+        if (rest.front() != ',') {
+            fail(kErrGsdSyntax);
             return result;
         }
-        rest.remove_prefix(std::min(comma + 1, rest.size()));
+        rest = withoutLeadingBlanks(rest.substr(1));
     }
-    result.count = count;
+    if (++count > maximum)
+        fail(kErrGsdTooMany);
+    else if (!areNumbers)
+        fail(kErrGsdNumber);
+    else
+        result.count = count;
     return result;
 }
 
@@ -245,7 +233,7 @@ NumberList ValueReader::range(IntegerKind kind)
     const std::string_view maximumText = withoutLeadingBlanks(text.substr(separator + 1));
     const std::size_t maximumLength = wordLength(maximumText);
     const std::string_view minimumText = text.substr(0, separator);
-    if (!hasListSeparators(minimumText)) {
+    if (!withoutLeadingBlanks(minimumText.substr(wordLength(minimumText))).empty()) {
         fail(kErrGsdSyntax);
         return result;
     }
@@ -267,15 +255,15 @@ FamilyValue ValueReader::family()
     FamilyValue result;
     if (failed())
         return result;
-    const auto endOfDigits = std::find_if_not(text.begin(), text.end(), isDigit);
-    const std::size_t digits = std::min(static_cast<std::size_t>(endOfDigits - text.begin()), kMaxFamilyDigits);
+    std::string_view digits = text.substr(0, kMaxFamilyDigits);
+    const std::size_t available = digits.size();
     std::uint64_t number = 0;
-    if (!convertDigits(text.substr(0, digits), 10, number)) {
+    if (!takeDigits(digits, 10, number)) {
         fail(kErrGsdNumber);
         return result;
     }
     result.number = number > kMaxFamily ? 0 : static_cast<std::uint32_t>(number);
-    text.remove_prefix(digits);
+    text.remove_prefix(available - digits.size());
     while (!text.empty()) {
         const std::size_t end = std::min(text.find('@', 1), text.size());
         if (text.front() != '@' || end == 1 || result.subFamilyCount == FamilyValue::kMaxSubFamilies) {

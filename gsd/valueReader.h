@@ -26,26 +26,7 @@ bool scanNumber(std::string_view& text, ScannedNumber& number);
 /// Length to which texts and parameter names are squeezed: what the type file has room for.
 inline constexpr std::size_t kTextSqueeze = 30;
 
-/// A quoted string of 1 to 32 characters.
-class GsdString {
-public:
-    static constexpr std::size_t kMaxLength = 32;
-
-    GsdString() = default;
-    /// @param text  at most kMaxLength characters
-    explicit GsdString(std::string_view text);
-
-    std::string_view view() const { return {characters.data(), used}; }
-    std::size_t length() const { return used; }
-
-    /// Removes blanks, the last one first, until the string has the target length or no blank is left.
-    /// @param target  0 or the string's length and above: nothing to do
-    void squeeze(std::size_t target);
-
-private:
-    std::array<char, kMaxLength> characters{};
-    std::size_t used = 0;
-};
+inline constexpr std::size_t kMaxStringLength = 32;
 
 /// The elements of a list or the two ends of a range.
 struct NumberList {
@@ -75,8 +56,10 @@ public:
     std::uint32_t number(IntegerKind kind); ///< kErrGsdNumber
     std::uint32_t unsigned8() { return number(IntegerKind::unsigned8); }
     std::uint32_t unsigned16() { return number(IntegerKind::unsigned16); }
-    /// A quoted string, squeezed to a length (0: not at all); kErrGsdSyntax, kErrGsdStringLen.
-    GsdString string(std::size_t squeezeTarget = 0);
+    /// A quoted string of 1 to kMaxStringLength characters, without its quotes; kErrGsdSyntax, kErrGsdStringLen. Of one
+    /// that is longer than the squeeze target (0: any length is right) blanks are removed, the last one first, until
+    /// it has that length or no blank is left. Valid until the next string is read, as long as text and reader live.
+    std::string_view string(std::size_t squeezeTarget = 0);
     /// The rest of the text as numbers separated by commas; kErrGsdSyntax, kErrGsdTooMany, kErrGsdNumber.
     NumberList list(std::size_t maximum, IntegerKind kind);
     NumberList bytes() { return list(NumberList::kMaxCount, IntegerKind::unsigned8); }
@@ -96,7 +79,9 @@ public:
 private:
     void fail(int code);
     void skipBlanks();
+    std::string_view squeeze(std::string_view content, std::size_t target);
 
     std::string_view text;
     int failure = 0;
+    std::array<char, kMaxStringLength> squeezed; // the last string, if blanks were removed from it
 };

@@ -136,13 +136,12 @@ std::string split(const std::string& config)
     stream >> std::hex;
     for (unsigned byte = 0; stream >> byte;)
         bytes.push_back(static_cast<std::uint8_t>(byte));
-    Arena arena;
     GSD_MODULE module;
-    module.configBytes = bytes;
+    module.setConfigBytes(bytes);
     bool several = false;
     std::ostringstream outcome;
-    outcome << splitModuleConfig(arena, module, several) << std::hex;
-    for (const GSD_IDENT_ITEM& identifier : module.identifiers) {
+    outcome << splitModuleConfig(module, several) << std::hex;
+    for (const GSD_IDENT_ITEM identifier : module.identifiers()) {
         outcome << " [";
         for (const unsigned byte : identifier.bytes)
             outcome << ' ' << byte;

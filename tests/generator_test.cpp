@@ -116,14 +116,14 @@ TEST(SharedBlocks, AsPairByPair)
             const std::size_t kinds = 1 + random() % 3;
             for (std::size_t count = random() % 25; count > 0; --count) {
                 GSD_MODULE module;
-                module.extModulePrmData = model->arena.bytes(random() % kinds);
-                if (!module.extModulePrmData.empty())
-                    module.extModulePrmData[0] = static_cast<std::uint8_t>(random() % kinds);
+                module.setExtModulePrmData(model->arena.bytes(random() % kinds));
+                if (!module.extModulePrmData().empty())
+                    module.extModulePrmData()[0] = static_cast<std::uint8_t>(random() % kinds);
                 module.prmDataEnd = static_cast<std::int32_t>(random() % 2);
                 for (std::size_t refs = random() % kinds; refs > 0; --refs)
                     module.refs.append(model->arena, {static_cast<std::uint32_t>(random() % kinds),
                                                       static_cast<std::uint32_t>(random() % 2)});
-                if (!module.extModulePrmData.empty() || !module.refs.empty())
+                if (!module.extModulePrmData().empty() || !module.refs.empty())
                     module.paramModuleNumber = model->nextParamModuleNumber++;
                 (random() % 3 == 0 ? model->kgpModules : model->modules).append(model->arena, module);
             }

@@ -32,11 +32,11 @@ std::string readAs(const std::string& parser, ValueReader& reader)
     if (parser == "flag")
         return std::to_string(reader.flag());
     if (parser.starts_with("string"))
-        return std::string(reader.string(std::stoul(argument)).view());
+        return std::string(reader.string(std::stoul(argument)));
     if (parser == "u8, string, bytes") {
         const std::uint32_t number = reader.unsigned8();
-        const GsdString text = reader.string();
-        return std::to_string(number) + ' ' + std::string(text.view()) + ' ' + joined(reader.bytes());
+        const std::string_view text = reader.string();
+        return std::to_string(number) + ' ' + std::string(text) + ' ' + joined(reader.bytes());
     }
     if (parser == "family") {
         const FamilyValue family = reader.family();

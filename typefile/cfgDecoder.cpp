@@ -8,7 +8,6 @@
 
 namespace {
 
-constexpr std::uint32_t kIoBits = 0x30; // clear in a special-format byte, set in a general one
 constexpr std::uint32_t kLengthBits = 0xC0;
 constexpr std::uint32_t kMfrBits = 0x0F;
 
@@ -167,6 +166,15 @@ int isValidIdentifier(std::uint32_t identifier)
     return formatOf(identifier) != kFormatCompact || isValidCompact(info) ? 1 : 0;
 }
 
+std::size_t identifierLength(std::uint32_t byte)
+{
+    if (!isSpecialByte(byte))
+        return 1;
+    CFG_SPECIAL_INFO special;
+    decodeSpecialByte(byte, special);
+    return std::size_t{1} + special.lengthBytes() + special.mfrBytes();
+}
+
 int decodeSpecialByte(std::uint32_t byte, CFG_SPECIAL_INFO& info)
 {
     info.mfrLength = byte & kMfrBits;
@@ -225,7 +233,7 @@ int CFG_DECODER::start(std::uint32_t byte, std::int32_t normFormat, std::int32_t
     }
     if (lengthRole != kRoleIdentifier)
         return kCfgInvalid;
-    if ((byte & kIoBits) != 0) {
+    if (!isSpecialByte(byte)) {
         hold(makeIdentifier(kFormatGeneral, byte)); // every general identifier is valid
         return kCfgGeneral;
     }
@@ -237,7 +245,7 @@ int CFG_DECODER::continueSimple(std::uint32_t byte, std::int32_t normFormat)
 {
     if (byte == 0)
         return current != 0 && allowRestart == 0 ? static_cast<int>(kCfgRefused) : restart(byte, normFormat);
-    if (normFormat != 0 && (byte & kIoBits) == 0) {
+    if (normFormat != 0 && isSpecialByte(byte)) {
         if (current != 0)
             return kCfgSpecialAfterSimple;
         if (allowRestart == 0)

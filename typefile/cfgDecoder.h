@@ -89,6 +89,18 @@ int decodeIdentifier(std::uint32_t identifier, CFG_IDENT_INFO& info);
 /// @return 1 when an identifier value is valid, else 0
 int isValidIdentifier(std::uint32_t identifier);
 
+inline constexpr std::uint32_t kIoBits = 0x30; // clear in a special-format byte, set in a general one
+
+/// Whether a byte begins a special identifier in the formats of the standard; else an empty or a general one.
+constexpr bool isSpecialByte(std::uint32_t byte)
+{
+    return byte != 0 && (byte & kIoBits) == 0;
+}
+
+/// Length of the identifier that a byte begins in the formats of the standard, in which every byte begins one: an
+/// empty, a general or a special identifier with its length and manufacturer bytes.
+std::size_t identifierLength(std::uint32_t byte);
+
 /// Takes a special-format identifier byte apart.
 /// @return 0
 int decodeSpecialByte(std::uint32_t byte, CFG_SPECIAL_INFO& info);

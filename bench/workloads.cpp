@@ -1,0 +1,202 @@
+#include "bench/workloads.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <memory>
+
+namespace {
+
+constexpr std::size_t kImageCapacity = 65000;
+constexpr const char* kStation = "RIO40A17.GSE"; // modular, with every kind of record but those of KGP
+
+/// A module, or once there are as many as a list can have with those of the example, a diagnostic text.
+std::string moduleText(int number)
+{
+    constexpr int kModules = 850;
+    if (number >= kModules)
+        return "Unit_Diag_Bit(" + std::to_string(number - kModules) + ") = \"Fault " + std::to_string(number) +
+               "\"\r\n";
+    return "Module = \"Digital module " + std::to_string(number) + "\" 0x11   ; two bytes\r\nEndModule\r\n";
+}
+
+std::string definitionText(int number)
+{
+    const std::string reference = std::to_string((number + 1000) % 65536);
+    return "PrmText = " + reference + "\r\nText(0) = \"off\"\r\nText(1) = \"on\" ; default\r\nEndPrmText\r\n" +
+           "ExtUserPrmData = " + reference + " \"Parameter " + reference +
+           "\"\r\nUnsigned8 1 0-1\r\nPrm_Text_Ref = " + reference + "\r\nEndExtUserPrmData\r\n";
+}
+
+std::string grown(std::string text, std::size_t size, std::string (*more)(int))
+{
+    for (int i = 0; text.size() < size; ++i)
+        text += more(i);
+    return text;
+}
+
+[[noreturn]] void giveUp(const char* what)
+{
+    std::fprintf(stderr, "the benchmark cannot be run: %s\n", what);
+    std::exit(1);
+}
+
+} // namespace
+
+TemporaryFile::TemporaryFile(std::string_view name, std::string_view contents)
+    : file(std::filesystem::temp_directory_path() / ("typdescriptor-bench-" + std::string(name)))
+{
+    std::ofstream(file, std::ios::binary) << contents;
+}
+
+std::string exampleGsd(std::string_view name)
+{
+    std::ifstream stream(std::filesystem::path(TYPDESCRIPTOR_EXAMPLES) / name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+std::string gsdWithModules(std::size_t size)
+{
+    return grown(exampleGsd(kStation), size, moduleText);
+}
+
+std::string gsdWithDefinitions(std::size_t size)
+{
+    return grown(exampleGsd(kStation), size, definitionText);
+}
+
+const std::vector<Element> kElements{
+    {"modules with equal parameters", kErrGsdImageFull,
+     [](int number) {
+         return "Module = \"M" + std::to_string(number) +
+                "\" 0x11\nExt_Module_Prm_Data_Len = 2\nExt_User_Prm_Data_Const(0) = 1,2\nEndModule\n";
+     }},
+    {"modules with different parameters", kErrGsdImageFull,
+     [](int number) {
+         return "Module = \"M" + std::to_string(number) +
+                "\" 0x11\nExt_Module_Prm_Data_Len = 3\nExt_User_Prm_Data_Const(0) = " + std::to_string(number % 256) +
+                "," + std::to_string(number / 256 % 256) + "," + std::to_string(number / 65536) + "\nEndModule\n";
+     }},
+    {"definitions of parameters", kOk,
+     [](int number) {
+         return "ExtUserPrmData = " + std::to_string(number % 65536) + " \"P\"\nUnsigned8 0 0-255\nEndExtUserPrmData\n";
+     }},
+    {"references to parameters", kErrGsdImageFull,
+     [](int number) {
+         return std::string(number == 0 ? "ExtUserPrmData = 60000 \"P\"\nUnsigned8 0 0-255\nEndExtUserPrmData\n" : "") +
+                "Module = \"M" + std::to_string(number) +
+                "\" 0x11\nExt_Module_Prm_Data_Len = 1\nExt_User_Prm_Data_Ref(0) = 60000\nEndModule\n";
+     }},
+    {"texts of parameter values", kOk,
+     [](int number) { return "PrmText = " + std::to_string(number % 65536) + "\nText(0) = \"off\"\nEndPrmText\n"; }},
+    {"diagnostic texts", kErrGsdImageFull,
+     [](int number) { return "Unit_Diag_Bit(" + std::to_string(number % 480) + ") = \"Fault\"\n"; }},
+};
+
+std::string gsdWithElements(const Element& element, int count)
+{
+    std::string text = exampleGsd(kStation);
+    for (int i = 0; i < count; ++i)
+        text += element.text(i);
+    return text;
+}
+
+std::string gsdWithBlocks(int blocks, int parameters)
+{
+    std::string text = exampleGsd(kStation);
+    text += "ExtUserPrmData = 60000 \"Parameter\"\nUnsigned8 1 0-1\nEndExtUserPrmData\n";
+    for (int block = 0; block < blocks; ++block) {
+        text += "Module = \"B" + std::to_string(block) +
+                "\" 0x11\nExt_Module_Prm_Data_Len = " + std::to_string(parameters + 1) +
+                "\nExt_User_Prm_Data_Const(0) = " + std::to_string(block) + "\n";
+        for (int i = 1; i <= parameters; ++i)
+            text += "Ext_User_Prm_Data_Ref(" + std::to_string(i) + ") = 60000\n";
+        text += "EndModule\n";
+    }
+    return text;
+}
+
+void readLinesAndFillImage(const char* path)
+{
+    std::FILE* const stream = std::fopen(path, "rb");
+    const std::size_t capacity = std::filesystem::file_size(path);
+    const std::unique_ptr<char[]> text(new char[capacity]);
+    const std::size_t size = std::fread(text.get(), 1, capacity, stream);
+    std::fclose(stream);
+    std::size_t found = 0;
+    for (const char* line = text.get(); line < text.get() + size;) {
+        const auto left = static_cast<std::size_t>(text.get() + size - line);
+        const auto* const end = static_cast<const char*>(std::memchr(line, '\n', left));
+        const std::size_t length = end != nullptr ? static_cast<std::size_t>(end - line) : left;
+        found += std::memchr(line, ';', length) != nullptr ? 1 : 0;
+        line += length + 1;
+    }
+    const std::unique_ptr<char[]> image(new char[kImageCapacity]);
+    std::memset(image.get(), ' ', kImageCapacity);
+    volatile std::size_t result = found + static_cast<unsigned char>(image[found % kImageCapacity]);
+    static_cast<void>(result);
+}
+
+std::size_t countTerminators(const std::vector<char>& image)
+{
+    std::size_t count = 0;
+    const char* const last = image.data() + image.size();
+    for (const char* place = image.data();; ++place, ++count) {
+        place = static_cast<const char*>(std::memchr(place, ';', static_cast<std::size_t>(last - place)));
+        if (place == nullptr)
+            return count;
+    }
+}
+
+Device::Device(const std::string& gsd) : Device(TemporaryFile("device.GSE", gsd)) {}
+
+Device::Device(const TemporaryFile& file) : descriptor(file.path(), 0, nullptr)
+{
+    if (descriptor.checkTypeFileContents() != kOk)
+        giveUp(resultText(descriptor.getStatus()));
+    image.resize(descriptor.getDataSize());
+    descriptor.writeObject(image.data());
+}
+
+std::vector<Work> constantQueries(cTypDescriptor& device)
+{
+    static char text[64];
+    static int number = 0;
+    static union Records {
+        SLAVE_TYPE_HEADER_INFO header;
+        SLAVE_TYPEDATA_TYPE data;
+        SLOT_NUMBERING_TYPE numbering;
+        MLFB_ITEM module;
+        LSK_ITEM slot;
+        CSLAVE_SLOT_PRESET_TYPE preset;
+        _parastruct prm;
+        Records() : header() {}
+    } records;
+    return {
+        {"getSlaveTypeHeader", [&device] { device.getSlaveTypeHeader(&records.header); }},
+        {"getSlaveTypeData", [&device] { device.getSlaveTypeData(&records.data); }},
+        {"getSlotNumbering", [&device] { device.getSlotNumbering(&records.numbering); }},
+        {"getFamily", [&device] { device.getFamily(text); }},
+        {"getBitMapFileName", [&device] { device.getBitMapFileName(text); }},
+        {"getDLLFileName", [&device] { device.getDLLFileName(text); }},
+        {"getMLFBstring", [&device] { device.getMLFBstring(text); }},
+        {"isKonfigFixed", [&device] { device.isKonfigFixed(&number); }},
+        {"getFixedSlotId, last", [&device] { device.getFixedSlotId(number - 1, &records.module); }},
+        {"getMLFBListItem, last", [&device] { device.getMLFBListItem(device.getMLFBListCnt() - 1, &records.module); }},
+        {"getSKListCnt", [&device] { device.getSKListCnt(0, &number); }},
+        {"getSKListItem, first", [&device] { device.getSKListItem(0, 0, &records.slot); }},
+        {"getSlaveDiagMsgCnt", [&device] { number = device.getSlaveDiagMsgCnt(); }},
+        {"getChannelDiagMsgCnt", [&device] { number = device.getChannelDiagMsgCnt(); }},
+        {"getParaStructCnt", [&device] { number = device.getParaStructCnt(); }},
+        {"getParaStruct, first", [&device] { device.getParaStruct(0, &records.prm); }},
+        {"getSPBlockAnz", [&device] { number = device.getSPBlockAnz(); }},
+        {"getStructuredSlotParameterCnt", [&device] { number = device.getStructuredSlotParameterCnt(0); }},
+        {"getMaxSPBlockLen", [&device] { number = device.getMaxSPBlockLen(); }},
+        {"getPSLHelpRef", [&device] { number = device.getPSLHelpRef(0); }},
+        {"getSPHelpAnz", [&device] { number = device.getSPHelpAnz(); }},
+        {"getDataSize", [&device] { number = device.getDataSize(); }},
+        {"changeTypeFilePossible", [&device] { number = device.changeTypeFilePossible(); }},
+    };
+}
