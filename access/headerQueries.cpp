@@ -24,19 +24,19 @@ bool cTypDescriptor::isValidated() const
     return image != nullptr && loaded != 0;
 }
 
-unsigned short cTypDescriptor::getSlaveTypeHeader(SLAVE_TYPE_HEADER_INFO* result) const
+unsigned short cTypDescriptor::getSlaveTypeHeader(SLAVE_TYPE_HEADER_INFO* record) const
 {
     if (!isValidated())
         return in16Bits(kErrHeader);
-    *result = header;
+    *record = header;
     return kOk;
 }
 
-unsigned short cTypDescriptor::getSlaveTypeData(SLAVE_TYPEDATA_TYPE* result) const
+unsigned short cTypDescriptor::getSlaveTypeData(SLAVE_TYPEDATA_TYPE* record) const
 {
     if (!isValidated())
         return in16Bits(kErrFile);
-    *result = typeData;
+    *record = typeData;
     return qx410kStation != 0 ? 2 : in16Bits(typeCategory);
 }
 

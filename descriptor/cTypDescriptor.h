@@ -137,9 +137,9 @@ public:
     /// @{
 
     /// @return 0; kErrHeader when not loaded (the record is then left as it is)
-    unsigned short getSlaveTypeHeader(SLAVE_TYPE_HEADER_INFO* header) const;
+    unsigned short getSlaveTypeHeader(SLAVE_TYPE_HEADER_INFO* record) const;
     /// @return 0 category I, 1 category II, 2 station type QX410K; kErrFile when not loaded (record left as it is)
-    unsigned short getSlaveTypeData(SLAVE_TYPEDATA_TYPE* data) const;
+    unsigned short getSlaveTypeData(SLAVE_TYPEDATA_TYPE* record) const;
     /// The device family, 10 characters and a NUL.
     /// @param text  at least 11 bytes
     /// @return 0; kErrHeader when not loaded
@@ -312,10 +312,10 @@ private:
 
     void clearCheckResults();
     void releaseCheckResults();
-    int checkHeadLine(char** header);
-    int checkSlaveTypeHeader(char* header);
+    int checkHeadLine(char** start);
+    int checkSlaveTypeHeader(char* p);
     static int checkJNChar(char c);
-    int checkSlaveTypeDataCatI(char* typeData);
+    int checkSlaveTypeDataCatI(char* p);
     void startTypeData();
     int checkFixedBlock(const char* p);
     int checkFeatureFlag(char c, uint32_t features);
@@ -331,7 +331,7 @@ private:
     int checkModuleGroups(char*& p);
     int checkStationRules();
     int checkDelays(char*& p);
-    int checkSlaveTypeDataCatII(char* typeData);
+    int checkSlaveTypeDataCatII(char* p);
     int checkSlaveTypeDataDKM(char* p, int mode, char** next);
     int checkSlotNumbering(char* p, char** next);
     int checkSlaveTypeDataMLFBList(char* p, char** next);
@@ -340,10 +340,10 @@ private:
     bool takeModuleList(char*& p, int expectedNumber, ModuleList& list);
     bool takeSlotByNumber(char*& p, LSK_ITEM& entry);
     bool takeSlotByIdentifier(char*& p, LSK_ITEM& entry);
-    bool takeSlotPrmReference(char*& p, int32_t& spIndex);
+    bool takeSlotPrmReference(char*& p, int32_t& spIndex) const;
     int checkSlaveTypeDataSPT(char* p, char** next);
     int checkSlaveTypeDataSPTHelp(char* p, char** next);
-    int checkPresetSlot(char* p, CSLAVE_SLOT_PRESET_TYPE* preset, char** next);
+    int checkPresetSlot(char* p, CSLAVE_SLOT_PRESET_TYPE* preset, char** next) const;
     bool takeModuleIdentifier(char*& p, CSLAVE_SLOT_PRESET_TYPE& preset);
     int checkSPLinksInMLFBAndLSKList();
     int checkMLFBLinksInPoint36();
@@ -362,6 +362,7 @@ private:
     bool parseSlotParaBlock(int index, char** next, int* length, char** listPosition);
     void releaseParsedBlock();
     static int checkHelpBlock(PARA_HELPM_INFO* info, char* position, char** next);
+    const PARA_HELPM_INFO* findStationHelp(int number) const;
     bool findSlotHelp(int block, PARA_HELPM_INFO* info) const;
     static unsigned char atohex(char* text);
     bool isValidated() const;
@@ -405,7 +406,8 @@ private:
     int32_t prmEntryCount;
     PARA_HELPM_INFO* pslHelp; // owned
     int32_t pslHelpCount;
-    char* prmAreaEnd; // the module-structure record
+    uint16_t* pslHelpOfNumber; // owned; by help number: 1 + the index of its first block, 0 for none
+    char* prmAreaEnd;          // the module-structure record
 
     char* presetRecordPos;
     MLFB_ITEM* presetSlots; // owned

@@ -116,7 +116,7 @@ void cTypDescriptor::readTypeFile(const char* fileName)
     const auto size = static_cast<std::size_t>(length);
     allocateClearedImage(size + 1);
     imageSize = static_cast<uint32_t>(size);
-    if (std::fread(image, 1, size, file.get()) > 0)
+    if (std::fread(image, 1, size, file.get()) > 0 && std::ferror(file.get()) == 0)
         status = kOk;
 }
 
@@ -139,6 +139,7 @@ void cTypDescriptor::releaseCheckResults()
     delete[] userPrmBytes;
     delete[] prmEntries;
     delete[] pslHelp;
+    delete[] pslHelpOfNumber;
     delete[] presetSlots;
     delete[] mlfbItems;
     for (int32_t i = 0; moduleLists != nullptr && i < moduleListCount; ++i)
@@ -180,6 +181,7 @@ void cTypDescriptor::clearCheckResults()
     prmEntryCount = 0;
     pslHelp = nullptr;
     pslHelpCount = 0;
+    pslHelpOfNumber = nullptr;
     prmAreaEnd = nullptr;
 
     presetRecordPos = nullptr;

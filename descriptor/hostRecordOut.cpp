@@ -95,22 +95,14 @@ char* appendByte(char* text, uint8_t byte)
     return endPiece(text, RecordText(text).number(byte));
 }
 
-/// Appends the bytes of one preset slot in decimal; nothing for an identifier that does not stand alone.
-char* appendSlot(char* text, const CSLAVE_SLOT_PRESET_TYPE& slot, int normFormat)
+/// Appends the bytes of one preset slot in decimal.
+char* appendSlot(char* text, const CSLAVE_SLOT_PRESET_TYPE& slot)
 {
-    switch (CFG_DECODER().interpretCfgByte(slot.identifier, normFormat, kRoleIdentifier)) {
-    case kCfgEmpty:
-    case kCfgGeneral:
-    case kCfgCompact:
-        return appendByte(text, slot.identifier);
-    case kCfgSpecial:
-        break;
-    default:
+    text = appendByte(text, slot.identifier);
+    if (slot.kind != kCfgSpecial)
         return text;
-    }
     CFG_SPECIAL_INFO special;
     decodeSpecialByte(slot.identifier, special);
-    text = appendByte(text, slot.identifier);
     if (special.lengthBytes() > 0)
         text = appendByte(text, static_cast<uint8_t>(slot.lengthByte1));
     if (special.lengthBytes() > 1)
@@ -159,10 +151,6 @@ void cTypDescriptor::fillCategoryI(TYPEFILE_COM_QX410* record) const
     if (slotText == nullptr)
         return;
     *slotText = '\0';
-    for (int i = 0; i < presetCount; ++i) {
-        CSLAVE_SLOT_PRESET_TYPE slot;
-        if (getFixedSlotId(i, &slot) != kOk)
-            return;
-        slotText = appendSlot(slotText, slot, header.headerCnf);
-    }
+    for (int i = 0; i < presetCount; ++i)
+        slotText = appendSlot(slotText, presetSlots[i].preset);
 }

@@ -80,7 +80,7 @@
 /// The result codes by name. -201 to -220 end a GSD compilation, -301 to -305 are its warnings, collected and never
 /// returned; -100 and -202 stay inside the library.
 enum ResultCode {
-#define TYPDESCRIPTOR_ENUMERATOR(name, value, sentence) name = value,
+#define TYPDESCRIPTOR_ENUMERATOR(name, value, sentence) name = (value),
     TYPDESCRIPTOR_RESULT_CODES(TYPDESCRIPTOR_ENUMERATOR)
 #undef TYPDESCRIPTOR_ENUMERATOR
 };

@@ -45,8 +45,6 @@ public:
     /// A copy of a text.
     std::string_view text(std::string_view characters)
     {
-        if (characters.empty())
-            return {};
         auto* const copy = static_cast<char*>(allocate(characters.size(), 1));
         std::memcpy(copy, characters.data(), characters.size());
         return {copy, characters.size()};

@@ -136,8 +136,6 @@ void TypeFileGenerator::writeValueDescription(const GSD_EXT_PRM_DEF& definition)
                          .character(digitCharacter(definition.defaultValue & 0xFF))
                          .text("\"0\"1\""));
         break;
-    default:
-        break;
     }
 }
 

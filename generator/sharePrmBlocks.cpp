@@ -21,7 +21,7 @@ struct PrmBlockHash {
         const std::span<const std::uint8_t> data = module->extModulePrmData();
         std::size_t hash = std::hash<std::string_view>()({reinterpret_cast<const char*>(data.data()), data.size()});
         for (const GSD_PRM_REF_ITEM& item : module->refs)
-            hash = hash * 31 + item.reference * 257 + item.byteOffset;
+            hash = hash * 31 + std::size_t{item.reference} * 257 + item.byteOffset;
         return hash * 31 + static_cast<std::size_t>(module->prmDataEnd);
     }
 };

@@ -303,7 +303,7 @@ void cGsdCompiler::writeTypeFile(const char* outputName) const
 {
     const std::string name = outputName != nullptr ? outputName : defaultOutputName();
     if (const File file(std::fopen(name.c_str(), "wb")); file)
-        std::fwrite(model.image.data(), 1, model.image.imageLength, file.get());
+        static_cast<void>(std::fwrite(model.image.data(), 1, model.image.imageLength, file.get()));
 }
 
 std::string cGsdCompiler::defaultOutputName() const

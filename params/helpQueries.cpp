@@ -6,7 +6,6 @@
 #include "descriptor/cTypDescriptor.h"
 #include "typefile/scan.h"
 
-#include <algorithm>
 #include <cstddef>
 
 using namespace typefile;
@@ -14,15 +13,6 @@ using namespace typefile;
 namespace {
 
 constexpr std::ptrdiff_t kLineSize = helpLine::kLength + kTerminator.size();
-
-/// The first block of that number; null when there is none.
-const PARA_HELPM_INFO* findHelp(const PARA_HELPM_INFO* blocks, int count, int number)
-{
-    const PARA_HELPM_INFO* end = blocks + count;
-    const PARA_HELPM_INFO* found =
-        std::find_if(blocks, end, [number](const PARA_HELPM_INFO& block) { return block.helpNumber == number; });
-    return found != end ? found : nullptr;
-}
 
 void readHelpLine(const char* line, PARA_HELPMESSAGE_TYPE& message)
 {
@@ -42,11 +32,19 @@ int cTypDescriptor::getPSLHelpRef(int i) const
     return i >= 0 && i < pslHelpCount ? pslHelp[i].helpNumber : 0;
 }
 
+/// The first station help block of that number; null when there is none.
+const PARA_HELPM_INFO* cTypDescriptor::findStationHelp(int number) const
+{
+    if (pslHelpOfNumber == nullptr || number < 0 || number > kMaxHelpNumber || pslHelpOfNumber[number] == 0)
+        return nullptr;
+    return &pslHelp[pslHelpOfNumber[number] - 1];
+}
+
 int cTypDescriptor::getHelpMessageCnt(int block) const
 {
-    if (loaded == 0 || block == 0 || block > kMaxHelpNumber)
+    if (loaded == 0 || block == 0)
         return 0;
-    const PARA_HELPM_INFO* help = findHelp(pslHelp, pslHelpCount, block);
+    const PARA_HELPM_INFO* help = findStationHelp(block);
     return help != nullptr ? help->lineCount : 0;
 }
 
@@ -55,7 +53,7 @@ int cTypDescriptor::getParaHelpMessage(int block, int line, PARA_HELPMESSAGE_TYP
     if (loaded == 0 || block > kMaxHelpNumber)
         return 0;
     *message = PARA_HELPMESSAGE_TYPE();
-    const PARA_HELPM_INFO* help = findHelp(pslHelp, pslHelpCount, block);
+    const PARA_HELPM_INFO* help = findStationHelp(block);
     if (help == nullptr)
         return 0;
     // The line is not held against the block's line count: what stands behind the block is handed out as a line, but

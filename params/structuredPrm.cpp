@@ -118,7 +118,7 @@ void takeValueText(char*& p, char (&text)[Size])
 void setBits(std::uint8_t& byte, const DataType& type, const char* text)
 {
     for (int k = 0; k < type.bitCount; ++k) {
-        const auto mask = static_cast<std::uint8_t>(1u << (type.firstBit + k));
+        const auto mask = static_cast<std::uint8_t>(1U << (type.firstBit + k));
         const bool isSet = text[type.bitCount - 1 - k] == '1';
         byte = static_cast<std::uint8_t>(isSet ? byte | mask : byte & ~mask);
     }
@@ -274,8 +274,6 @@ int cTypDescriptor::checkRanges(char type, char* text, int bits, int count)
         break;
     case kBitGroup:
         isValid = bits == 0 ? isBinary(text, count) : decimalValue(text) <= std::ldexp(1.0, bits) - 1.0;
-        break;
-    default:
         break;
     }
     return isValid ? 1 : 0;

@@ -35,10 +35,9 @@ int cTypDescriptor::checkUserPrmBytes(char*& p)
 {
     const int room = typeData.userPrmDataLen - kFirstUserByte;
     int count = 0;
+    // The length of the fixed profile leaves no room for any.
     if (!takeRecordHead(p, kTagUserPrmBytes, count) || count > room)
         return kErrUserPrm;
-    if (fixedProfileStation != 0 && count != 0)
-        return kErrFixedProfile;
     if (room > 0)
         userPrmBytes = new uint8_t[static_cast<std::size_t>(room)]();
     userPrmByteCount = count;
@@ -79,8 +78,13 @@ int cTypDescriptor::checkUserPrmHelp(char*& p)
         return kErrHelpBlock;
     pslHelp = new PARA_HELPM_INFO[static_cast<std::size_t>(count)]();
     pslHelpCount = count;
-    for (int i = 0; i < count; ++i)
+    pslHelpOfNumber = new uint16_t[kMaxHelpNumber + 1]();
+    for (int i = 0; i < count; ++i) {
         if (checkHelpBlock(&pslHelp[i], p, &p) < 0)
             return kErrHelpBlock;
+        uint16_t& first = pslHelpOfNumber[pslHelp[i].helpNumber];
+        if (first == 0)
+            first = static_cast<uint16_t>(i + 1);
+    }
     return kOk;
 }

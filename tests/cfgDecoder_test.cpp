@@ -13,6 +13,7 @@
 #include <bitset>
 #include <cstdio>
 #include <cstring>
+#include <locale>
 #include <sstream>
 #include <vector>
 
@@ -114,6 +115,7 @@ std::string interpreted(const std::string& sequence)
     CFG_DECODER decoder;
     std::istringstream steps(sequence);
     std::ostringstream outcome;
+    outcome.imbue(std::locale::classic());
     for (std::string step; steps >> step;) {
         unsigned value = 0;
         int format = 0;

@@ -16,6 +16,13 @@ inline std::string withTerminators(std::string text)
     return text;
 }
 
+/// An image with a change "text=replacement".
+inline std::string edited(const std::string& image, const std::string& change)
+{
+    const std::size_t middle = change.find('=');
+    return replaced(image, withTerminators(change.substr(0, middle)), withTerminators(change.substr(middle + 1)));
+}
+
 /// Cases "changes > code", with the changes of TypeFileBuilder::with().
 inline void expectChecks(const TypeFileBuilder& good, std::string_view cases)
 {
@@ -30,10 +37,6 @@ inline void expectEdits(const std::string& image, std::string_view cases)
 {
     EXPECT_EQ(checkResult(image), 0);
     forEachCase(cases, [&image](const std::string& edit, const std::string& code) {
-        const std::size_t middle = edit.find('=');
-        EXPECT_EQ(checkResult(replaced(image, withTerminators(edit.substr(0, middle)),
-                                       withTerminators(edit.substr(middle + 1)))),
-                  std::stoi(code))
-            << edit;
+        EXPECT_EQ(checkResult(edited(image, edit)), std::stoi(code)) << edit;
     });
 }

@@ -12,7 +12,7 @@
 
 namespace {
 
-std::string edited(std::string record, std::size_t position, char c)
+std::string withCharacter(std::string record, std::size_t position, char c)
 {
     return record.replace(position, 1, 1, c);
 }
@@ -28,12 +28,12 @@ TEST(CheckDiagTexts, DeviceEntries)
         {record::deviceBit(63, '0', '1', ""), false},
         {record::deviceBit(1, '8', '1', ""), false},
         {record::deviceBit(1, '0', '2', ""), false},
-        {edited(bit, 0, 'X'), false},
-        {edited(bit, 3, ' '), false},
-        {edited(bit, 6, ' '), false},
-        {edited(bit, 8, ' '), false},
-        {edited(edited(bit, 39, 'A'), 41, 'A'), true}, // cancel each other out
-        {edited(edited(bit, 8, 'A'), 39, 'B'), false},
+        {withCharacter(bit, 0, 'X'), false},
+        {withCharacter(bit, 3, ' '), false},
+        {withCharacter(bit, 6, ' '), false},
+        {withCharacter(bit, 8, ' '), false},
+        {withCharacter(withCharacter(bit, 39, 'A'), 41, 'A'), true}, // cancel each other out
+        {withCharacter(withCharacter(bit, 8, 'A'), 39, 'B'), false},
         {group, true},
         {record::deviceGroup(1, '0', '8', 256, ""), false},
         {record::deviceGroup(1, '7', '1', 1, ""), true},
@@ -45,9 +45,9 @@ TEST(CheckDiagTexts, DeviceEntries)
         {record::deviceGroup(1, '/', '9', 0, ""), false},
         {record::deviceGroup(1, '/', '2', 3, ""), true}, // no lower bound for the first bit
         {record::deviceGroup(1, '/', '1', 1, ""), false},
-        {edited(group, 44, '-'), false},
-        {edited(group, 12, ' '), false},
-        {edited(edited(group, 43, ' '), 47, ' '), true},
+        {withCharacter(group, 44, '-'), false},
+        {withCharacter(group, 12, ' '), false},
+        {withCharacter(withCharacter(group, 43, ' '), 47, ' '), true},
     };
     for (const auto& [entry, isGood] : cases) {
         TypeFileBuilder file;
@@ -65,17 +65,16 @@ TEST(CheckDiagTexts, ChannelEntries)
         {entry, kOk},
         {record::channelError(15, ""), kErrChannelDiag},
         {record::channelError(32, ""), kErrChannelDiag},
-        {edited(entry, 0, 'X'), kErrChannelDiag},
-        {edited(entry, 5, ' '), kErrDeviceDiag}, // the one device code in a channel entry
-        {edited(edited(entry, 5, 'x'), 36, 'x'), kOk},
-        {edited(entry, 37, ','), kErrChannelDiag},
+        {withCharacter(entry, 0, 'X'), kErrChannelDiag},
+        {withCharacter(entry, 5, ' '), kErrDeviceDiag}, // the one device code in a channel entry
+        {withCharacter(withCharacter(entry, 5, 'x'), 36, 'x'), kOk},
+        {withCharacter(entry, 37, ','), kErrChannelDiag},
     };
     for (const auto& [one, code] : cases) {
         TypeFileBuilder file;
         file.channelDiag = {entry, one};
         EXPECT_EQ(checkResult(file.build()), code) << one;
     }
-    expectEdits(TypeFileBuilder().build(), "DKK000=DKX000 > -81 | DKK000=DKK-01 > -81 | DKK000=DKK00 > -81");
 }
 
 // "identifier headerCnf > kind lengthByte1 lengthByte2 mfrData[0]"; 17 is general for one configuration and compact for
@@ -104,48 +103,8 @@ TEST(CheckIdentifiers, Decoded)
         });
 }
 
-TEST(CheckIdentifiers, Refused)
-{
-    expectChecks(
-        TypeFileBuilder(),
-        "presetSlots=256 > -4 | presetSlots=-01 > -4 | presetSlots=001+headerCnf=N > -4 | presetSlots=064 > -4 | "
-        "presetSlots=064'005 > -4 | presetSlots=002'170' > -4 | presetSlots=128'256' > -4 | "
-        "presetSlots=128'-01' > -4 | presetSlots=193'005'003'170. > -4 | moduleKinds=E+presetSlots=017 > 0 | "
-        "moduleKinds=E+presetSlots=064'005' > -4 | moduleKinds=S+presetSlots=064'005' > 0 | "
-        "moduleKinds=S+presetSlots=000 > -4");
-}
-
-TEST(CheckLists, OneTextReplaced)
-{
-    const std::string image = TypeFileBuilder::fullFile().build();
-    expectEdits(image,
-                "MLFB002=MLFC002 > -86 | MLFB002=MLFB-02 > -86 | MLFB002=MLFB003 > -86 | '4711-M1=.4711-M1 > -86 | "
-                "4711-M1 =4711-M1 > -86 | '017'SP001='256'SP001 > -86 | '017'SP001='017SP001 > -86 | "
-                "'017'SP001='015'SP001 > 0 | '017'SP001='015SP001 > -86 | '017'SP001='017'SQ001 > -86 | "
-                "'017'SP001='017'SP003 > -86 | '017'SP001='017'SP-01 > -86 | '017'SP001'='017'SP001. > -86");
-    expectEdits(
-        image,
-        "LSK002=LSX002 > -87 | LSK002=LSK003 > -87 | SK001'V=SK002'V > -87 | SK002'B=SK003'B > -87 | "
-        "SK001'V=SK001.V > -87 | 'Valves ='Valves > -87 | KX002=KX003 > -87 | KX002=KX-02 > -87 | "
-        "KX002=ZZ002 > -87 | KX002=ZY002 > 0 | MV001=MV000 > -87 | MV001=KV001 > -87 | MV001=MZ001 > 0 | "
-        "033'Slot one=256'Slot one > -87 | 033'Slot one=033.Slot one > -87 | one            '=one            . > -87 | "
-        "one            'SP001=one            'SP003 > -87 | one            'SP001=one            'SP-01 > -87 | "
-        "two            'SP002'=two            'SP002. > -87 | 001'First=000'First > -87 | "
-        "001'First=002'First > 0 | 001'First=003'First > -87 | 001'First=-01'First > -87");
-    expectEdits(image, "SPT002=SPX002 > -88 | SPT002=SPT003 > -88 | SPT002=SPT001 > -89 | SP002^002=SP003^002 > -88 | "
-                       "'BGR24'='BGR25' > -88 | HTT001^HI001^L002^'ten=HTX001^HI001^L002^'ten > -89 | "
-                       "HI001^L002^'ten=HI002^L002^'ten > -89 | HI001^L002^'ten=HI000^L002^'ten > -89 | "
-                       "HI001^L002^'ten=HI001^L000^'ten > -28");
-}
-
 TEST(CheckLists, RulesBetweenGroups)
 {
-    // A device has preset slots or module lists; the second list is fixed and has one slot, which is no even number;
-    // the first needs 4 and 2 bytes beside 5 common ones and 7 of the telegram.
-    expectChecks(TypeFileBuilder::fullFile(),
-                 "presetSlots=017 > -87 | maxModule=001 > -87 | maxModule=002 > 0 | evenSlotNumber=J > -87 | "
-                 "orderNumbers= > -87 | "
-                 "userPrmLen=040 > -86 | userPrmLen=V018 > 0 | userPrmLen=V017 > -19 | slotPrmBlocks= > -86");
     TypeFileBuilder file = TypeFileBuilder::fullFile();
     file.moduleLists.pop_back();
     expectChecks(file, "evenSlotNumber=J > 0 | orderNumbers= > 0 | orderNumbers=+userPrmLen=040 > -87 | "
@@ -179,22 +138,6 @@ TEST(CheckLists, KgpModules)
     EXPECT_EQ(item.kgpData[1], 128);
     EXPECT_EQ(item.kgpData[2], 255);
     EXPECT_EQ(item.spIndex, -1);
-}
-
-TEST(CheckLists, SlotEntriesDecoded)
-{
-    const auto device = descriptorOf(TypeFileBuilder::fullFile().build());
-    ASSERT_EQ(device->checkTypeFileContents(), kOk);
-    LSK_ITEM slot;
-    ASSERT_EQ(device->getSKListItem(0, 1, &slot), kOk);
-    EXPECT_STREQ(slot.text, "Slot two            ");
-    EXPECT_EQ(slot.item.preset.mfrData[1], 187);
-    EXPECT_EQ(slot.item.preset.xSlot, 1);
-    EXPECT_EQ(slot.item.spIndex, 1);
-    ASSERT_EQ(device->getSKListItem(1, 0, &slot), kOk);
-    EXPECT_EQ(std::string(slot.item.mlfb).substr(0, 8), "4711-M1 ");
-    EXPECT_EQ(slot.item.preset.xSlot, 0);
-    EXPECT_EQ(slot.item.spIndex, 0);
 }
 
 } // namespace

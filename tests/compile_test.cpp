@@ -166,6 +166,10 @@ TEST(Compile, Refusals)
         cGsdCompiler compiler(image.data(), capacity);
         EXPECT_EQ(compiler.compile(path.c_str(), 0, nullptr), result);
         EXPECT_EQ(compiler.compile(path.c_str(), 0, nullptr), kErrGsdSecondCompile);
+        GSD_WARNING_ITEM none{-1, 0};
+        compiler.copySpareItems(&none);
+        EXPECT_EQ(compiler.spareCount(), 0U);
+        EXPECT_EQ(none.code, -1) << "there are no spare items to copy";
     }
     const std::string folder = fs::path(path).parent_path().string();
     fs::create_directory(folder + "/folder.GSD");

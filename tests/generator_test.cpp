@@ -1,4 +1,4 @@
-// The generator beyond what a few lines show: its lists, counts for which the layout has no room, shared parameter blocks
+// The generator beyond what a few lines show: counts for which the layout has no room, shared parameter blocks
 // against the rule pair by pair, and the end of the image.
 
 #include "descriptor/resultCodes.h"
@@ -12,38 +12,6 @@
 #include <vector>
 
 namespace {
-
-TEST(ModelLists, WalkAndLookUp)
-{
-    Arena arena;
-    GSD_LIST<int> list;
-    EXPECT_EQ(GSD_LIST_ITER<int>(list).next(), nullptr);
-    list.append(arena, 1);
-    list.append(arena, 2);
-    GSD_LIST_ITER<int> walk(list);
-    for (int round = 0; round < 2; ++round, walk.rewind()) {
-        EXPECT_EQ(*walk.next(), 1);
-        if (round == 1)
-            list.append(arena, 3); // the walk ends with what was the last element when it was made
-        EXPECT_EQ(*walk.next(), 2);
-        EXPECT_EQ(walk.next(), nullptr);
-        EXPECT_EQ(walk.next(), nullptr);
-    }
-    EXPECT_EQ(list.count(), 3U);
-
-    GSD_REFERENCE_LIST<GSD_EXT_PRM_DEF> definitions;
-    EXPECT_EQ(definitions.find(7), nullptr);
-    for (const int reference : {7, 263, 7, 65535}) {
-        GSD_EXT_PRM_DEF definition;
-        definition.reference = static_cast<std::uint16_t>(reference);
-        definition.dataType = static_cast<std::uint32_t>(definitions.count());
-        definitions.append(arena, definition);
-    }
-    EXPECT_EQ(definitions.find(7)->dataType, 0U);
-    EXPECT_EQ(definitions.find(0x10000 + 263)->dataType, 1U); // the low 16 bits count
-    EXPECT_EQ(definitions.find(0xFFFFFFFF)->dataType, 3U);
-    EXPECT_EQ(definitions.find(8), nullptr);
-}
 
 // Counts of four digits in a layout made for three: heads of lists end where they always end, other numbers take what they
 // need, and what follows stands where it always stands.
@@ -170,6 +138,14 @@ TEST(Generator, UndefinedReference)
     EXPECT_EQ(TypeFileGenerator(model).generateTypeFile(), kErrGsdReference);
     EXPECT_EQ(model.initError, 0);
     EXPECT_EQ(inShort({buffer.data() + 93, 30}), "007|PV000|PSL001|PS010\"{NUL}");
+
+    GsdModel ofModule(buffer.data(), 65000);
+    ofModule.image.clear();
+    ofModule.extPrmUsed = true;
+    GSD_MODULE module;
+    module.paramModuleNumber = 1;
+    ofModule.modules.append(ofModule.arena, module).refs.append(ofModule.arena, {5, 0});
+    EXPECT_EQ(TypeFileGenerator(ofModule).generateTypeFile(), kErrGsdReference);
 }
 
 } // namespace

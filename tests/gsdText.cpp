@@ -5,27 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <random>
-#include <vector>
 
 namespace {
-
-class TestFolder {
-public:
-    TestFolder()
-    {
-        std::random_device random;
-        do
-            path = std::filesystem::temp_directory_path() / ("typdescriptor_" + std::to_string(random()));
-        while (!std::filesystem::create_directory(path));
-    }
-    ~TestFolder() { std::filesystem::remove_all(path); }
-
-    std::filesystem::path path;
-};
 
 /// Takes the first line.
 std::string_view takeLine(std::string_view& lines)
@@ -77,20 +58,6 @@ GsdText& GsdText::add(std::string_view lines)
 unsigned GsdText::lineCount() const
 {
     return static_cast<unsigned>(std::count(text.begin(), text.end(), '\n'));
-}
-
-std::string putFile(const std::string& name, std::string_view contents)
-{
-    static const TestFolder folder;
-    const std::string path = (folder.path / name).string();
-    std::ofstream(path, std::ios::binary) << contents;
-    return path;
-}
-
-std::string fileContents(const std::string& path)
-{
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 std::string Compiled::outcome() const

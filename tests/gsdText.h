@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include "tests/testFiles.h"
+
 #include <array>
 #include <cstdint>
 #include <string>
@@ -25,11 +27,6 @@ private:
 
     std::string text;
 };
-
-/// Writes a file into a folder of the test process, which is gone when the process ends. Returns its path.
-std::string putFile(const std::string& name, std::string_view contents);
-/// The contents of a file; empty when there is none.
-std::string fileContents(const std::string& path);
 
 struct Compiled {
     int result = 0;

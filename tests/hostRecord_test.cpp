@@ -81,7 +81,8 @@ std::string image(const std::string& records)
 
 std::string imageOf(const TYPEFILE_COM_QX410& fields)
 {
-    return TypDescriptorTestAccess::image(cTypDescriptor(&fields)).c_str();
+    const std::string whole = TypDescriptorTestAccess::image(cTypDescriptor(&fields));
+    return whole.substr(0, whole.find('\0'));
 }
 
 int checkResult(const TYPEFILE_COM_QX410& fields)

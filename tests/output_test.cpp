@@ -1,14 +1,13 @@
 // What leaves a descriptor: the object image, the written type file and the order number.
 
 #include "descriptor/cTypDescriptor.h"
+#include "tests/gsdText.h"
 #include "tests/typeFileBuilder.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <string>
 
@@ -18,37 +17,6 @@ constexpr unsigned short in16Bits(int code)
 {
     return static_cast<unsigned short>(code);
 }
-
-/// A directory of its own for each test, gone afterwards.
-class Output : public testing::Test {
-protected:
-    void SetUp() override
-    {
-        const testing::TestInfo* info = testing::UnitTest::GetInstance()->current_test_info();
-        directory = std::filesystem::temp_directory_path() / (std::string("typdescriptor_") + info->name());
-        std::filesystem::remove_all(directory);
-        std::filesystem::create_directory(directory);
-    }
-    void TearDown() override { std::filesystem::remove_all(directory); }
-
-    std::string path(const std::string& name) const { return (directory / name).string(); }
-
-    std::string put(const std::string& name, const std::string& contents) const
-    {
-        std::ofstream(path(name), std::ios::binary) << contents;
-        return path(name);
-    }
-
-    static std::string contents(const std::string& file)
-    {
-        if (!std::filesystem::is_regular_file(file))
-            return {};
-        std::ifstream stream(file, std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
-
-    std::filesystem::path directory;
-};
 
 using Device = std::unique_ptr<cTypDescriptor>;
 
@@ -85,14 +53,7 @@ std::string fileOfSize(std::size_t size)
     return file.build();
 }
 
-/// A GSD file that compiles.
-const std::string kGsd =
-    "#Profibus_DP\nGSD_Revision=2\nVendor_Name=\"Kessel\"\nModel_Name=\"Drive\"\nRevision=\"1\"\nIdent_Number=1\n"
-    "Protocol_Ident=0\nStation_Type=0\nHardware_Release=\"1\"\nSoftware_Release=\"1\"\n"
-    "9.6_supp=1\nMaxTsdr_9.6=60\nMin_Slave_Intervall=1\nMax_Diag_Data_Len=6\n"
-    "Module=\"In\" 0x10\nEndModule\n";
-
-TEST_F(Output, ObjectImageComesBackAsItWas)
+TEST(Output, ObjectImageComesBackAsItWas)
 {
     std::string fileWithoutEnd = changeableFile().build() + "behind the end";
     fileWithoutEnd.replace(fileWithoutEnd.find("right"), 5, "now\0n", 5);
@@ -121,22 +82,7 @@ TEST_F(Output, ObjectImageComesBackAsItWas)
     }
 }
 
-TEST_F(Output, CompiledImageIsStoredWithItsOrigin)
-{
-    cTypDescriptor compiled(put("drive.gsd", kGsd).c_str(), 0, nullptr);
-    ASSERT_EQ(compiled.checkTypeFileContents(), kOk);
-    std::string object(compiled.getDataSize(), '?');
-    EXPECT_EQ(compiled.writeObject(object.data()), 1);
-    EXPECT_EQ(object.substr(object.size() - 8), std::string("\1\0\0\0\2\0\0\0", 8));
-
-    cTypDescriptor stored(static_cast<unsigned short>(object.size()), object.data());
-    ASSERT_EQ(stored.checkTypeFileContents(), kOk);
-    std::string again(stored.getDataSize(), '?');
-    EXPECT_EQ(stored.writeObject(again.data()), 1);
-    EXPECT_EQ(again, object);
-}
-
-TEST_F(Output, ObjectImageWithoutRoomForItsTrailerIsEmpty)
+TEST(Output, ObjectImageWithoutRoomForItsTrailerIsEmpty)
 {
     for (unsigned short size = 0; size < 8; ++size) {
         cTypDescriptor device(size, nullptr);
@@ -149,12 +95,12 @@ TEST_F(Output, ObjectImageWithoutRoomForItsTrailerIsEmpty)
     EXPECT_EQ(cTypDescriptor(8, nullptr).getStatus(), kErrFile);
 }
 
-TEST_F(Output, ObjectSizeWrapsAround)
+TEST(Output, ObjectSizeWrapsAround)
 {
     for (const std::size_t size : {65527U, 65528U, 65534U}) {
         const std::string image = fileOfSize(size);
         ASSERT_EQ(image.size(), size);
-        cTypDescriptor device(put("large.410", image).c_str(), 0, nullptr);
+        cTypDescriptor device(putFile("large.410", image).c_str(), 0, nullptr);
         ASSERT_EQ(device.checkTypeFileContents(), kOk);
         EXPECT_EQ(device.getDataSize(), (size + 8) % 65536);
         std::string object(size + 8, '?');
@@ -164,7 +110,7 @@ TEST_F(Output, ObjectSizeWrapsAround)
     }
 }
 
-TEST_F(Output, CategoryIIIsNeitherStoredNorWritten)
+TEST(Output, CategoryIIIsNeitherStoredNorWritten)
 {
     const Device device = checked(TypeFileBuilder::categoryIIFile());
     char untouched = '?';
@@ -172,11 +118,12 @@ TEST_F(Output, CategoryIIIsNeitherStoredNorWritten)
     EXPECT_EQ(device->writeObject(&untouched), 0);
     EXPECT_EQ(untouched, '?');
     EXPECT_EQ(device->changeTypeFilePossible(), 0);
-    EXPECT_EQ(device->writeTypeFile(path("new.410").c_str()), in16Bits(kErrNotChangeable));
-    EXPECT_FALSE(std::filesystem::exists(path("new.410")));
+    const std::string target = newFile("new.410");
+    EXPECT_EQ(device->writeTypeFile(target.c_str()), in16Bits(kErrNotChangeable));
+    EXPECT_FALSE(std::filesystem::exists(target));
 }
 
-TEST_F(Output, TypeFileIsWrittenOnlyWhereItMayBe)
+TEST(Output, TypeFileIsWrittenOnlyWhereItMayBe)
 {
     TypeFileBuilder fixed = changeableFile();
     fixed.changeable = "N";
@@ -189,23 +136,23 @@ TEST_F(Output, TypeFileIsWrittenOnlyWhereItMayBe)
         std::string target;
         int expected;
     } cases[] = {
-        {"new", path("new.410"), kOk},
-        {"invalid", put("invalid.410", "not a type file;\r\n" + std::string(70000, 'x')), kOk},
-        {"empty", put("empty.410", ""), kOk},
-        {"itself", put("itself.410", image + "behind the end"), kOk},
-        {"changeable", put("other.410", other.build()), kOk},
-        {"protected", put("fixed.410", fixed.build()), kErrTargetProtected},
-        {"directory", directory.string(), kErrWriteOpen},
-        {"no directory", path("missing/new.410"), kErrWriteOpen},
+        {"new", newFile("new.410"), kOk},
+        {"invalid", putFile("invalid.410", "not a type file;\r\n" + std::string(70000, 'x')), kOk},
+        {"empty", putFile("empty.410", ""), kOk},
+        {"itself", putFile("itself.410", image + "behind the end"), kOk},
+        {"changeable", putFile("other.410", other.build()), kOk},
+        {"protected", putFile("fixed.410", fixed.build()), kErrTargetProtected},
+        {"directory", std::filesystem::path(putFile("x", "")).parent_path(), kErrWriteOpen},
+        {"no directory", putFile("x", "") + "/new.410", kErrWriteOpen},
         {"full device", "/dev/full", kErrWrite},
     };
     for (const auto& row : cases) {
-        const std::string before = contents(row.target);
-        cTypDescriptor device(put("source.410", image).c_str(), 0, nullptr);
+        const std::string before = fileContents(row.target);
+        cTypDescriptor device(putFile("source.410", image).c_str(), 0, nullptr);
         EXPECT_EQ(device.writeTypeFile(row.target.c_str()), in16Bits(kErrMemory)) << row.name << ", not loaded";
         ASSERT_EQ(device.checkTypeFileContents(), kOk);
         EXPECT_EQ(device.writeTypeFile(row.target.c_str()), in16Bits(row.expected)) << row.name;
-        EXPECT_EQ(contents(row.target), row.expected == kOk ? image : before) << row.name;
+        EXPECT_EQ(fileContents(row.target), row.expected == kOk ? image : before) << row.name;
         // The order number is open from the moment on at which the target was.
         const bool isOpened = row.expected == kOk || row.expected == kErrWrite;
         char text[31];
@@ -218,21 +165,22 @@ TEST_F(Output, TypeFileIsWrittenOnlyWhereItMayBe)
     large.maxModule = "244";
     large.presetSlots.assign(244, record::presetSlot("193\"000\"000\"170\""));
     EXPECT_EQ(checked(large)->writeTypeFile("/dev/full"), in16Bits(kErrWrite));
-    EXPECT_EQ(checked(fixed)->writeTypeFile(path("new.410").c_str()), in16Bits(kErrNotChangeable));
+    EXPECT_EQ(checked(fixed)->writeTypeFile(newFile("new.410").c_str()), in16Bits(kErrNotChangeable));
 }
 
-TEST_F(Output, GsdFilesThatCompileAreProtected)
+TEST(Output, GsdFilesThatCompileAreProtected)
 {
-    const std::string target = put("drive.gsd", kGsd);
-    const std::string broken = put("broken.gsd", kGsd + "Vendor_Name=\"twice\"\n");
+    const std::string gsd = GsdText::of("compact // Module = 'In' 0x10 // EndModule").str();
+    const std::string target = putFile("drive.gsd", gsd);
+    const std::string broken = putFile("broken.gsd", gsd + "Vendor_Name=\"twice\"\n");
     const Device device = checked(changeableFile());
     EXPECT_EQ(device->writeTypeFile(target.c_str()), in16Bits(kErrTargetProtected));
-    EXPECT_EQ(contents(target), kGsd);
+    EXPECT_EQ(fileContents(target), gsd);
     EXPECT_EQ(device->writeTypeFile(broken.c_str()), kOk);
-    EXPECT_EQ(contents(broken), changeableFile().build());
+    EXPECT_EQ(fileContents(broken), changeableFile().build());
 }
 
-TEST_F(Output, OrderNumberIsTrimmedAndClosedAgain)
+TEST(Output, OrderNumberIsTrimmedAndClosedAgain)
 {
     const struct {
         const char* name;
@@ -272,8 +220,9 @@ TEST_F(Output, OrderNumberIsTrimmedAndClosedAgain)
         EXPECT_EQ(device->writeObject(object.data()), 1);
         EXPECT_EQ(object.substr(0, object.size() - 8), expected) << row.name;
         for (int round = 0; round < 2; ++round) {
-            EXPECT_EQ(device->writeTypeFile(path("new.410").c_str()), kOk) << row.name;
-            EXPECT_EQ(contents(path("new.410")), expected) << row.name;
+            const std::string target = newFile("new.410");
+            EXPECT_EQ(device->writeTypeFile(target.c_str()), kOk) << row.name;
+            EXPECT_EQ(fileContents(target), expected) << row.name;
         }
     }
     char text[31] = "untouched";
@@ -281,7 +230,7 @@ TEST_F(Output, OrderNumberIsTrimmedAndClosedAgain)
     EXPECT_STREQ(text, "untouched");
 }
 
-TEST_F(Output, HeadLineIsReadAroundTheOrderNumberInEveryState)
+TEST(Output, HeadLineIsReadAroundTheOrderNumberInEveryState)
 {
     const Device device = checked(changeableFile());
     const auto record = [&device] {
@@ -293,22 +242,22 @@ TEST_F(Output, HeadLineIsReadAroundTheOrderNumberInEveryState)
     EXPECT_EQ(record(), "Left  right|DX-7/40   ");
     EXPECT_EQ(device->getMLFBstring(text), kOk);
     EXPECT_EQ(record(), "Left  right|DX-7/40");
-    EXPECT_EQ(device->writeTypeFile(path("new.410").c_str()), kOk);
+    EXPECT_EQ(device->writeTypeFile(newFile("new.410").c_str()), kOk);
     EXPECT_EQ(record(), "Left     right|DX-7/40>    right\r\nV5.0;\r\nValv");
 }
 
-TEST_F(Output, WrittenOrderNumberIsHandedOutToItsThirtiethCharacter)
+TEST(Output, WrittenOrderNumberIsHandedOutToItsThirtiethCharacter)
 {
     TypeFileBuilder file = changeableFile();
     file.headLine = "<DX-7>" + std::string(40, ' ');
     const Device device = checked(file);
-    EXPECT_EQ(device->writeTypeFile(path("new.410").c_str()), kOk);
+    EXPECT_EQ(device->writeTypeFile(newFile("new.410").c_str()), kOk);
     char text[31];
     EXPECT_EQ(device->getMLFBstring(text), kOk);
     EXPECT_EQ(text, "DX-7>" + std::string(25, ' '));
 }
 
-TEST_F(Output, TrimmingStaysInTheHeadLine)
+TEST(Output, TrimmingStaysInTheHeadLine)
 {
     TypeFileBuilder file = changeableFile();
     file.headLine = "short";

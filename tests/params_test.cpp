@@ -2,13 +2,13 @@
 // rest is refused, and which parameter bytes come out.
 
 #include "descriptor/cTypDescriptor.h"
+#include "tests/checkCases.h"
 #include "tests/typeFileBuilder.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cstdio>
-#include <sstream>
 #include <string>
 #include <utility>
 
@@ -131,39 +131,11 @@ TEST(PrmGroups, OneTextReplaced)
     file.helpBlocks = {helpBlock(2, {helpLine(0, "off"), helpLine(65432, "on")})};
     const std::string image = file.build();
 
-    struct Case {
-        int code;
-        const char* edits; // "from>to", one after the other, each on its own
-    };
-    const Case cases[] = {
-        {kErrUserPrm, R"(PV003>PW003|PV003;>PV003:|PV003>PV014|PV003>PV-03|Aa;>Aa:|PSL006;>PSL006:)"},
-        {kErrUserPrm, R"(PSL006>PSL-06)"},
-        {kErrUserPrmByte, R"(Aa;>Ag;|Aa;>gA;|PV003>PV004)"},
-        {kErrPrmList, R"(PV003>PV002)"},
-        {kErrPrmRecord, R"(PSL006>PSL007|PS007>PX007|PS007>PS006|PS018>PS020|PS007">PS007'| "BYTE>  BYTE)"},
-        {kErrPrmRecord, R"(BYTE ">BYTE '|"00000011>"000000000|"12"13">"0000121"|"13">"0000013"|HI001">HJ001")"},
-        {kErrPrmRecord, R"(HI001">HI-01"|HI001">HI001'|HI001";>HI001":)"},
-        {kErrPrmValue, R"(BYTE >WORD |BYTE >BYTE1|"00000011>"256|"12">"256"|"13">"000256"|"13">"x"|BIT6 >BIT8 )"},
-        {kErrPrmValue, R"(BIT6 >BIT/ |BGR23>BGR83|BGR23>BGR/3|BGR23"101"4"7>BGR20"""|BGR23>BGR63|"101">"01"|"7">"8")"},
-        {kErrPrmValue, R"(10100101>1010010|"254">"256"|-32768>-32769|65535>65536|PS018>PS019|PS009>PS008)"},
-        {kErrPrmValue, R"(PS010>PS009|PS018>PS011|"12">"-0"|"12">"abc"|"12">"0x1"|"13">"999999"|32767>32768)"},
-        {kErrPrmValue, R"("1"0"1">"2"0"1"|"1"0"1">""0"1"|"1"0"1">"1"00"1"|"101">"1010"|"101">"121"|10100101>10x00101)"},
-        {kErrHelpBlock, R"(HTT001;>HTT001:|HTT001>HTT-01|HTT001>HTT002|HI002>HJ002|HI002;>HI002:|HI002>HI-02)"},
-        {kErrHelpBlock, R"(L002>M002|L002;>L002:|L002>L|L002>L000|L002>L003|L002>L0002|65432>65536|65432>   -1)"},
-        {kErrHelpBlock, R"("off>'off| "65432>  65432|65432">65432 |65432";>65432":)"},
-        {kErrSlotPrm, R"(SP001>SQ001|SP001>SP000|SP001>SP002|SP001;>SP001:|017;>000;|017;>238;|017;>-02;)"},
-        {kErrSlotPrm, R"(017;>017:|PV001>PW001|0B;>0G;|0B;>0B:|PSL001>PSM001|PSL001>PSL002)"},
-        {kErrSlotPrm, R"(PS000>PS016|PS000>PS017|[Slot>[slot|[UINT>(UINT|UINT ]>BIT  ]|UINT ]>UINT ))"},
-        {kErrSlotPrm, R"([000]>[001]|[000];>[000]:|PV001>PV002)"},
-        {kOk, R"(00000011">00000011x|"12">"000012"|PS008"Bit>PS007"Bit|L002>L2|UINT ]>INT  ])"},
-        {kOk, R"(PS000>PS015|"12">"0000"|"12">""|"12">" 7x"|"13">"-99999"|"4"7">"-8"abc"|65535>-1)"},
-    };
-    for (const Case& c : cases) {
-        std::istringstream edits(c.edits);
-        for (std::string from, to; std::getline(edits, from, '>') && std::getline(edits, to, '|');)
-            EXPECT_EQ(descriptorOf(replaced(image, from, to))->checkTypeFileContents(), c.code) << from << '>' << to;
-    }
+    forEachCaseIn("parameters.txt", [&image](const std::string&, const std::string& change, const std::string& code) {
+        EXPECT_EQ(checkResult(edited(image, change)), std::stoi(code)) << change;
+    });
     EXPECT_EQ(checked(station({slotNumberPrm(7, "BYTE ")})), kErrPrmRecord);
+    EXPECT_EQ(checked(station({prm(7, "", "BIT0 ", "1", "0", "1"), prm(7, "", "BYTE ", "1", "0", "1")})), kErrPrmValue);
     EXPECT_EQ(checked(slotDevice({slotPrmBlock(1, 1, {"01", "02"}, {})})), kErrSlotPrm);
 }
 

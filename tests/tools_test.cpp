@@ -2,7 +2,8 @@
 //
 // The devices are the examples; the expected telegrams were worked out by hand from their GSD files.
 
-#include "caseTable.h"
+#include "tests/caseTable.h"
+#include "tests/testFiles.h"
 
 #include "tools/configuration.h"
 #include "tools/deviceJson.h"
@@ -15,12 +16,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <set>
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -31,31 +27,20 @@ Device example(const std::string& name)
     return readDevice(descriptor);
 }
 
+template <class Check>
+void forEachCaseOf(const std::string& wanted, Check check)
+{
+    forEachCaseIn("tools.txt", [&](const std::string& section, const std::string& input, const std::string& expected) {
+        if (section == wanted)
+            check(input, expected);
+    });
+}
+
 std::vector<std::uint8_t> bytesOf(const std::string& hex)
 {
     std::string wrong;
     return parseHexBytes({hex}, wrong).value_or(std::vector<std::uint8_t>());
 }
-
-/// A file in a folder that is gone at the end of the test.
-class TemporaryFile {
-public:
-    TemporaryFile(const std::string& name, const std::string& contents)
-    {
-        std::string pattern = (fs::temp_directory_path() / "typdesc-XXXXXX").string();
-        folder = mkdtemp(pattern.data());
-        std::ofstream(folder / name, std::ios::binary) << contents;
-        path = (folder / name).string();
-    }
-    ~TemporaryFile() { fs::remove_all(folder); }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-    std::string path;
-
-private:
-    fs::path folder;
-};
 
 } // namespace
 
@@ -77,19 +62,7 @@ TEST(ToolTexts, AreConvertedAndCompared)
 
 TEST(ToolIdentifiers, AreSaidInWordsAndTurnedForTheWire)
 {
-    // Bytes as in the type file, "c" for the compact format > words, wire bytes.
-    const char* const cases =
-        "00 > free place [00] | 10 > 1 byte input [10] | 90 > 1 byte input [90] | "
-        "A1 > 2 bytes output, consistent over the whole length [A1] | D0 > 1 word input, consistent over the whole "
-        "length [D0] | 71 > 2 words input, consistent word by word; 2 words output, consistent word by word [71] | "
-        "0F > no data [0F] | 02 11 22 > no data; manufacturer's bytes 11 22 [02 11 22] | "
-        "4F 07 > 8 bytes input, consistent byte by byte [4F 07] | 40 FF > 64 words input, consistent over the whole "
-        "length [40 FF] | 81 C0 33 > 1 word output, consistent over the whole length; manufacturer's bytes 33 "
-        "[81 C0 33] | C1 03 85 AA > 4 bytes input, consistent byte by byte; 6 bytes output, consistent over the whole "
-        "length; manufacturer's bytes AA [C1 85 03 AA] | c 08 > 1 byte input [08] | "
-        "c 0B > 2 bytes input, consistent byte by byte [0B] | c 9D > 2 words input, consistent word by word; 2 words "
-        "output, consistent over the whole length [9D]";
-    forEachCase(cases, [](const std::string& input, const std::string& expected) {
+    forEachCaseOf("identifiers", [](const std::string& input, const std::string& expected) {
         const bool isCompact = input[0] == 'c';
         const std::vector<std::uint8_t> bytes = bytesOf(isCompact ? input.substr(2) : input);
         const std::size_t lengthBytes = bytes[0] >= 0xC0U ? 2 : bytes[0] >= 0x40U ? 1 : 0;
@@ -112,29 +85,7 @@ TEST(ToolIdentifiers, AreSaidInWordsAndTurnedForTheWire)
 TEST(ToolDiagnosis, ExplainsTelegrams)
 {
     const Device drive = example("MDRV0C21.GSE");
-    // Telegram > texts that stand in the explanation, separated by "/"; behind "!" problems.
-    const char* const cases =
-        "02 05 00 FF 0C 21 > station is not ready/must be parameterised anew/master: none/ident number: 0x0C21 | "
-        "08 0C 80 02 0C 21 > extended diagnosis/watchdog on/diagnosis overflow/master: address 2 | "
-        "00 04 00 02 0C 22 > !ident number 0C 22 is not that of the device, 0C 21 | "
-        // A bit with a text, one without, a text for the bit clear and its counterpart, areas with and without a text.
-        "08 0C 00 02 0C 21 02 81 > byte 1 bit 0 set: Drive fault/byte 1 bit 7 set: Earth fault | "
-        "08 0C 00 02 0C 21 03 00 00 > byte 2 bit 7 clear: Mains contactor/ | "
-        "08 0C 00 02 0C 21 04 00 04 2B > byte 2 bit 2 set: (the device has no text for it)/byte 3 bits 0-2 = 3: "
-        "Operation enabled/byte 3 bit 3 set: (the device/byte 3 bit 5 set: (the device | "
-        "08 0C 00 02 0C 21 05 00 00 05 C0 > byte 3 bits 0-2 = 5: (the device/byte 4 bits 6-7 = 3: (the device | "
-        "08 0C 00 02 0C 21 43 05 80 > identifier 0 (place 1)/identifier 2 (place 3)/identifier 15 (place 16) | "
-        "08 0C 00 02 0C 21 42 00 > no identifier has a diagnosis | "
-        "08 0C 00 02 0C 21 BF 7F A6 > identifier 63 (place 64), channel 63, input, word: line break (error type 6) | "
-        "08 0C 00 02 0C 21 80 C0 30 > channel 0, input and output, bit: Analog input: wire break (error type 16) | "
-        "08 0C 00 02 0C 21 80 80 4A > output, 2 bits: reserved (error type 10) | "
-        "08 0C 00 02 0C 21 80 00 1F > channel 0: (the device has no text for it) (error type 31) | "
-        "08 0C 00 02 0C 21 C5 > revision 5 | "
-        "08 0C 00 02 0C 21 00 AA BB > !device-related block at byte 7 (header 0x00): a block has at least 2 bytes | "
-        "08 0C 00 02 0C 21 41 AA > !identifier-related block at byte 7 (header 0x41): a block has at least 2 bytes | "
-        "08 0C 00 02 0C 21 06 01 > Drive fault/!device-related block at byte 7 (header 0x06): the answer is cut, 2 of "
-        "6 | 08 0C 00 02 0C 21 80 01 > !channel entry at byte 7 (header 0x80): the answer is cut, 2 of 3 bytes";
-    forEachCase(cases, [&drive](const std::string& hex, const std::string& expected) {
+    forEachCaseOf("diagnosis", [&drive](const std::string& hex, const std::string& expected) {
         const Diagnosis diagnosis = explainDiagnosis(drive, bytesOf(hex));
         std::string text = diagnosisText(diagnosis, false) + '!';
         for (const std::string& problem : diagnosis.problems)
@@ -222,22 +173,8 @@ TEST(ToolConfiguration, TakesNegativeValuesAndNamesWithOtherBlanks)
 
 TEST(ToolConfiguration, RefusesWhatTheDeviceDoesNotHave)
 {
-    // Arguments, those with ":" ahead of "=" are values > what the refusal says.
-    const char* const cases =
-        "0=AK741 > slot 0: the device has slots 1 to 20 | 21=AK741 > slots 1 to 20 | x=AK741 > expected N=MODULE | "
-        "3 > expected N=MODULE | 3=nothing > slot 3: module 'nothing' is not there: there are #1 AK721 | 3= > slot 3: "
-        "module '' is not | "
-        "3=AK72 > 'AK72' may be #1 AK721 DI 8 x 24 V DC, #2 AK722 DI 16 x 24 V DC, #10 | 3=#16 > #1 to #15 are | "
-        "99999=AK741 > expected N=MODULE | 0:Nothing=1 > station: parameter 'Nothing' is not there | "
-        "0:Data format=3 > station: Data format: 3 is out of its range, 0 to 2 | "
-        "0:Data format=wired > 'wired' is neither a number nor one of its value texts | "
-        "0:Data format= > is neither a number | 0:Data format > expected SLOT:PARAM=VALUE | "
-        "0:Bus monitoring time (ms)=60001 > out of its range, 10 to 60000 | "
-        "0:Bus monitoring time (ms)=99999999999999999999 > is neither a number | 1:Data format=1 > slot 1 has no "
-        "parameters | 9:Data format=1 > slot 9: nothing is in this slot | "
-        "2:Substitute pattern=-1 > out of its range, 0 to 255";
     const Device device = example("SLOTPARM.GSE");
-    forEachCase(cases, [&device](const std::string& argument, const std::string& expected) {
+    forEachCaseOf("choices", [&device](const std::string& argument, const std::string& expected) {
         const bool isValue = argument.find(':') < argument.find('=');
         try {
             isValue ? configure(device, {}, {argument}) : configure(device, {argument}, {});
@@ -302,13 +239,14 @@ TEST(ToolShow, SaysTheSameInTextAndJson)
 
 TEST(ToolFindings, ShowTheKeywordOfTheLine)
 {
-    const TemporaryFile file("bad device.gsd", "#Profibus_DP\n\tModel_Name = \\\n\n  \"M\" ; the name\n \tIdent_Number="
-                                               "99999\n");
-    FileReport report = checkFile(file.path);
+    const std::string file =
+        putFile("bad device.gsd", "#Profibus_DP\n\tModel_Name = \\\n\n  \"M\" ; the name\n \tIdent_Number="
+                                  "99999\n");
+    FileReport report = checkFile(file);
     ASSERT_EQ(report.findings.size(), 1U);
-    EXPECT_EQ(findingsText(report, false), file.path + ":5: error: " + resultText(kErrGsdNumber) +
+    EXPECT_EQ(findingsText(report, false), file + ":5: error: " + resultText(kErrGsdNumber) +
                                                " (-209)\n  5 |  \tIdent_Number=99999\n    |  \t^~~~~~~~~~~~\n");
-    const SourceText source(file.path);
+    const SourceText source(file);
     EXPECT_EQ(source.gsdExcerpt(4).line, 2) << "the keyword stands where the line begins";
     EXPECT_EQ(source.gsdExcerpt(7).line, 0);
 
@@ -321,7 +259,7 @@ TEST(ToolFindings, ShowTheKeywordOfTheLine)
     EXPECT_EQ(result["level"], "error");
     EXPECT_EQ(result["message"]["text"], resultText(kErrGsdNumber));
     const auto& place = result["locations"][0]["physicalLocation"];
-    EXPECT_EQ(place["artifactLocation"]["uri"], uriOf(file.path));
+    EXPECT_EQ(place["artifactLocation"]["uri"], uriOf(file));
     EXPECT_EQ(place["region"]["startLine"], 5);
     EXPECT_EQ(place["region"]["startColumn"], 3);
     EXPECT_EQ(place["region"]["endColumn"], 15);
@@ -339,14 +277,13 @@ TEST(ToolFindings, ShowTheKeywordOfTheLine)
 
 TEST(ToolFindings, TellThePlaceInATypeFile)
 {
-    const TemporaryFile gsd("a.gsd", "#Profibus_DP\nModel_Name=\"M\"\n");
-    EXPECT_NE(findingsText(checkFile(gsd.path), false).find("[missing: Vendor_Name, Revision, "), std::string::npos);
+    const std::string gsd = putFile("a.gsd", "#Profibus_DP\nModel_Name=\"M\"\n");
+    EXPECT_NE(findingsText(checkFile(gsd), false).find("[missing: Vendor_Name, Revision, "), std::string::npos);
 
-    const fs::path good = fs::path(gsd.path).replace_filename("good.410");
+    const std::string good = newFile("good.410");
     const cTypDescriptor written(TYPDESCRIPTOR_SOURCE_DIR "/examples/gsd/SLOTPARM.GSE", 1, good.c_str());
-    EXPECT_TRUE(checkFile(good.string()).findings.empty());
-    std::ifstream stream(good, std::ios::binary);
-    const std::string whole{std::istreambuf_iterator<char>(stream), {}};
+    EXPECT_TRUE(checkFile(good).findings.empty());
+    const std::string whole = fileContents(good);
     // What is replaced, by what > line (the head line is the first) and detail.
     const char* const cases = "45839;=4583x; > 8 ident number | DKM=DKX > 0  | 0001011111;=0000000000; > 24 baud rates";
     forEachCase(cases, [&](const std::string& change, const std::string& expected) {
@@ -355,8 +292,8 @@ TEST(ToolFindings, TellThePlaceInATypeFile)
         const std::size_t position = text.find(change.substr(0, mark));
         ASSERT_NE(position, std::string::npos) << change;
         text.replace(position, mark, change.substr(mark + 1));
-        const TemporaryFile file("bad.410", text);
-        const FileReport report = checkFile(file.path);
+        const std::string file = putFile("bad.410", text);
+        const FileReport report = checkFile(file);
         ASSERT_EQ(report.findings.size(), 1U) << change;
         EXPECT_EQ(std::to_string(report.findings[0].line) + ' ' + report.findings[0].detail, expected) << change;
     });

@@ -108,59 +108,41 @@ std::string categoryIIOf(const TypeFileBuilder& file)
 
 using F = TypeFileBuilder;
 
-const std::map<std::string_view, std::string F::*> kFields = {{"headLine", &F::headLine},
-                                                              {"version", &F::version},
-                                                              {"modelName", &F::modelName},
-                                                              {"vendorName", &F::vendorName},
-                                                              {"family", &F::family},
-                                                              {"periphery", &F::periphery},
-                                                              {"stationType", &F::stationType},
-                                                              {"identNumber", &F::identNumber},
-                                                              {"makerDevice", &F::makerDevice},
-                                                              {"headerCnf", &F::headerCnf},
-                                                              {"setSlaveAddress", &F::setSlaveAddress},
-                                                              {"syncMode", &F::syncMode},
-                                                              {"freezeMode", &F::freezeMode},
-                                                              {"publisherSubscriber", &F::publisherSubscriber},
-                                                              {"diagBufferable", &F::diagBufferable},
-                                                              {"activeMaster", &F::activeMaster},
-                                                              {"evenSlotNumber", &F::evenSlotNumber},
-                                                              {"changeable", &F::changeable},
-                                                              {"asicCode", &F::asicCode},
-                                                              {"modular", &F::modular},
-                                                              {"failSafe", &F::failSafe},
-                                                              {"moduleKinds", &F::moduleKinds},
-                                                              {"slaveInterval", &F::slaveInterval},
-                                                              {"baudRates", &F::baudRates},
-                                                              {"maxInputLen", &F::maxInputLen},
-                                                              {"maxOutputLen", &F::maxOutputLen},
-                                                              {"maxModule", &F::maxModule},
-                                                              {"maxDiagLen", &F::maxDiagLen},
-                                                              {"userPrmLen", &F::userPrmLen},
-                                                              {"structureCode", &F::structureCode},
-                                                              {"bitmapName", &F::bitmapName},
-                                                              {"libraryName", &F::libraryName},
-                                                              {"slotOffset", &F::slotOffset},
-                                                              {"slotNumbering", &F::slotNumbering},
-                                                              {"maxDataLen", &F::maxDataLen},
-                                                              {"commonPrmLen", &F::commonPrmLen},
-                                                              {"eterDelay", &F::eterDelay},
-                                                              {"responseDelay", &F::responseDelay},
-                                                              {"cat2Digit0", &F::cat2Digit0},
-                                                              {"cat2Flag4", &F::cat2Flag4},
-                                                              {"cat2Digit8", &F::cat2Digit8},
-                                                              {"cat2Digit12", &F::cat2Digit12},
-                                                              {"cat2Digit16", &F::cat2Digit16},
-                                                              {"cat2Flag20", &F::cat2Flag20}};
+#define NAMED(field)                                                                                                   \
+    {                                                                                                                  \
+#field, &F::field                                                                                              \
+    }
 
-const std::map<std::string_view, F::Records F::*> kGroups = {{"prms", &F::prms},
-                                                             {"presetSlots", &F::presetSlots},
-                                                             {"deviceDiag", &F::deviceDiag},
-                                                             {"channelDiag", &F::channelDiag},
-                                                             {"orderNumbers", &F::orderNumbers},
-                                                             {"moduleLists", &F::moduleLists},
-                                                             {"slotPrmBlocks", &F::slotPrmBlocks},
-                                                             {"slotHelpBlocks", &F::slotHelpBlocks}};
+using FieldNames = std::map<std::string_view, std::string F::*>;
+
+const FieldNames kFields = {NAMED(headLine),        NAMED(version),
+                            NAMED(modelName),       NAMED(vendorName),
+                            NAMED(family),          NAMED(periphery),
+                            NAMED(stationType),     NAMED(identNumber),
+                            NAMED(makerDevice),     NAMED(headerCnf),
+                            NAMED(setSlaveAddress), NAMED(syncMode),
+                            NAMED(freezeMode),      NAMED(publisherSubscriber),
+                            NAMED(diagBufferable),  NAMED(activeMaster),
+                            NAMED(evenSlotNumber),  NAMED(changeable),
+                            NAMED(asicCode),        NAMED(modular),
+                            NAMED(failSafe),        NAMED(moduleKinds),
+                            NAMED(slaveInterval),   NAMED(baudRates),
+                            NAMED(maxInputLen),     NAMED(maxOutputLen),
+                            NAMED(maxModule),       NAMED(maxDiagLen),
+                            NAMED(userPrmLen),      NAMED(structureCode),
+                            NAMED(bitmapName),      NAMED(libraryName),
+                            NAMED(slotOffset),      NAMED(slotNumbering),
+                            NAMED(maxDataLen),      NAMED(commonPrmLen),
+                            NAMED(eterDelay),       NAMED(responseDelay),
+                            NAMED(cat2Digit0),      NAMED(cat2Flag4),
+                            NAMED(cat2Digit8),      NAMED(cat2Digit12),
+                            NAMED(cat2Digit16),     NAMED(cat2Flag20)};
+
+const std::map<std::string_view, F::Records F::*> kGroups = {
+    NAMED(prms),         NAMED(presetSlots), NAMED(deviceDiag),    NAMED(channelDiag),
+    NAMED(orderNumbers), NAMED(moduleLists), NAMED(slotPrmBlocks), NAMED(slotHelpBlocks)};
+
+#undef NAMED
 
 } // namespace
 
@@ -233,6 +215,51 @@ TypeFileBuilder TypeFileBuilder::fullPresetFile()
     file.presetSlots = {record::presetSlot("017"), record::presetSlot("033", "001"),
                         record::presetSlot("193\"005\"003\"170\"", "002")};
     return file;
+}
+
+TypeFileBuilder fixedProfileFile()
+{
+    return TypeFileBuilder().with("stationType=QX410U/VRC+evenSlotNumber=J+baudRates=0001011111+maxOutputLen=032+"
+                                  "maxModule=032+userPrmLen=007");
+}
+
+TypeFileBuilder gatewayFile()
+{
+    TypeFileBuilder file = TypeFileBuilder().with("stationType=DPASI/GATE+maxInputLen=016+maxDataLen=032+"
+                                                  "maxModule=004+userPrmLen=140");
+    file.presetSlots.assign(3, record::presetSlot("017"));
+    return file;
+}
+
+TypeFileBuilder kgpFile()
+{
+    TypeFileBuilder file = TypeFileBuilder().with("stationType=KGP/QX410L+userPrmLen=V020+presetSlots=017\"SP001\"");
+    file.slotNumbering = "SN012\"ab\"034\"5\";\r\nKO001;\r\n";
+    file.orderNumbers = {record::kgpModule("4711", "1023", "000\"128\"255", 1)};
+    file.slotPrmBlocks = {record::slotPrmBlock(1, 4, {"01"}, {})};
+    return file;
+}
+
+TypeFileBuilder presetFile(const std::string& code, std::size_t count)
+{
+    TypeFileBuilder file = TypeFileBuilder().with("maxModule=244+structureCode=" + code);
+    file.presetSlots.assign(count, code[0] == 'M' ? record::presetNumber(1) : record::presetSlot("017"));
+    file.orderNumbers = {record::orderNumber("4711", "033", 0)};
+    return file;
+}
+
+std::vector<std::string> imagesOfEachKind()
+{
+    return {TypeFileBuilder().build(),
+            TypeFileBuilder::fullFile().build(),
+            TypeFileBuilder::fullPresetFile().build(),
+            TypeFileBuilder::fullPresetFile().with("version=V4.0").build(),
+            TypeFileBuilder::categoryIIFile().build(),
+            fixedProfileFile().build(),
+            gatewayFile().build(),
+            kgpFile().build(),
+            presetFile("MX", 2).build(),
+            "V3.0;\r\nQMX   Old island          04711   1;\r\nN;\r\n2;\r\n0;\r\n3;\r\nJ;\r\n"};
 }
 
 namespace record {

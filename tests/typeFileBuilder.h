@@ -91,6 +91,15 @@ struct TypeFileBuilder {
     static TypeFileBuilder fullPresetFile();
 };
 
+TypeFileBuilder fixedProfileFile();
+TypeFileBuilder gatewayFile();
+TypeFileBuilder kgpFile();
+/// A file with `count` preset slots of one structure code.
+TypeFileBuilder presetFile(const std::string& code, std::size_t count);
+
+/// Valid images of every station kind, category and version, with records in every group between them.
+std::vector<std::string> imagesOfEachKind();
+
 /// Complete records, terminators included.
 namespace record {
 

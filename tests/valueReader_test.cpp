@@ -74,6 +74,17 @@ TEST(ValueReader, Cases)
     });
 }
 
+TEST(ValueReader, TheFirstFailureStays)
+{
+    ValueReader reader("? 1 2-3 4");
+    EXPECT_EQ(reader.flag(), 0U);
+    EXPECT_EQ(reader.unsigned8(), 0U);
+    EXPECT_EQ(reader.range(IntegerKind::unsigned8).count, 0U);
+    EXPECT_EQ(reader.family().number, 0U);
+    EXPECT_EQ(reader.flag(), 0U);
+    EXPECT_EQ(reader.finish(), kErrGsdFlag);
+}
+
 TEST(ValueReader, LongestList)
 {
     std::string text = "0";

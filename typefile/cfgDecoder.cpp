@@ -102,8 +102,6 @@ bool isValidCompact(const CFG_IDENT_INFO& info)
         return false;
     if (info.wordStructure != 0 && info.compactFlag != 0)
         return false;
-    if (info.wordStructure == 0 && info.length % 3 == 0)
-        return false;
     if (info.direction == 1 && info.consistency2 > 0)
         return false;
     return info.direction != 2 || info.consistency == 0;
@@ -278,9 +276,6 @@ int CFG_DECODER::takeLengthByte(std::uint32_t byte, bool isInput)
 {
     const CfgFormat side = isInput ? kFormatSpecialInput : kFormatSpecialOutput;
     const std::uint32_t candidate = makeIdentifier(side, isInput ? byte : byte << 8);
-    if (isValidIdentifier(candidate) == 0)
-        return kCfgInvalid;
-
     const std::uint32_t held = formatOf(current);
     if (held == kFormatNone) {
         current = candidate;

@@ -123,9 +123,7 @@ int cTypDescriptor::addSlotBlockLength(int spIndex, const LinkCodes& codes, int*
     if (lengths[spIndex] == 0) {
         char* p = spBlockPositions[spIndex];
         char* listPosition = nullptr;
-        const int result = checkSlotParaBlock(spBlockCount, p, &p, &lengths[spIndex], &listPosition);
-        if (result < 0)
-            return result;
+        checkSlotParaBlock(spBlockCount, p, &p, &lengths[spIndex], &listPosition); // was found good before
     }
     sum += lengths[spIndex];
     return kOk;

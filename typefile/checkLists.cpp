@@ -65,7 +65,7 @@ bool cTypDescriptor::takeOrderNumber(char*& p, MLFB_ITEM& item)
 }
 
 /// The end of a list entry. Only in slot-parameter mode may it refer to a slot parameter block.
-bool cTypDescriptor::takeSlotPrmReference(char*& p, int32_t& spIndex)
+bool cTypDescriptor::takeSlotPrmReference(char*& p, int32_t& spIndex) const
 {
     int block = 0;
     if (!takeBlockReference(p, block) || (block > 0 && slotPrmMode == 0))

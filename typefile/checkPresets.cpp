@@ -37,20 +37,9 @@ bool takeFurtherByte(char*& p, uint8_t& byte)
     return true;
 }
 
-/// Each length byte must be one that the identifier announces; each is for one direction, input first.
-bool areLengthBytes(CFG_DECODER& decoder, const CFG_SPECIAL_INFO& info, const uint8_t* bytes, int32_t normFormat)
-{
-    for (unsigned i = 0; i < info.lengthBytes(); ++i) {
-        const CfgLengthRole role = info.hasInput != 0 && i == 0 ? kRoleInputLength : kRoleOutputLength;
-        const int kind = decoder.interpretCfgByte(bytes[i], normFormat, role);
-        if (kind < kCfgInputLength || kind > kCfgBothLengths)
-            return false;
-    }
-    return true;
-}
-
-/// What follows a special-format identifier byte: length bytes, manufacturer bytes and a closing quote.
-bool takeSpecialBytes(char*& p, CFG_DECODER& decoder, int32_t normFormat, CSLAVE_SLOT_PRESET_TYPE& preset)
+/// What follows a special-format identifier byte: length bytes, input first, manufacturer bytes and a closing quote. Any
+/// byte is a length.
+bool takeSpecialBytes(char*& p, CSLAVE_SLOT_PRESET_TYPE& preset)
 {
     CFG_SPECIAL_INFO info;
     decodeSpecialByte(preset.identifier, info);
@@ -62,8 +51,6 @@ bool takeSpecialBytes(char*& p, CFG_DECODER& decoder, int32_t normFormat, CSLAVE
             return false;
     }
     if (count > 0 && !takeQuote(p))
-        return false;
-    if (!areLengthBytes(decoder, info, bytes.data(), normFormat))
         return false;
     preset.lengthByte1 = lengthBytes > 0 ? static_cast<int8_t>(bytes[0]) : kNoLengthByte;
     preset.lengthByte2 = lengthBytes > 1 ? static_cast<int8_t>(bytes[1]) : kNoLengthByte;
@@ -140,7 +127,7 @@ int cTypDescriptor::checkPresetEntry(char*& p, MLFB_ITEM& slot)
 }
 
 /// One configuration identifier.
-int cTypDescriptor::checkPresetSlot(char* p, CSLAVE_SLOT_PRESET_TYPE* preset, char** next)
+int cTypDescriptor::checkPresetSlot(char* p, CSLAVE_SLOT_PRESET_TYPE* preset, char** next) const
 {
     *preset = CSLAVE_SLOT_PRESET_TYPE();
     const int identifier = numberAt(p);
@@ -149,12 +136,11 @@ int cTypDescriptor::checkPresetSlot(char* p, CSLAVE_SLOT_PRESET_TYPE* preset, ch
     p += kNumberDigits;
     preset->identifier = static_cast<uint8_t>(identifier);
 
-    CFG_DECODER decoder;
-    preset->kind = decoder.interpretCfgByte(preset->identifier, header.headerCnf, kRoleIdentifier);
+    preset->kind = CFG_DECODER().interpretCfgByte(preset->identifier, header.headerCnf, kRoleIdentifier);
     const bool isSpecial = preset->kind == kCfgSpecial;
     if (!isSpecial && preset->kind != kCfgEmpty && preset->kind != kCfgGeneral && preset->kind != kCfgCompact)
         return kErrIdentifier;
-    if (isSpecial && !takeSpecialBytes(p, decoder, header.headerCnf, *preset))
+    if (isSpecial && !takeSpecialBytes(p, *preset))
         return kErrIdentifier;
     if ((typeData.features & (isSpecial ? kFeatureOnlyNormal : kFeatureOnlySpecial)) != 0)
         return kErrIdentifier;

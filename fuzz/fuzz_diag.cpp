@@ -1,0 +1,115 @@
+// Any bytes as a slave's diagnostic answer, explained with the texts of an example device and some of the input's own.
+//
+// The input: the number of the device; a count of texts in three bits and as many texts, each a byte number, a byte of
+// two bit numbers and a value; the answer.
+
+#include "fuzz/property.h"
+#include "tools/diagnosis.h"
+#include "tools/findingJson.h"
+#include "tools/latin1.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+constexpr std::size_t kStationBytes = 6;
+constexpr std::size_t kMostBytesInJson = 32; // JSON takes most of the time, and that of more bytes is no other JSON
+
+const std::vector<Device>& exampleDevices()
+{
+    static const std::vector<Device> devices = [] {
+        std::vector<std::string> files;
+        for (const auto& entry : std::filesystem::directory_iterator(TYPDESCRIPTOR_SOURCE_DIR "/examples/gsd"))
+            files.push_back(entry.path().string());
+        std::sort(files.begin(), files.end());
+        std::vector<Device> read;
+        for (const std::string& file : files) {
+            cTypDescriptor descriptor(file.c_str(), 0, nullptr);
+            require(descriptor.checkTypeFileContents() == kOk, "the examples compile");
+            Device& device = read.emplace_back(readDevice(descriptor));
+            // Each input takes a copy, which is to be a small one: no explanation looks at these.
+            device.modules.clear();
+            device.parameters = {};
+            device.blocks.clear();
+        }
+        return read;
+    }();
+    return devices;
+}
+
+/// Takes bytes from the front of the input; 0 when there are none left.
+class Input {
+public:
+    Input(const std::uint8_t* data, std::size_t size) : position(data), end(data + size) {}
+
+    std::uint8_t byte() { return position == end ? std::uint8_t{0} : *position++; }
+    Bytes rest() const { return {position, end}; }
+
+private:
+    const std::uint8_t* position;
+    const std::uint8_t* end;
+};
+
+/// A text of one bit, or of one value of several bits: any that a type file can hold.
+void addText(Device& device, Input& input)
+{
+    const std::uint8_t byte = input.byte();
+    const unsigned bits = input.byte();
+    const std::uint8_t value = input.byte();
+    const unsigned first = bits & 7U;
+    const unsigned last = std::max(first, bits >> 3U & 7U);
+    if ((bits & 0x80U) != 0)
+        device.bitTexts.push_back({byte, first, "set", value == 0 ? "" : "clear"});
+    else
+        device.areaTexts.push_back({byte, first, last, {{value, "value"}}});
+}
+
+void requireWholeExplanation(const Diagnosis& diagnosis, const Bytes& answer)
+{
+    std::size_t offset = kStationBytes;
+    for (const DiagnosisBlock& block : diagnosis.blocks) {
+        require(block.offset == offset && !block.bytes.empty() && offset + block.bytes.size() <= answer.size() &&
+                    std::equal(block.bytes.begin(), block.bytes.end(), &answer[offset]),
+                "the blocks follow one another through the answer");
+        offset += block.bytes.size();
+        for (const DeviceEntry& entry : block.device)
+            require(entry.byte >= 1 && entry.byte < block.bytes.size() && entry.firstBit <= entry.lastBit &&
+                        entry.lastBit < 8 && entry.value < 1U << (entry.lastBit - entry.firstBit + 1),
+                    "what is said about a byte is about its bits");
+    }
+    require(!diagnosis.problems.empty() || offset == answer.size(), "what is not explained is named");
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    Input input(data, size);
+    Device device = exampleDevices()[input.byte() % exampleDevices().size()];
+    for (unsigned texts = input.byte() & 7U; texts > 0; --texts)
+        addText(device, input);
+    const Bytes answer = input.rest();
+
+    const Diagnosis diagnosis = explainDiagnosis(device, answer);
+    requireWholeExplanation(diagnosis, answer);
+    require(isUtf8(diagnosisText(diagnosis, size % 2 == 0)), "an explanation is UTF-8");
+    if (answer.size() <= kMostBytesInJson) {
+        const nlohmann::ordered_json json = diagnosisJson(diagnosis);
+        require(nlohmann::ordered_json::parse(jsonText(json)) == json, "an explanation's JSON can be read back");
+    }
+
+    std::string wrong;
+    require(parseHexBytes({asHex(answer)}, wrong) == answer, "hexadecimal bytes are read back");
+    const bool isHex = parseHexBytes({std::string(answer.begin(), answer.end())}, wrong).has_value();
+    require(isHex || !wrong.empty(), "a word that is not hexadecimal bytes is named");
+    return 0;
+}

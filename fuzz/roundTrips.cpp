@@ -1,0 +1,125 @@
+#include "fuzz/roundTrips.h"
+
+#include "fuzz/answers.h"
+#include "fuzz/property.h"
+#include "fuzz/scratchFile.h"
+#include "typefile/format.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+
+namespace {
+
+constexpr std::size_t kTrailerSize = 8;
+constexpr std::size_t kMaxIdentifierBytes = 17; // with length bytes and manufacturer bytes
+
+/// Whether a second check finds the head line as the first one has left it: a ">" behind the one that ended the order
+/// number could become the end of another.
+bool hasOneBracketAtMost(const std::string& typeFile)
+{
+    const std::size_t open = typeFile.substr(0, typefile::kMaxHeadLineLength).find(typefile::kOrderNumberOpen);
+    if (open == std::string::npos)
+        return true;
+    const std::string number = typeFile.substr(open, typefile::kOrderNumberWidth + 2);
+    return std::count(number.begin(), number.end(), typefile::kOrderNumberClose) <= 1;
+}
+
+void restore(std::vector<char> object, int gsdRevision, const std::string& orderNumber, const std::string& answers)
+{
+    cTypDescriptor restored(static_cast<unsigned short>(object.size()), object.data());
+    require(check(restored) == kOk, "an object image passes the check");
+    require(objectOf(restored) == object, "an object image gives the same object image");
+    require(restored.getGsdRevision() == gsdRevision, "an object image has the same GSD revision");
+    require(answersOf(restored) == answers, "an object image gives the same answers");
+    require(orderNumberOf(restored) == orderNumber, "an object image has the same order number");
+    if (!hasOneBracketAtMost(typeFileIn(object)))
+        return;
+    require(check(restored) == kOk, "a second check has the same result");
+    require(answersOf(restored) == answers, "a second check gives the same answers");
+}
+
+void writeAndRead(cTypDescriptor& device, const std::string& orderNumber, const std::string& answers)
+{
+    static const ScratchFile file(".410");
+    static const std::string kOldContents = "old";
+    file.write(kOldContents);
+    const int result = static_cast<short>(device.writeTypeFile(file.name()));
+    if (device.changeTypeFilePossible() == 0) {
+        require(result == kErrNotChangeable && file.contents() == kOldContents,
+                "what may not be changed is not written");
+        return;
+    }
+    require(result == kOk, "what may be changed is written");
+    cTypDescriptor read(file.name(), 0, nullptr);
+    require(check(read) == kOk, "a written type file passes the check");
+    require(answersOf(read) == answers, "a written type file gives the same answers");
+    require(orderNumberOf(read) == orderNumber, "a written type file has the same order number");
+}
+
+} // namespace
+
+int check(cTypDescriptor& device)
+{
+    const int before = device.getStatus();
+    const int result = device.checkTypeFileContents();
+    require(device.getStatus() == result, "the status is the result of the check");
+    if (before != kOk)
+        requireResult(result, {before}, "the check of a failed descriptor");
+    else
+        requireResult(result, {kOk,           kErrHeader,       kErrTypeData,      kErrIdentifier,     kErrFixedProfile,
+                               kErrModelName, kErrIdentNumber,  kErrSlaveInterval, kErrBaudRates,      kErrInputLen,
+                               kErrOutputLen, kErrNoData,       kErrMaxModule,     kErrDiagLen,        kErrPrmLen,
+                               kErrUserPrm,   kErrUserPrmByte,  kErrPrmList,       kErrPrmRecord,      kErrPrmValue,
+                               kErrHelpBlock, kErrPresetCount,  kErrDeviceDiag,    kErrChannelDiag,    kErrBitmapName,
+                               kErrOrderList, kErrLibraryName,  kErrSlotNumbering, kErrMaxDataLen,     kErrModuleList,
+                               kErrSlotPrm,   kErrCommonPrmLen, kErrSlotHelp,      kErrFixedCategoryII},
+                      "the check");
+    return result;
+}
+
+std::vector<char> objectOf(const cTypDescriptor& device)
+{
+    std::vector<char> object(device.getDataSize());
+    const int result = device.writeObject(object.data());
+    require(result == (object.empty() ? 0 : 1), "there is an object image when it has a size");
+    return object;
+}
+
+std::string typeFileIn(const std::vector<char>& object)
+{
+    return {object.begin(), object.end() - static_cast<std::ptrdiff_t>(std::min(object.size(), kTrailerSize))};
+}
+
+HostRecord::HostRecord(cTypDescriptor& device)
+{
+    SLAVE_TYPEDATA_TYPE data = {};
+    device.getSlaveTypeData(&data);
+    int slots = 0;
+    device.isKonfigFixed(&slots);
+    const auto userBytes =
+        static_cast<std::size_t>(std::max(data.userPrmDataLenRead - static_cast<int>(typefile::kStandardPrmBytes), 0));
+    userPrmHex.resize(2 * userBytes + 1);
+    fixedSlotText.resize(3 * kMaxIdentifierBytes * static_cast<std::size_t>(slots) + 1);
+    record.userPrmHex = userPrmHex.data();
+    record.fixedSlotText = fixedSlotText.data();
+    const int isChangeable = device.getCOMTypeData(&record);
+    requireResult(isChangeable, {device.changeTypeFilePossible()}, "getCOMTypeData");
+}
+
+std::string takeRound(cTypDescriptor& device)
+{
+    const std::vector<char> object = objectOf(device);
+    std::string answers = answersOf(device);
+    askOutside(device);
+    require(answersOf(device) == answers, "asking changes no answer");
+    const HostRecord filled(device);
+    cTypDescriptor built(&filled.record);
+    check(built);
+
+    const std::string orderNumber = orderNumberOf(device);
+    if (!object.empty())
+        restore(object, device.getGsdRevision(), orderNumber, answers);
+    writeAndRead(device, orderNumber, answers);
+    return answers;
+}
