@@ -7,6 +7,7 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <map>
 #include <memory>
 #include <string>
@@ -90,6 +91,13 @@ void addQueries()
             benchmark::ClobberMemory();
         });
 
+    // A text of the last of very many diagnostic bits: the entries of the group are looked through.
+    const auto manyTexts = std::make_shared<Device>(gsdWithModules(78 * kKilobyte));
+    add("query/getSlaveDiagMsg, of " + std::to_string(manyTexts->descriptor.getSlaveDiagMsgCnt()) + " texts",
+        [manyTexts] {
+            SLAVE_DIAG_TYPE message;
+            benchmark::DoNotOptimize(manyTexts->descriptor.getSlaveDiagMsg(0, 62, 7, &message));
+        });
     constexpr int kBlocks = 5;
     for (const int parameters : {1, 10, 100}) {
         const auto station = std::make_shared<Device>(gsdWithBlocks(kBlocks, parameters));

@@ -3,8 +3,8 @@
 #include "bench/workloads.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <memory>
+#include <string>
 #include <string_view>
 
 namespace {
@@ -59,7 +59,7 @@ int main(int argc, char** argv)
     for (const Work& work : find(name)) {
         if (work.name != name)
             continue;
-        for (int i = std::atoi(argv[2]); i > 0; --i)
+        for (int i = std::stoi(argv[2]); i > 0; --i)
             work.run();
         return 0;
     }

@@ -124,7 +124,7 @@ void readLinesAndFillImage(const char* path)
     const std::size_t capacity = std::filesystem::file_size(path);
     const std::unique_ptr<char[]> text(new char[capacity]);
     const std::size_t size = std::fread(text.get(), 1, capacity, stream);
-    std::fclose(stream);
+    static_cast<void>(std::fclose(stream));
     std::size_t found = 0;
     for (const char* line = text.get(); line < text.get() + size;) {
         const auto left = static_cast<std::size_t>(text.get() + size - line);
@@ -195,6 +195,8 @@ std::vector<Work> constantQueries(cTypDescriptor& device)
         {"getStructuredSlotParameterCnt", [&device] { number = device.getStructuredSlotParameterCnt(0); }},
         {"getMaxSPBlockLen", [&device] { number = device.getMaxSPBlockLen(); }},
         {"getPSLHelpRef", [&device] { number = device.getPSLHelpRef(0); }},
+        {"getHelpMessageCnt, last",
+         [&device] { number = device.getHelpMessageCnt(device.getPSLHelpRef(device.getPSLHelpAnz() - 1)); }},
         {"getSPHelpAnz", [&device] { number = device.getSPHelpAnz(); }},
         {"getDataSize", [&device] { number = device.getDataSize(); }},
         {"changeTypeFilePossible", [&device] { number = device.changeTypeFilePossible(); }},

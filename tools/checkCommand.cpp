@@ -37,9 +37,8 @@ public:
 
     void show(std::size_t done)
     {
-        using namespace std::chrono_literals;
         const Clock::time_point now = Clock::now();
-        if (!isWanted || now - start < 500ms || now - last < 100ms)
+        if (!isWanted || now - start < kPatience || now - last < kPause)
             return;
         last = now;
         isShown = true;
@@ -58,6 +57,9 @@ public:
 
 private:
     using Clock = std::chrono::steady_clock;
+
+    static constexpr std::chrono::milliseconds kPatience{500};
+    static constexpr std::chrono::milliseconds kPause{100};
 
     std::size_t total;
     bool isWanted;

@@ -16,7 +16,7 @@ fs::path makeFolder(const fs::path& parent)
 {
     const auto now = static_cast<unsigned long long>(std::chrono::steady_clock::now().time_since_epoch().count());
     for (unsigned long long attempt = 0; attempt < 100; ++attempt) {
-        const fs::path folder = parent / (".typdesc-" + std::to_string(now + attempt));
+        fs::path folder = parent / (".typdesc-" + std::to_string(now + attempt));
         std::error_code error;
         if (fs::create_directory(folder, error))
             return folder;

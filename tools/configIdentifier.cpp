@@ -157,3 +157,10 @@ std::string asHex(const std::vector<std::uint8_t>& bytes)
     }
     return text;
 }
+
+std::string hexWord(unsigned value)
+{
+    std::string digits = asHex({static_cast<std::uint8_t>(value >> 8U), static_cast<std::uint8_t>(value & 0xFFU)});
+    std::erase(digits, ' ');
+    return "0x" + digits;
+}

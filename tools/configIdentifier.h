@@ -43,3 +43,5 @@ const char* formatName(Identifier::Format format);
 std::string inWords(const Identifier& identifier);
 /// "0C 1F", for any bytes.
 std::string asHex(const std::vector<std::uint8_t>& bytes);
+/// "0x0C1F", for any word.
+std::string hexWord(unsigned value);

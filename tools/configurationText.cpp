@@ -15,6 +15,7 @@ namespace {
 std::vector<std::uint8_t> valuesOf(const std::vector<TelegramByte>& telegram)
 {
     std::vector<std::uint8_t> values;
+    values.reserve(telegram.size());
     for (const TelegramByte& byte : telegram)
         values.push_back(byte.value);
     return values;

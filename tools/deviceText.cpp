@@ -4,7 +4,6 @@
 #include "tools/terminal.h"
 
 #include <array>
-#include <cstdio>
 #include <map>
 
 namespace {
@@ -20,13 +19,6 @@ std::string number(long value)
 std::string counted(long count, const std::string& unit)
 {
     return number(count) + ' ' + unit + (count == 1 ? "" : "s");
-}
-
-std::string hexWord(unsigned value)
-{
-    std::array<char, 8> text{};
-    std::snprintf(text.data(), text.size(), "0x%04X", value & 0xFFFFU);
-    return text.data();
 }
 
 std::string row(const std::string& label, const std::string& value)
@@ -248,6 +240,7 @@ const std::vector<std::string>& sectionNames()
 {
     static const std::vector<std::string> names = [] {
         std::vector<std::string> list;
+        list.reserve(kSections.size());
         for (const Section& section : kSections)
             list.emplace_back(section.name);
         return list;

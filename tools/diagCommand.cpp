@@ -25,7 +25,8 @@ ExitStatus diag(const Options& options)
     std::string wrong;
     const auto telegram = parseHexBytes(options.hex, wrong);
     if (!telegram) {
-        const bool isOdd = wrong.size() % 2 != 0 && wrong.find_first_not_of("0123456789abcdefABCDEFxX") == wrong.npos;
+        const bool isOdd =
+            wrong.size() % 2 != 0 && wrong.find_first_not_of("0123456789abcdefABCDEFxX") == std::string::npos;
         reportProblem(wrong, isOdd ? "has an odd number of hexadecimal digits" : "is not hexadecimal bytes");
         return kExitUnusable;
     }

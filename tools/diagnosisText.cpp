@@ -16,13 +16,6 @@ std::string number(std::size_t value)
     return std::to_string(value);
 }
 
-std::string hexWord(unsigned value)
-{
-    std::string digits = asHex({static_cast<std::uint8_t>(value >> 8U), static_cast<std::uint8_t>(value & 0xFFU)});
-    std::erase(digits, ' ');
-    return "0x" + digits;
-}
-
 std::string stationText(const StationStatus& station)
 {
     std::string text;

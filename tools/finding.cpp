@@ -6,9 +6,9 @@
 #include <array>
 #include <cctype>
 #include <cerrno>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <system_error>
 
 namespace fs = std::filesystem;
 
@@ -143,7 +143,7 @@ std::string whyUnreadable(const std::string& file)
         return "is not a file";
     errno = 0;
     if (!std::ifstream(file, std::ios::binary))
-        return errno != 0 ? std::string("cannot be read: ") + std::strerror(errno) : "cannot be read";
+        return errno != 0 ? "cannot be read: " + std::generic_category().message(errno) : "cannot be read";
     return {};
 }
 

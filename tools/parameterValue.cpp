@@ -60,8 +60,7 @@ std::string withoutBlanks(std::string text)
 std::vector<std::size_t> indexesOfWhole(const std::vector<std::string>& names, const std::string& wanted)
 {
     const std::string known = cut(wanted);
-    const std::vector<std::size_t> found =
-        indexesOf(names, [&](const std::string& name) { return isSameText(name, known); });
+    std::vector<std::size_t> found = indexesOf(names, [&](const std::string& name) { return isSameText(name, known); });
     const std::string dense = withoutBlanks(wanted);
     if (!found.empty() || dense.empty())
         return found;
@@ -79,7 +78,7 @@ std::vector<std::size_t> indexesOfBeginning(const std::vector<std::string>& name
     const std::string dense = withoutBlanks(known);
     if (dense.empty())
         return {};
-    const std::vector<std::size_t> found =
+    std::vector<std::size_t> found =
         indexesOf(names, [&](const std::string& name) { return isSameText(name.substr(0, known.size()), known); });
     if (!found.empty())
         return found;
