@@ -60,27 +60,25 @@ private:
 
     void* allocate(std::size_t size, std::size_t alignment)
     {
-        // Pieces are cut from the end of the block, where aligning is one masking.
-        const std::size_t offset = (left - size) & ~(alignment - 1);
         if (size > left)
-            return allocateBlock(size, alignment);
-        left = offset;
-        return start + offset;
+            addBlock(size);
+        // Pieces are cut from the end of the room, where aligning is one masking.
+        left = (left - size) & ~(alignment - 1);
+        return &room[left];
     }
 
     /// Blocks grow with what there is already: their number stays small, and so does what is left of the last one.
-    void* allocateBlock(std::size_t size, std::size_t alignment)
+    void addBlock(std::size_t size)
     {
         const std::size_t used = newest == nullptr ? 0 : newest->size;
-        const std::size_t room = std::max({size + sizeof(Block), kFirstBlock, used / 8}) & ~(alignof(Block) - 1);
-        auto* const block = static_cast<Block*>(::operator new(sizeof(Block) + room));
-        newest = new (block) Block{newest, used + room};
-        start = reinterpret_cast<char*>(block + 1);
-        left = room;
-        return allocate(size, alignment);
+        const std::size_t added = std::max({size + sizeof(Block), kFirstBlock, used / 8}) & ~(alignof(Block) - 1);
+        auto* const block = static_cast<Block*>(::operator new(sizeof(Block) + added));
+        newest = new (block) Block{newest, used + added};
+        room = reinterpret_cast<char*>(block + 1);
+        left = added;
     }
 
     Block* newest = nullptr;
-    char* start = nullptr; // of what can be handed out in the newest block
+    char* room = nullptr; // what can be handed out of the newest block
     std::size_t left = 0;
 };

@@ -20,16 +20,19 @@ constexpr std::size_t kMaxFamilyDigits = 19;
 constexpr std::string_view kElementEnd = " \t\n\v\f\r,";
 
 constexpr std::uint8_t kNoDigit = 0xFF;
-constexpr std::array<std::uint8_t, 256> kDigitValues = [] {
+constexpr std::array<std::uint8_t, 256> makeDigitValues()
+{
     std::array<std::uint8_t, 256> values{};
     for (std::size_t c = 0; c < values.size(); ++c) {
         const char digit = typefile::toUpper(static_cast<char>(c));
-        values[c] = static_cast<std::uint8_t>(isDigit(digit)      ? digit - '0'
-                                              : isHexDigit(digit) ? digit - 'A' + 10
-                                                                  : kNoDigit);
+        values[c] = kNoDigit;
+        if (isHexDigit(digit))
+            values[c] = static_cast<std::uint8_t>(isDigit(digit) ? digit - '0' : digit - 'A' + 10);
     }
     return values;
-}();
+}
+
+constexpr std::array<std::uint8_t, 256> kDigitValues = makeDigitValues();
 
 std::uint8_t digitValue(char c)
 {

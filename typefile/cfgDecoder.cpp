@@ -203,7 +203,7 @@ int CFG_DECODER::interpretCfgByte(std::uint32_t value, std::int32_t normFormat, 
     if (state == kSimple)
         return continueSimple(byte, normFormat);
     if (state != kSpecial)
-        return start(byte, normFormat, lengthRole);
+        return beginIdentifier(byte, normFormat, lengthRole);
     if (lengthRole == kRoleIdentifier)
         return continueSpecial(byte);
 
@@ -214,7 +214,7 @@ int CFG_DECODER::interpretCfgByte(std::uint32_t value, std::int32_t normFormat, 
     return announced ? takeLengthByte(byte, lengthRole == kRoleInputLength) : static_cast<int>(kCfgUnannouncedLength);
 }
 
-int CFG_DECODER::start(std::uint32_t byte, std::int32_t normFormat, std::int32_t lengthRole)
+int CFG_DECODER::beginIdentifier(std::uint32_t byte, std::int32_t normFormat, std::int32_t lengthRole)
 {
     if (byte == 0) {
         hold(makeIdentifier(kFormatEmpty, 0));
@@ -309,7 +309,7 @@ int CFG_DECODER::takeLengthByte(std::uint32_t byte, bool isInput)
 int CFG_DECODER::restart(std::uint32_t byte, std::int32_t normFormat)
 {
     state = kIdle;
-    return start(byte, normFormat, kRoleIdentifier);
+    return beginIdentifier(byte, normFormat, kRoleIdentifier);
 }
 
 void CFG_DECODER::hold(std::uint32_t identifier)

@@ -158,7 +158,7 @@ private:
     static constexpr std::uint16_t kSpecial = 2;
     static constexpr std::uint32_t kNothing = static_cast<std::uint32_t>(kFormatNone) << 16;
 
-    int start(std::uint32_t byte, std::int32_t normFormat, std::int32_t lengthRole);
+    int beginIdentifier(std::uint32_t byte, std::int32_t normFormat, std::int32_t lengthRole);
     int continueSimple(std::uint32_t byte, std::int32_t normFormat);
     int continueSpecial(std::uint32_t byte);
     int takeLengthByte(std::uint32_t byte, bool isInput);
