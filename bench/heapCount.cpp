@@ -1,6 +1,7 @@
 #include "bench/heapCount.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 #include <new>
 
@@ -39,6 +40,13 @@ void* operator new[](std::size_t size)
     return operator new(size);
 }
 
+void* operator new(std::size_t size, std::align_val_t alignment)
+{
+    if (static_cast<std::size_t>(alignment) > alignof(std::max_align_t))
+        throw std::bad_alloc(); // nothing here asks for more
+    return operator new(size);
+}
+
 void operator delete(void* memory) noexcept
 {
     heap.live -= malloc_usable_size(memory);
@@ -56,6 +64,16 @@ void operator delete(void* memory, std::size_t) noexcept
 }
 
 void operator delete[](void* memory, std::size_t) noexcept
+{
+    operator delete(memory);
+}
+
+void operator delete(void* memory, std::size_t, std::align_val_t) noexcept
+{
+    operator delete(memory);
+}
+
+void operator delete(void* memory, std::align_val_t) noexcept
 {
     operator delete(memory);
 }
