@@ -7,7 +7,6 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <map>
 #include <memory>
 #include <string>
@@ -61,25 +60,12 @@ void add(const std::string& name, Function function)
     });
 }
 
-void addCompilation(const std::string& name, const std::string& gsd)
+/// What was measured, beside its floor.
+void addBesideFloor(const std::vector<Work>& workAndFloor, double aim)
 {
-    const auto file = std::make_shared<TemporaryFile>(name + ".GSE", gsd);
-    add("compile/" + name, [file] {
-        const cTypDescriptor descriptor(file->path(), 0, nullptr);
-        if (descriptor.getStatus() != kOk)
-            std::abort();
-    });
-    add("compile/" + name + "/floor", [file] { readLinesAndFillImage(file->path()); });
-    ratios.push_back({"compile/" + name, "compile/" + name + "/floor", 2.5});
-}
-
-/// A second check of a descriptor does all of the work again.
-void addCheck(const std::string& name, const std::string& gsd)
-{
-    const auto device = std::make_shared<Device>(gsd);
-    add("check/" + name, [device] { benchmark::DoNotOptimize(device->descriptor.checkTypeFileContents()); });
-    add("check/" + name + "/floor", [device] { benchmark::DoNotOptimize(countTerminators(device->image)); });
-    ratios.push_back({"check/" + name, "check/" + name + "/floor", 6});
+    for (const Work& work : workAndFloor)
+        add(work.name, work.run);
+    ratios.push_back({workAndFloor.front().name, workAndFloor.back().name, aim});
 }
 
 void addQueries()
@@ -161,14 +147,10 @@ void addGrowth(const Element& element)
 
 int main(int argc, char** argv)
 {
-    addCompilation("2K", exampleGsd("CRLFBOX2.GSS"));
-    addCompilation("20K", gsdWithModules(20 * kKilobyte));
-    addCompilation("60K", gsdWithModules(60 * kKilobyte));
-    addCompilation("1M", gsdWithDefinitions(kKilobyte * kKilobyte));
-    addCompilation("10M", gsdWithDefinitions(10 * kKilobyte * kKilobyte));
-    addCheck("1K", exampleGsd("CRLFBOX2.GSS"));
-    addCheck("10K", gsdWithModules(17 * kKilobyte));
-    addCheck("60K", gsdWithModules(78 * kKilobyte));
+    for (const Workload& workload : kCompilations)
+        addBesideFloor(compilationOf(workload), 2.5);
+    for (const Workload& workload : kChecks)
+        addBesideFloor(checkOf(workload), 6);
     addQueries();
     for (const char* name : {"CRLFBOX2.GSS", "SLOTPARM.GSE", "MDRV0C21.GSE"})
         addHeap(name, exampleGsd(name));

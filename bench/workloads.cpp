@@ -1,5 +1,6 @@
 #include "bench/workloads.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -10,6 +11,7 @@
 namespace {
 
 constexpr std::size_t kImageCapacity = 65000;
+constexpr std::size_t kKilobyte = 1024;
 constexpr const char* kStation = "RIO40A17.GSE"; // modular, with every kind of record but those of KGP
 
 /// A module, or once there are as many as a list can have with those of the example, a diagnostic text.
@@ -94,6 +96,49 @@ const std::vector<Element> kElements{
     {"diagnostic texts", kErrGsdImageFull,
      [](int number) { return "Unit_Diag_Bit(" + std::to_string(number % 480) + ") = \"Fault\"\n"; }},
 };
+
+const std::vector<Workload> kCompilations{
+    {"compile/2K", [] { return exampleGsd("CRLFBOX2.GSS"); }},
+    {"compile/20K", [] { return gsdWithModules(20 * kKilobyte); }},
+    {"compile/60K", [] { return gsdWithModules(60 * kKilobyte); }},
+    {"compile/1M", [] { return gsdWithDefinitions(kKilobyte * kKilobyte); }},
+    {"compile/10M", [] { return gsdWithDefinitions(10 * kKilobyte * kKilobyte); }},
+};
+
+const std::vector<Workload> kChecks{
+    {"check/1K", [] { return exampleGsd("CRLFBOX2.GSS"); }},
+    {"check/10K", [] { return gsdWithModules(17 * kKilobyte); }},
+    {"check/60K", [] { return gsdWithModules(78 * kKilobyte); }},
+};
+
+std::vector<Work> compilationOf(const Workload& workload)
+{
+    std::string fileName = workload.name;
+    std::replace(fileName.begin(), fileName.end(), '/', '-');
+    const auto file = std::make_shared<TemporaryFile>(fileName + ".GSE", workload.gsd());
+    return {{workload.name,
+             [file] {
+                 const cTypDescriptor descriptor(file->path(), 0, nullptr);
+                 if (descriptor.getStatus() != kOk)
+                     giveUp(resultText(descriptor.getStatus()));
+             }},
+            {workload.name + std::string("/floor"), [file] { readLinesAndFillImage(file->path()); }}};
+}
+
+std::vector<Work> checkOf(const Workload& workload)
+{
+    const auto device = std::make_shared<Device>(workload.gsd());
+    // A second check of a descriptor does all of the work again.
+    return {{workload.name,
+             [device] {
+                 if (device->descriptor.checkTypeFileContents() != kOk)
+                     giveUp(resultText(device->descriptor.getStatus()));
+             }},
+            {workload.name + std::string("/floor"), [device] {
+                 volatile std::size_t count = countTerminators(device->image);
+                 static_cast<void>(count);
+             }}};
+}
 
 std::string gsdWithElements(const Element& element, int count)
 {

@@ -54,6 +54,18 @@ struct Work {
     std::function<void()> run;
 };
 
+/// The sizes that are compiled and checked, by the name of their benchmark; a check is named after its image.
+struct Workload {
+    const char* name;
+    std::string (*gsd)();
+};
+extern const std::vector<Workload> kCompilations;
+extern const std::vector<Workload> kChecks;
+
+/// What a workload is measured by, and then its floor, which is named after it.
+std::vector<Work> compilationOf(const Workload& workload);
+std::vector<Work> checkOf(const Workload& workload);
+
 /// The least that a compiler of this file can do: open and read it, find every line feed and every comment, and fill an
 /// image with blanks.
 void readLinesAndFillImage(const char* path);
