@@ -115,15 +115,15 @@ void writeHeader(char* header, const TYPEFILE_COM_QX410& record)
     header[kHeaderCnf] = flagLetter(true);
 }
 
-/// The digits are read from 16-bit units, although a filled record holds 32-bit flags there: the two sides differ on
-/// purpose.
+/// The digits are read from the low byte of 16-bit units, the halves of the flags with the low one first, although a
+/// filled record holds 32-bit flags there: the two sides differ on purpose.
 void writeBaudRates(char* digits, const TYPEFILE_COM_QX410& record)
 {
-    uint16_t units[kBaudRates.width];
-    static_assert(sizeof units <= sizeof record.baudRates);
-    std::memcpy(units, record.baudRates, sizeof units);
-    for (std::size_t i = 0; i < kBaudRates.width; ++i)
-        digits[i] = (units[i] & 0xFF) == 1 ? '1' : '0';
+    for (std::size_t i = 0; i < kBaudRates.width; ++i) {
+        const auto halves = static_cast<uint32_t>(record.baudRates[i / 2]);
+        const uint32_t unit = i % 2 == 0 ? halves : halves >> 16;
+        digits[i] = (unit & 0xFF) == 1 ? '1' : '0';
+    }
 }
 
 void writeFixedBlock(char* typeData, const TYPEFILE_COM_QX410& record)

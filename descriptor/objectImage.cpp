@@ -1,7 +1,8 @@
 // The descriptor object image: what a host stores of a descriptor and hands back later.
 //
-// It is the type-file image up to the end that the check has found, followed by two 32-bit words in the byte order of
-// the platform: whether the image was compiled from a GSD file, and the GSD revision.
+// It is the type-file image up to the end that the check has found, followed by two 32-bit words: whether the image was
+// compiled from a GSD file, and the GSD revision. Their low byte comes first on every machine, because a project may be
+// stored on one and opened on another.
 
 #include "descriptor/cTypDescriptor.h"
 
@@ -10,7 +11,23 @@
 
 namespace {
 
-constexpr std::size_t kTrailerSize = sizeof(uint32_t) + sizeof(int32_t);
+constexpr std::size_t kWordSize = 4;
+constexpr std::size_t kTrailerSize = 2 * kWordSize;
+constexpr unsigned kBitsPerByte = 8;
+
+uint32_t wordAt(const char* bytes)
+{
+    uint32_t word = 0;
+    for (std::size_t i = kWordSize; i-- > 0;)
+        word = word << kBitsPerByte | static_cast<unsigned char>(bytes[i]);
+    return word;
+}
+
+void putWord(char* bytes, uint32_t word)
+{
+    for (std::size_t i = 0; i < kWordSize; ++i, word >>= kBitsPerByte)
+        bytes[i] = static_cast<char>(word & 0xFF);
+}
 
 } // namespace
 
@@ -32,8 +49,8 @@ cTypDescriptor::cTypDescriptor(unsigned short size, char* data)
     if (!hasTrailer)
         return;
     std::memcpy(image, data, length);
-    std::memcpy(&madeFromGsd, data + length, sizeof madeFromGsd);
-    std::memcpy(&gsdRevision, data + length + sizeof madeFromGsd, sizeof gsdRevision);
+    madeFromGsd = wordAt(data + length);
+    gsdRevision = static_cast<int32_t>(wordAt(data + length + kWordSize));
 }
 
 /// The whole size, not modulo 65536; 0 when there is nothing that may be stored.
@@ -57,7 +74,7 @@ int cTypDescriptor::writeObject(char* buffer) const
     const size_t length = size - kTrailerSize;
     std::memcpy(buffer, image, length);
     putBackOrderNumberClose(buffer);
-    std::memcpy(buffer + length, &madeFromGsd, sizeof madeFromGsd);
-    std::memcpy(buffer + length + sizeof madeFromGsd, &gsdRevision, sizeof gsdRevision);
+    putWord(buffer + length, madeFromGsd);
+    putWord(buffer + length + kWordSize, static_cast<uint32_t>(gsdRevision));
     return 1;
 }

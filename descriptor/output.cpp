@@ -1,7 +1,7 @@
 // Saving a type file, and what a host asks around it.
 //
 // A type file that may not be changed is neither written nor overwritten. Everything that can refuse is asked before
-// the target is opened, because opening it empties it.
+// the target is emptied, its handle included.
 
 #include "descriptor/cTypDescriptor.h"
 #include "descriptor/file.h"
@@ -57,7 +57,7 @@ unsigned short cTypDescriptor::writeTypeFile(const char* path)
         return in16Bits(kErrMemory);
     }
 
-    File file = openFile(path, "wb");
+    File file = openEmptied(path);
     if (!file)
         return in16Bits(kErrWriteOpen);
     // ">" stays in the image from here on.

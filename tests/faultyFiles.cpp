@@ -23,6 +23,7 @@ struct Stream {
 
 const FaultyFiles::Faults* faults = nullptr;
 int openCount = 0;
+int lastNumber = 0; // of the file that was opened last
 
 ssize_t readFrom(void* cookie, char* buffer, std::size_t size)
 {
@@ -75,6 +76,7 @@ std::FILE* __wrap_fopen(const char* name, const char* mode)
     std::FILE* const real = __real_fopen(name, mode);
     if (faults == nullptr || real == nullptr)
         return real;
+    lastNumber = __real_fileno(real);
     auto* const stream = new Stream{{}, real, 0};
     if (*mode == 'r') {
         static_cast<void>(std::fclose(real));
@@ -87,7 +89,9 @@ std::FILE* __wrap_fopen(const char* name, const char* mode)
 
 int __wrap_fileno(std::FILE* stream)
 {
-    return faults == nullptr ? __real_fileno(stream) : faults->number;
+    if (faults == nullptr)
+        return __real_fileno(stream);
+    return faults->isNumber0 ? 0 : lastNumber;
 }
 
 FaultyFiles::FaultyFiles(const Faults& which) : chosen(which)

@@ -15,7 +15,7 @@ public:
         std::size_t writable = SIZE_MAX;    // the disk is full
         bool failsToSeek = false;
         bool failsToClose = false;
-        int number = 3; // of the descriptor, 0 where the host has closed its standard input
+        bool isNumber0 = false; // of the descriptor, where the host has closed its standard input
     };
 
     explicit FaultyFiles(const Faults& which);

@@ -13,6 +13,7 @@
 #include <string>
 
 #include <sys/resource.h>
+#include <unistd.h>
 
 namespace {
 
@@ -96,7 +97,7 @@ TEST_F(FaultyFilesTest, TypeFileThatCannotBeReadToItsEnd)
         EXPECT_LT(shrunk.checked, kOk) << position;
     }
     EXPECT_EQ(readWith(typeFile, {.failsToSeek = true}).status, kErrFile);
-    EXPECT_EQ(readWith(typeFile, {.number = 0}).status, kErrFile); // hosts take 0 for no file
+    EXPECT_EQ(readWith(typeFile, {.isNumber0 = true}).status, kErrFile); // hosts take 0 for no file
 }
 
 TEST_F(FaultyFilesTest, FullDisk)
@@ -140,6 +141,22 @@ TEST_F(FaultyFilesTest, FullDisk)
         EXPECT_EQ(compiled.checkTypeFileContents(), kOk);
         EXPECT_EQ(faulty.openFiles(), 0);
     }
+}
+
+TEST_F(FaultyFilesTest, NothingIsTruncatedThroughDescriptor0)
+{
+    TypeFileBuilder file = TypeFileBuilder().with("version=V5.0");
+    const auto device = descriptorOf(file.build());
+    ASSERT_EQ(device->checkTypeFileContents(), kOk);
+    const std::string target = putFile("target.410", file.with("changeable=N").build());
+    const std::string before = fileContents(target);
+    const int input = dup(STDIN_FILENO);
+    close(STDIN_FILENO); // the next file that is opened gets the number 0
+    const unsigned short result = device->writeTypeFile(target.c_str());
+    dup2(input, STDIN_FILENO);
+    close(input);
+    EXPECT_EQ(static_cast<short>(result), kErrWriteOpen);
+    EXPECT_EQ(fileContents(target), before);
 }
 
 } // namespace
