@@ -7,6 +7,7 @@
 #include "tools/findingText.h"
 #include "tools/terminal.h"
 
+#include <iostream>
 #include <memory>
 #include <string>
 
@@ -33,16 +34,22 @@ ExitStatus compile(const Options& options)
     report.file = options.file;
     report.findings = options.isChecked ? findingsOf(file.descriptor(), options.file)
                                         : compilationFindings(file.descriptor(), options.file);
-    const bool inColour = isColourWanted();
-    for (const Finding& finding : report.findings)
-        print(findingText(options.file, finding, inColour));
+    const bool inColour = !file.isStandardOutput() && isColourWanted();
+    for (const Finding& finding : report.findings) {
+        const std::string text = findingText(options.file, finding, inColour);
+        if (file.isStandardOutput())
+            std::cerr << text;
+        else
+            print(text);
+    }
     if (report.isFailed())
         return kExitFindings;
     if (const std::string problem = file.put(); !problem.empty()) {
         reportProblem(options.output.empty() ? "type file" : options.output, problem);
         return kExitUnusable;
     }
-    print("wrote " + file.target().string() + '\n');
+    if (!file.isStandardOutput())
+        print("wrote " + file.target().string() + '\n');
     return kExitGood;
 }
 
@@ -54,7 +61,7 @@ void addCompileCommand(CLI::App& app, int& status)
     const auto options = std::make_shared<Options>();
     command->add_option("FILE", options->file, "GSD file; its last letter chooses the language")->required();
     command->add_option("-o,--output", options->output,
-                        "type file to write; without it __iiii_s.410 in the current directory");
+                        "type file to write, - for standard output; without it __iiii_s.410 in the current directory");
     command->add_flag("--check", options->isChecked, "check the result as well, and write only a good one");
     command->footer(
         "Exit status: 0 written, 1 the compilation failed, 2 wrong usage or a file cannot be read or written.\n"

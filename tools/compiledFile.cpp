@@ -2,10 +2,10 @@
 
 #include <chrono>
 #include <fstream>
+#include <iostream>
 #include <iterator>
 #include <string_view>
 #include <system_error>
-#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -34,14 +34,18 @@ fs::path onlyFile(const fs::path& folder)
     return entries == fs::directory_iterator() ? fs::path() : entries->path();
 }
 
+std::string contentsOf(const fs::path& file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
 /// A type file made of a GSD file ends with the record of the maximum response delay, which stands nowhere else.
-bool isWholeTypeFile(const fs::path& file)
+bool isWholeTypeFile(const std::string& text)
 {
     constexpr std::string_view kLastTag = "MRD";
     constexpr std::string_view kLastEnd = ";\r\n";
     constexpr std::size_t kMaxDigits = 5;
-    std::ifstream stream(file, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(stream), {}};
     const std::size_t start = text.rfind(kLastTag);
     if (start == std::string::npos || !text.ends_with(kLastEnd))
         return false;
@@ -49,12 +53,18 @@ bool isWholeTypeFile(const fs::path& file)
     return digits <= kMaxDigits && start + kLastTag.size() + digits + kLastEnd.size() == text.size();
 }
 
-/// Where a file of that name really is: a link that leads to something is followed.
+/// Where a file of that name really is, or will be: a link is followed, also one to a file that is not there yet.
 fs::path placeOf(const fs::path& name)
 {
+    constexpr int kMostLinks = 40;
     std::error_code error;
     fs::path place = fs::canonical(name, error);
-    return error ? name : place;
+    if (!error || fs::exists(name, error)) // what a process has open is there, but has no name of its own
+        return error ? name : place;
+    place = name;
+    for (int links = 0; links < kMostLinks && fs::is_symlink(place, error); ++links)
+        place = place.parent_path() / fs::read_symlink(place, error);
+    return place;
 }
 
 fs::path folderOf(const fs::path& name)
@@ -81,11 +91,12 @@ private:
 
 } // namespace
 
-CompiledFile::CompiledFile(const std::string& gsdName, const std::string& outputName) : targetPath(outputName)
+CompiledFile::CompiledFile(const std::string& gsdName, const std::string& outputName)
+    : sourcePath(gsdName), targetPath(outputName)
 {
     std::error_code error;
     const fs::path place = placeOf(targetPath);
-    if (!fs::exists(place, error) || fs::is_regular_file(place, error))
+    if (!isStandardOutput() && (!fs::exists(place, error) || fs::is_regular_file(place, error)))
         folder = makeFolder(folderOf(place));
     isBeside = !folder.empty();
     if (!isBeside)
@@ -119,36 +130,42 @@ std::string CompiledFile::put()
     if (folder.empty())
         return kNoFolder;
     const fs::path written = onlyFile(folder);
-    if (written.empty() || !isWholeTypeFile(written))
+    const std::string text = contentsOf(written);
+    if (!isWholeTypeFile(text))
         return "cannot be written";
     if (targetPath.empty())
         targetPath = written.filename();
-
-    std::error_code error;
-    const fs::path place = placeOf(targetPath);
-    const bool isThere = fs::exists(place, error);
-    if (!isThere && !isBeside)
-        return kNoFolder;
-    if (fs::is_directory(place, error))
-        return "is a directory";
-    if (isThere && access(place.c_str(), W_OK) != 0)
-        return "may not be written";
-    if (isBeside && (!isThere || fs::is_regular_file(place, error))) {
-        fs::rename(written, place, error);
-        if (!error)
-            return {};
-        if (error != std::errc::cross_device_link)
-            return error.message();
+    if (isStandardOutput()) {
+        std::cout << text << std::flush; // a failure is seen at the end of the program, as for any other output
+        return {};
     }
-    return copyTo(place, written);
+
+    std::error_code ignored;
+    const fs::path place = placeOf(targetPath);
+    if (fs::equivalent(place, sourcePath, ignored))
+        return "is the GSD file itself";
+    if (fs::is_directory(place, ignored))
+        return "is a directory";
+    const bool isThere = fs::exists(place, ignored);
+    if (!isThere && fs::is_symlink(place, ignored))
+        return "is a link that leads nowhere";
+    if (isThere && !fs::is_regular_file(place, ignored))
+        return sendTo(place, text);
+    if (isThere && !std::ofstream(place, std::ios::app))
+        return "may not be written";
+    if (!isBeside)
+        return kNoFolder;
+    std::error_code error;
+    if (isThere)
+        fs::permissions(written, fs::status(place).permissions(), error);
+    if (!error)
+        fs::rename(written, place, error);
+    return error ? error.message() : std::string();
 }
 
 /// A device or a pipe may keep its writer waiting, and a writer may be killed: by then the folder is gone.
-std::string CompiledFile::copyTo(const fs::path& place, const fs::path& written)
+std::string CompiledFile::sendTo(const fs::path& place, const std::string& text)
 {
-    std::ifstream source(written, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(source), {}};
-    source.close();
     removeFolder();
     std::ofstream sink(place, std::ios::binary);
     sink << text;

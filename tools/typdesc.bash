@@ -18,6 +18,11 @@ _typdesc()
         return
         ;;
     esac
+    if [[ ${COMP_WORDS[1]} == compile && $previous =~ ^(-o|--output)$ ]]; then
+        compopt -o filenames 2>/dev/null
+        mapfile -t COMPREPLY < <(compgen -W "-" -- "${current#=}"; compgen -f -- "${current#=}")
+        return
+    fi
     case ${COMP_WORDS[1]} in
     check) options="--recursive --errors-only --format --help" ;;
     compile) options="--output --check --help" ;;
@@ -31,7 +36,7 @@ _typdesc()
         return
     fi
     compopt -o filenames 2>/dev/null
-    if [[ ${COMP_WORDS[1]} == compile && $previous != -o && $previous != --output ]]; then
+    if [[ ${COMP_WORDS[1]} == compile ]]; then
         mapfile -t COMPREPLY < <(compgen -d -- "$current"; compgen -f -X '!*.[gG][sS]?' -- "$current")
     else
         mapfile -t COMPREPLY < <(compgen -f -- "$current")
