@@ -9,10 +9,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <csignal>
 #include <string>
 
-#include <sys/resource.h>
 #include <unistd.h>
 
 namespace {
@@ -119,18 +117,6 @@ TEST_F(FaultyFilesTest, FullDisk)
         EXPECT_EQ(fileContents(target), image.substr(0, position));
     }
     EXPECT_EQ(write({.failsToClose = true}), kErrWrite);
-
-    // The same from the system: a file may not grow beyond a limit.
-    rlimit limit;
-    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &limit), 0);
-    const rlimit lower{1000, limit.rlim_max};
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &lower), 0);
-    const unsigned short limited = device->writeTypeFile(target.c_str());
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
-    std::signal(SIGXFSZ, handler);
-    EXPECT_EQ(static_cast<short>(limited), kErrWrite);
-    EXPECT_EQ(fileContents(target), image.substr(0, 1000));
 
     EXPECT_EQ(write({}), kOk); // nothing of that stays
     EXPECT_EQ(fileContents(target), image);
