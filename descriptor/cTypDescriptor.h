@@ -7,9 +7,10 @@
 ///   3. calls checkTypeFileContents(), which validates the image and decodes it,
 ///   4. asks its questions, and may save the type file with writeTypeFile().
 ///
-/// Every answer is a plain integer: 0 or a count for success, a negative ResultCode for a failure. No exception leaves
-/// the library. A descriptor is used by one thread at a time, since queries write into it too; different descriptors
-/// may be used on different threads at once. Records and buffers handed over by the host stay the host's.
+/// Most answers are plain integers: 0 or a count for success, a negative ResultCode for a failure; what answers 1 or 0
+/// instead says so. No exception leaves the library. A descriptor is used by one thread at a time, since some queries
+/// write into it too; different descriptors may be used on different threads at once. Records and buffers handed over
+/// by the host stay the host's. Names of files go to the system as they are, in its own code page.
 
 #ifndef TYPDESCRIPTOR_DESCRIPTOR_CTYPDESCRIPTOR_H
 #define TYPDESCRIPTOR_DESCRIPTOR_CTYPDESCRIPTOR_H
@@ -35,12 +36,13 @@ public:
     /// Loads a device type from a file.
     ///
     /// A name whose third-last and second-last characters are "GS" in any case is a GSD file and is compiled; its last
-    /// letter chooses the language (E English, F French, G German, I Italian, P or S Spanish). Any other file is a type
-    /// file of at most 65534 bytes and is read whole.
+    /// letter chooses the language of the family's name (E English, F French, I Italian, P or S Spanish; any other
+    /// German). Any other file is a type file of at most 65534 bytes and is read whole.
     /// @param fileName    the file, NUL-terminated; null gives the status kErrFile
     /// @param writeFlag   not 0: write the compiled type file as well (GSD files only); a failed write is not reported
     /// @param outputName  name of the written type file; null for the default name "__iiii_s.410" in the current
-    ///                    directory (ident number in four hexadecimal digits, language letter)
+    ///                    directory (ident number in four hexadecimal digits; E, F, I or S for the language, D for a
+    ///                    name in G, X for any other)
     cTypDescriptor(const char* fileName, int writeFlag, const char* outputName);
 
     /// Builds the type-file image from a host record.
@@ -103,13 +105,13 @@ public:
 
     /// Fills a host record from the loaded type file.
     /// @param record  cleared up to and including userPrmDataLen, then filled; userPrmHex (two characters a byte and a
-    ///                NUL) and fixedSlotText (three characters for every byte of every fixed slot and a NUL) are
-    ///                written to where they are not null
+    ///                NUL) and fixedSlotText (three characters for every byte of every preset slot and a NUL)
+    ///                are written to where they are not null; for category II they are left as they are
     /// @return 1 when the type file may be changed; 0 when not, or when nothing is loaded
     int getCOMTypeData(TYPEFILE_COM_QX410* record);
     /// @return the size of the object image in bytes, modulo 65536; 0 when nothing is loaded or for category II
     unsigned short getDataSize() const;
-    /// Writes the object image: the type-file image and two 32-bit words.
+    /// Writes the object image: the type-file image and two 32-bit words, low byte first on every machine.
     /// @param buffer  room for the image and 8 bytes (getDataSize() bytes, plus 65536 where that wrapped)
     /// @return 1; 0 when nothing is loaded or for category II
     int writeObject(char* buffer) const;
@@ -118,16 +120,17 @@ public:
     /// @name Output
     /// @{
 
-    /// Writes the type file. Nothing is touched before everything that can refuse has been asked.
+    /// Writes the type file, where it may be changed: one that was compiled from a GSD file never may (the constructor
+    /// writes that one). What stands in the file is lost only when everything that can refuse has been asked.
     /// @param path  file to create or to overwrite
     /// @return 0; kErrMemory not loaded, or no memory to look at what the path names; kErrNotChangeable this type file may
     ///         not be changed; kErrTargetProtected the path names a valid type file that may not be changed; kErrWriteOpen
     ///         (also for a null path) or kErrWrite on failure
     unsigned short writeTypeFile(const char* path);
-    /// @return 1 when the type file may be changed, else 0
+    /// @return 1 when the type file may be changed, else 0; always 0 for one that was compiled from a GSD file
     int changeTypeFilePossible() const;
-    /// The order number of the head line, without trailing blanks. After a successful writeTypeFile() it is not told from
-    /// what follows it: the first 30 characters from its beginning are handed out.
+    /// The order number of the head line, without trailing white space. After a successful writeTypeFile() it is not
+    /// told from what follows it: the first 30 characters from its beginning are handed out.
     /// @param text  at least 31 bytes
     /// @return 0; kErrMemory not loaded; kErrNoOrderNumber none there or a blank one
     unsigned short getMLFBstring(char* text);
@@ -140,7 +143,8 @@ public:
     unsigned short getSlaveTypeHeader(SLAVE_TYPE_HEADER_INFO* record) const;
     /// @return 0 category I, 1 category II, 2 station type QX410K; kErrFile when not loaded (record left as it is)
     unsigned short getSlaveTypeData(SLAVE_TYPEDATA_TYPE* record) const;
-    /// The device family, 10 characters and a NUL.
+    /// The device family, 10 characters and a NUL. For formats before version 5 it follows from the station type and
+    /// may differ from the header's.
     /// @param text  at least 11 bytes
     /// @return 0; kErrHeader when not loaded
     int getFamily(char* text) const;
@@ -154,21 +158,23 @@ public:
     int getDLLFileName(char* name) const;
     /// @return the slot offset (Modul_Offset); 0 when not loaded
     int getSlotOffset() const;
-    /// @return 1 for a modular station, also before anything is loaded; 0 for a compact one
+    /// @return 1 for a modular station, for category II and before any check; 0 for a compact one
     int isModular() const;
-    /// @param count  receives the number of preset slots when the result is 1
+    /// @param count  receives the number of preset slots when the result is 1; left as it is otherwise
     /// @return 1 when there are preset slots; 0 when there are none or nothing is loaded
     int isKonfigFixed(int* count) const;
-    /// @return 1 when the preset slots are fixed; 0 when not, when there are none or nothing is loaded
+    /// Whether the second letter of the preset slots' structure code is 'V'. A compiled GSD file never has it: slots
+    /// that FixPresetModules fixes are told by isP36KY().
+    /// @return 1 when it is; 0 when not, when there are no preset slots or nothing is loaded
     int isPresetKonfigFixed() const;
     /// The identifier of one preset slot.
-    /// @param index   below the count of isKonfigFixed(); outside, the record is cleared
+    /// @param index   0 to the count of isKonfigFixed() - 1; outside, the record is cleared
     /// @param preset  receives the identifier
-    /// @return 0; kErrIdentifier when there are no preset slots
+    /// @return 0, also for an index outside; kErrIdentifier when there are no preset slots
     int getFixedSlotId(int index, CSLAVE_SLOT_PRESET_TYPE* preset) const;
     /// One preset slot as a whole; see the other getFixedSlotId().
     int getFixedSlotId(int index, MLFB_ITEM* item) const;
-    /// @return 0; kErrTypeData when not loaded or without slot numbering
+    /// @return 0; kErrTypeData when not loaded or without slot numbering (record left as it is)
     int getSlotNumbering(SLOT_NUMBERING_TYPE* numbering) const;
     /// @return the length of the longest slot parameter block in bytes; 0 when not loaded
     int getMaxSPBlockLen() const;
@@ -181,7 +187,8 @@ public:
     int getSlaveDiagMsgCnt() const;
     /// The texts of one device diagnostic bit.
     /// @param byteHigh  hundreds of the byte number
-    /// @param byteLow   its last two digits; byte 1 is the first byte of the device-related diagnosis
+    /// @param byteLow   its last two digits; byte 1 is the first one behind the header byte of the device-related
+    ///                  diagnosis
     /// @param bit       0 to 7
     /// @param message   receives the texts found; both halves are cleared first
     /// @return 0 when a text was found; else kErrDeviceDiag
@@ -207,25 +214,26 @@ public:
 
     /// @return the number of order-number entries; 0 when not loaded
     int getMLFBListCnt() const;
-    /// @param index  below getMLFBListCnt(); below 0 the record is cleared
+    /// @param index  0 to getMLFBListCnt() - 1; below 0 the record is cleared
     /// @param item   receives the entry
-    /// @return 0; kErrOrderList when not loaded, above the list or without one
+    /// @return 0; kErrOrderList when not loaded, behind the list or without one (record left as it is)
     int getMLFBListItem(int index, MLFB_ITEM* item) const;
     /// @return the number of module lists; 0 when not loaded
     int getLSKCnt() const;
     /// The text of a module list, 30 characters and a NUL.
-    /// @param index  below getLSKCnt(); below 0 the text is empty
+    /// @param index  0 to getLSKCnt() - 1; below 0 the text is empty
     /// @param text   at least 31 bytes; empty on failure
-    /// @return 0; kErrModuleList when not loaded, above the lists or without any
+    /// @return 0; kErrModuleList when not loaded, behind the lists or without any
     int getLSKText(int index, char* text) const;
-    /// @param index  below getLSKCnt()
-    /// @param vFlag  receives 1 when the list is fixed, else 0; left as it is on failure
+    /// @param index  0 to getLSKCnt() - 1
+    /// @param vFlag  receives 1 when the second letter of the list's structure code is 'V', else 0 (as in every
+    ///               compiled GSD file); left as it is when there is no such list
     /// @return the number of slot entries of the module list; 0 when there is no such list
     int getSKListCnt(int index, int* vFlag) const;
-    /// @param index  below getLSKCnt(); below 0 the record is cleared
-    /// @param item   below getSKListCnt(); below 0 the record is cleared
+    /// @param index  0 to getLSKCnt() - 1; below 0 the record is cleared
+    /// @param item   0 to getSKListCnt() - 1; below 0 the record is cleared
     /// @param entry  receives the slot entry
-    /// @return 0; kErrModuleList when not loaded or above the lists or entries
+    /// @return 0; kErrModuleList when not loaded or behind the lists or entries (record left as it is)
     int getSKListItem(int index, int item, LSK_ITEM* entry) const;
 
     /// @}
@@ -242,9 +250,9 @@ public:
     /// @return the number of its structured parameters; 0 when there is no such block
     int getStructuredSlotParameterCnt(int block) const;
     /// @param block  slot parameter block, from 0
-    /// @param index  below getStructuredSlotParameterCnt(); below 0 the record is cleared
+    /// @param index  0 to getStructuredSlotParameterCnt() - 1; below 0 the record is cleared
     /// @param entry  receives the structured parameter
-    /// @return 0; kErrSlotPrm
+    /// @return 0; kErrSlotPrm when there is no such block or parameter (record left as it is)
     int getStructuredSlotParameter(int block, int index, _parastruct* entry);
     /// The parameter bytes of a slot parameter block, defaults of its structured parameters included.
     /// @param index   block, from 0
@@ -284,9 +292,11 @@ public:
     /// @param i  0 to getPSLHelpAnz() - 1
     /// @return the number of the i-th station help block; 0 outside the range
     int getPSLHelpRef(int i) const;
-    /// @return 1 when the preset slots are given as order-number entries
+    /// @return 1 when there are preset slots, given as numbers of order-number entries; else 0
     int isMLFBModeP36() const;
-    /// @return 1 when the module-structure code of the preset slots ends in 'Y'
+    /// Whether the second letter of the preset slots' structure code is 'Y'. In a compiled GSD file it is when the
+    /// slots are fixed: FixPresetModules is 1, or the device has one module alone.
+    /// @return 1 when it is; 0 when not or when there are no preset slots
     int isP36KY() const;
     /// @return the device diagnostic group inside the image, owned by the descriptor; null before a check reached it
     char* getDKMPos() const;

@@ -25,10 +25,11 @@ struct SLAVE_TYPE_HEADER_INFO {
     char stationType[16]; ///< 15 characters, blank-padded
     uint16_t identNumber; ///< PROFIBUS ident number
     int32_t makerDevice;  ///< 1 for a device of the maker itself, else 0
-    int32_t headerCnf;    ///< 1 when configuration identifiers are in the standard format, else 0
+    int32_t headerCnf;    ///< 1 when configuration identifiers are in the standard format ('J', '0' or '1'), else 0
 };
 
-/// The type file's type data, 356 bytes. What a category does not have is 0.
+/// The type file's type data, 356 bytes. What a category does not have is 0. Lengths in bytes that count the 7 standard
+/// bytes of the parameter telegram say so.
 struct SLAVE_TYPEDATA_TYPE {
     char modelName[18];         ///< 17 characters, as in the header
     char stationType[16];       ///< 15 characters, as in the header
@@ -36,7 +37,7 @@ struct SLAVE_TYPEDATA_TYPE {
     int32_t asicType;           ///< protocol chip 0 to 4, or 78 ('N') when not stated
     uint32_t features;          ///< bits of SlaveFeature
     uint16_t minSlaveInterval;  ///< in units of 100 microseconds
-    uint16_t baudRates;         ///< bit 9 = 12 Mbit/s ... bit 0 = 9.6 kbit/s
+    uint16_t baudRates;         ///< bit 9 = 12 Mbit/s ... bit 5 = 31.25 or 45.45 ... bit 0 = 9.6 kbit/s
     int32_t maxInputLen;        ///< bytes, bits rounded up
     int32_t maxOutputLen;       ///< bytes, bits rounded up
     int32_t maxModule;          ///< number of modules
@@ -83,14 +84,19 @@ enum SlaveFeature {
 };
 
 /// One configuration identifier, 28 bytes.
+///
+/// The two high bits of a special-format identifier say which lengths follow it: 0x40 that of the input, 0x80 that of
+/// the output, 0xC0 both, and here that of the input is the first. In the configuration telegram the output's comes
+/// first: a host that builds one sends lengthByte2 before lengthByte1. A length byte of 0xFF reads -1 as well, so ask
+/// the identifier whether there is one.
 struct CSLAVE_SLOT_PRESET_TYPE {
     int32_t kind;       ///< 0 empty, 1 general, 3 compact, 5 special format
     uint8_t identifier; ///< the identifier byte
-    int8_t lengthByte1; ///< special format: first length byte, -1 for none
-    int8_t lengthByte2; ///< special format: second length byte, -1 for none
+    int8_t lengthByte1; ///< special format: the length byte, or the input's of two; -1 for none
+    int8_t lengthByte2; ///< special format: the output's length byte of two; -1 for none
     uint8_t
         mfrData[14]; ///< special format: manufacturer bytes, as many as the identifier's low four bits say (15: none)
-    int32_t xSlot;   ///< 1 when the structure code of the list has neither 'V' nor 'Y'
+    int32_t xSlot;   ///< 1 when the second letter of the list's structure code is neither 'V' nor 'Y'
 };
 
 /// One entry of the order-number list, or one preset slot; 72 bytes.
@@ -141,7 +147,9 @@ struct KEYWORD_TYPE {
 };
 
 /// One structured parameter, 72 bytes. Read `reference`, `name` and `dataType` by their width: the format does not
-/// promise a NUL behind them.
+/// promise a NUL behind them. The byte index of a station's parameter counts from the start of the telegram, so that
+/// the first one behind the 7 standard bytes is 7; that of a slot parameter block counts from 0 in the block. Numbers
+/// are decimal, but the defaults of "BIN" and "BGR" are binary digits, the most significant first.
 struct _parastruct {
     char reference[6];    ///< "PS" and the byte index, 5 characters
     char name[31];        ///< 30 characters
@@ -167,11 +175,13 @@ struct PARA_HELPMESSAGE_TYPE {
 
 /// A device type as plain fields, for hosts with a store of their own.
 ///
-/// The two pointers belong to the host: the library writes to the buffers they point to and never to the pointers.
+/// The two pointers belong to the host: the library never changes them; it writes to the buffers when it fills a record
+/// of category I, and reads them when it builds from one.
 ///
 /// A filled record has 0 or 1 in its flags; a record to build from counts 1 alone as set, but for modularStation. The
 /// two sides differ in baudRates: a filled record has nine 32-bit flags, a record to build from is read as ten 16-bit
-/// units (31.25 and 45.45 kbit/s between 1.5 Mbit/s and 500 kbit/s), each set when its low byte is 1.
+/// units (31.25 and 45.45 kbit/s between 1.5 Mbit/s and 500 kbit/s), the halves of the first five flags with the low
+/// one first, each set when its low byte is 1.
 struct TYPEFILE_COM_QX410 {
     char headLine[49];              ///< head line without the bracketed order number, at most 48 characters
     char orderNumber[31];           ///< at most 30 characters

@@ -1,7 +1,7 @@
 /// @file
 /// The result codes of the library, each with its sentence.
 ///
-/// Zero is success; queries that count answer zero or more. Operations that return `unsigned short` hand a code out as
+/// Zero is success; queries that count answer zero or more. Operations that return a code as `unsigned short` hand out
 /// its 16-bit two's complement: -1 arrives as 65535, `static_cast<short>(result)` gives the code back.
 
 #ifndef TYPDESCRIPTOR_DESCRIPTOR_RESULTCODES_H
