@@ -97,9 +97,13 @@ bool Reader::isLineEnd(std::size_t position) const
     return c == '\n' || (c == '\r' && (_returnEndsLines || at(position + 1) == '\n'));
 }
 
-std::size_t Reader::endOfLine(std::size_t position) const
+std::size_t Reader::endOfLine(std::size_t position)
 {
-    const std::size_t end = std::min(_text.find(_returnEndsLines ? '\r' : '\n', position), _text.size());
+    if (position >= _knownEnd || position < _knownBegin) {
+        _knownBegin = position;
+        _knownEnd = std::min(_text.find(_returnEndsLines ? '\r' : '\n', position), _text.size());
+    }
+    const std::size_t end = _knownEnd;
     const bool hasReturn = !_returnEndsLines && end < _text.size() && end > position && _text[end - 1] == '\r';
     return hasReturn ? end - 1 : end;
 }
@@ -159,27 +163,32 @@ void Reader::readLogicalLine()
     _hasKeyword = false;
     _isFamily = false;
     _isInString = false;
+    _isContinuedAtEnd = false;
     readTokens();
     parseStatement(firstToken, firstLine);
 }
 
-/// Every token up to the line end that no backslash goes before, that one included.
+/// Every token up to the line end that no backslash goes before, that one included. Empty lines and lines with nothing but
+/// a comment do not end what is continued.
 void Reader::readTokens()
 {
-    for (;;) {
-        if (isAtEnd())
-            return;
+    bool isContinued = false; // and nothing has followed yet
+    while (!isAtEnd()) {
         if (isLineEnd(_position)) {
             _isInString = false;
             pushLineEnd();
-            return;
-        }
-        if (readContinuation()) {
+            if (!isContinued)
+                return;
+        } else if (readContinuation()) {
             pushLineEnd();
-            continue;
+            isContinued = true;
+        } else {
+            readLexeme();
+            const TokenKind kind = _document._tokens.back().kind;
+            isContinued = isContinued && (kind == TokenKind::blank || kind == TokenKind::comment);
         }
-        readLexeme();
     }
+    _isContinuedAtEnd = isContinued;
 }
 
 /// A backslash with nothing behind it on its line but blanks and a comment, and what stands behind it.
@@ -341,9 +350,7 @@ void Reader::parseStatement(std::size_t firstToken, std::uint32_t firstLine)
         if (_document._tokens[i].kind == TokenKind::comment)
             statement.commentToken = i;
     }
-    if (_document._tokens.back().kind == TokenKind::continuation ||
-        (_document._tokens.back().kind == TokenKind::lineEnd && isAtEnd() && statement.endToken - firstToken > 1 &&
-         _document._tokens[statement.endToken - 2].kind == TokenKind::continuation))
+    if (_isContinuedAtEnd)
         statement.faults.push_back({FaultKind::continuedAtEnd, statement.endToken - 1});
     if (kindOf(token) == TokenKind::keyword) {
         statement.keywordToken = token;
