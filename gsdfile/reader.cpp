@@ -441,7 +441,7 @@ void Reader::parseValues(Statement& statement, std::size_t token)
             Value value;
             value.kind = Value::word;
             value.text = _document.text(_document._tokens[token]);
-            value.firstToken = value.lastToken = token;
+            value.firstToken = value.lastToken = static_cast<std::uint32_t>(token);
             statement.values.push_back(std::move(value));
             token = nextToken(token + 1);
             break;
@@ -472,8 +472,9 @@ void Reader::parseString(Statement& statement, std::size_t& token)
 {
     Value value;
     value.kind = Value::string;
-    value.firstToken = token;
+    value.firstToken = static_cast<std::uint32_t>(token);
     bool isClosed = false;
+    std::size_t pieces = 0; // behind the first
     while (token != kNone && kindOf(token) == TokenKind::string && !isClosed) {
         std::string_view piece = _document.text(_document._tokens[token]);
         if (token == value.firstToken)
@@ -482,8 +483,15 @@ void Reader::parseString(Statement& statement, std::size_t& token)
             isClosed = true;
             piece.remove_suffix(1);
         }
-        value.content += piece;
-        value.lastToken = token;
+        if (token == value.firstToken) {
+            value.content = piece;
+        } else {
+            if (pieces++ == 0)
+                _document._joined.emplace_back(value.content);
+            _document._joined.back() += piece;
+            value.content = _document._joined.back();
+        }
+        value.lastToken = static_cast<std::uint32_t>(token);
         token = nextToken(token + 1);
     }
     if (!isClosed)
@@ -495,7 +503,7 @@ void Reader::parseNumber(Statement& statement, std::size_t& token, bool isBehind
 {
     Value value;
     value.kind = Value::number;
-    value.firstToken = value.lastToken = token;
+    value.firstToken = value.lastToken = static_cast<std::uint32_t>(token);
     value.isBehindComma = isBehindComma;
     const bool isGood = takeNumber(token, value.first, statement);
     token = nextToken(token + 1);
@@ -507,7 +515,7 @@ void Reader::parseNumber(Statement& statement, std::size_t& token, bool isBehind
         token = nextToken(token + 1);
         if (token != kNone && kindOf(token) == TokenKind::number && takeNumber(token, value.last, statement)) {
             value.kind = Value::range;
-            value.lastToken = token;
+            value.lastToken = static_cast<std::uint32_t>(token);
             token = nextToken(token + 1);
         } else {
             statement.faults.push_back({FaultKind::strayCharacter, hyphen});
@@ -522,7 +530,7 @@ bool Reader::takeNumber(std::size_t token, Number& number, Statement& statement)
     if (kindOf(token) != TokenKind::number)
         return false;
     std::string_view digits = _document.text(_document._tokens[token]);
-    number.token = token;
+    number.token = static_cast<std::uint32_t>(token);
     const bool isNegative = digits.front() == '-';
     if (isNegative)
         digits.remove_prefix(1);
