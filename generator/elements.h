@@ -4,13 +4,15 @@
 #pragma once
 
 #include "generator/list.h"
-#include "typefile/cfgDecoder.h"
+#include "typefile/identifiers.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string_view>
+
+namespace typdescriptor::internal {
 
 /// Keyword ids of the data-type lines; they stand for the data types throughout the model.
 enum GsdDataType : std::uint32_t {
@@ -161,3 +163,5 @@ struct GSD_CHANNEL_DIAG {
     std::uint8_t errorType = 0; // 16 to 31
     std::string_view text;
 };
+
+} // namespace typdescriptor::internal

@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <string_view>
 
+namespace typdescriptor::internal {
+
 /// Integer kinds of the format. Values are handed out as the bit pattern of their width, widened without sign.
 enum class IntegerKind { signed8, unsigned8, signed16, unsigned16, signed32, unsigned32 };
 
@@ -85,3 +87,5 @@ private:
     int failure = 0;
     std::array<char, kMaxStringLength> squeezed; // the last string, if blanks were removed from it
 };
+
+} // namespace typdescriptor::internal
