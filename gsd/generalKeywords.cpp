@@ -80,21 +80,6 @@ int handleSlaveFamily(GsdReading& reading, const FamilyValue& family)
     return kOk;
 }
 
-// Naming one of the two keywords makes the station type, also when the flag is 0.
-int handleIsDpAsiLink(GsdReading& reading, std::uint32_t flag)
-{
-    reading.model.isDpAsiLink = flag != 0;
-    reading.model.stationType = kStationDpAsi;
-    return kOk;
-}
-
-int handleIsKgpDevice(GsdReading& reading, std::uint32_t flag)
-{
-    reading.model.isKgpDevice = flag != 0;
-    reading.model.stationType = kStationKgp;
-    return kOk;
-}
-
 int handleOrderNumber(GsdReading& reading, std::string_view number)
 {
     reading.model.orderNumber = reading.model.arena.text(number.substr(0, kOrderNumberWidth));

@@ -145,6 +145,16 @@ inline constexpr auto store = &read<Read, keepNumber<Field, Maximum, Minimum>>;
 template <auto Read, auto Field, std::size_t Width>
 inline constexpr auto storeText = &read<Read, keepText<Field, Width>>;
 
+/// Of an old spelling, which is read like the new one.
+template <int Warning, auto HandleLine>
+int oldSpelling(GsdReading& reading, const GsdLine& line)
+{
+    const int result = HandleLine(reading, line);
+    if (result == kOk)
+        reading.addWarning(Warning);
+    return result;
+}
+
 /// Of a number that has to be 0.
 template <int Code>
 int handleZero(GsdReading&, std::uint32_t number)
@@ -173,13 +183,18 @@ int handleBaudRate(GsdReading& reading, std::uint32_t supported)
     reading.foundMandatories[kBaudRateFound] = 1;
     return kOk;
 }
+/// Of a flag whose keyword makes the station type, also when it is 0.
+template <auto Field, const std::string_view& StationType>
+int handleStationFlag(GsdReading& reading, std::uint32_t flag)
+{
+    reading.model.stationType = StationType;
+    return keepNumber<Field, 1>(reading, flag);
+}
 int handleMaxTsdr(GsdReading& reading, std::uint32_t time);
 int handleVendorName(GsdReading& reading, std::string_view name);
 int handleImplementationType(GsdReading& reading, std::string_view type);
 int handleBitmapDevice(GsdReading& reading, std::string_view name);
 int handleSlaveFamily(GsdReading& reading, const FamilyValue& family);
-int handleIsDpAsiLink(GsdReading& reading, std::uint32_t flag);
-int handleIsKgpDevice(GsdReading& reading, std::uint32_t flag);
 int handleOrderNumber(GsdReading& reading, std::string_view number);
 int handleQ5HeaderCnf(GsdReading& reading, std::uint32_t number);
 int handleKgpGui(GsdReading& reading, const NamedBytes& value);
@@ -195,20 +210,25 @@ int handleUserPrmData(GsdReading& reading, const NumberList& bytes);
 int handleExtUserPrmData(GsdReading& reading, const PrmDefHead& head);
 int handleDataType(GsdReading& reading, const GsdLine& line);
 int handlePrmTextRef(GsdReading& reading, std::uint32_t reference);
-int handlePrmTextRefOldSpelling(GsdReading& reading, std::uint32_t reference);
 int checkExtUserPrmData(GsdReading& reading);
 int handleExtUserPrmDataConst(GsdReading& reading, std::uint32_t offset, const NumberList& bytes);
 int handleExtUserPrmDataRef(GsdReading& reading, std::uint32_t offset, std::uint32_t reference);
 
 // --- Diagnostic and parameter texts ----------------------------------------------------------------------------------
 
-int handleUnitDiagBit(GsdReading& reading, std::uint32_t bit, std::string_view text);
-int handleUnitDiagNotBit(GsdReading& reading, std::uint32_t bit, std::string_view text);
+template <std::uint16_t ShownValue>
+int handleUnitDiagBit(GsdReading& reading, std::uint32_t number, std::string_view text)
+{
+    Arena& arena = reading.model.arena;
+    const auto bit = static_cast<std::uint16_t>(number);
+    GSD_UNIT_DIAG_AREA& area = reading.model.unitDiags.append(arena, {bit, bit, 1, {}});
+    area.values.append(arena, {ShownValue, reading.keepText(text, kNameWidth)});
+    return kOk;
+}
 int handleUnitDiagArea(GsdReading& reading, const NumberList& bits);
 int handleValue(GsdReading& reading, std::uint32_t number, std::string_view text);
 int checkUnitDiagArea(GsdReading& reading);
 int handleChannelDiag(GsdReading& reading, std::uint32_t errorType, std::string_view text);
-int handleChannelDiagOldSpelling(GsdReading& reading, std::uint32_t errorType, std::string_view text);
 int handlePrmText(GsdReading& reading, std::uint32_t reference);
 int handleText(GsdReading& reading, std::uint32_t number, std::string_view text);
 int checkPrmText(GsdReading& reading);

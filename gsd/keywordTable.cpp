@@ -79,13 +79,13 @@ constexpr std::array<GsdKeyword, GsdKeywordTable::kCount> GsdKeywordTable::kRows
     {"Max_Input_Len", value, once, kMaxInputLenFound, kOutside, store<u16, &GsdModel::maxInputLen, kMaxIoLen>},
     {"Max_Output_Len", value, once, kMaxOutputLenFound, kOutside, store<u16, &GsdModel::maxOutputLen, kMaxIoLen>},
     {"Max_Data_Len", value, once, kMaxDataLenFound, kOutside, store<u16, &GsdModel::maxDataLen, kMaxDataLen>},
-    {"Unit_Diag_Bit", argument, repeated, kNotMandatory, kOutside, readBoth<Blamed::argument, u16, text30, handleUnitDiagBit>},
+    {"Unit_Diag_Bit", argument, repeated, kNotMandatory, kOutside, readBoth<Blamed::argument, u16, text30, handleUnitDiagBit<1>>},
     {"Unit_Diag_Area_End", bare, repeated, kNotMandatory, kInUnitDiagArea, closeBlock<checkUnitDiagArea>},
     {"Unit_Diag_Area", value, repeated, kNotMandatory, kOutside, read<u16Range, handleUnitDiagArea>},
     {"Module_Reference", value, once, kNotMandatory, kInModule, store<u16, &GSD_MODULE::moduleReference>},
     {"Module", value, repeated, kModuleFound, kOutside, read<namedBytes, handleModule>},
     {"Channel_Diag", argument, repeated, kNotMandatory, kOutside | kInModule, readBoth<Blamed::value, u8, text30, handleChannelDiag>},
-    {"ChannelDiag", argument, repeated, kNotMandatory, kOutside | kInModule, readBoth<Blamed::value, u8, text30, handleChannelDiagOldSpelling>},
+    {"ChannelDiag", argument, repeated, kNotMandatory, kOutside | kInModule, oldSpelling<kWarnChannelDiag, readBoth<Blamed::value, u8, text30, handleChannelDiag>>},
     {"Fail_Safe", value, once, kNotMandatory, kOutside, store<flag, &GsdModel::failSafe>},
     {"Max_Diag_Data_Len", value, once, kMaxDiagDataLenFound, kOutside, store<u8, &GsdModel::maxDiagDataLen, kMaxDiagLenValue, kMinDiagLen>},
     {"Modul_Offset", value, once, kNotMandatory, kOutside, store<u8, &GsdModel::modulOffset>},
@@ -94,7 +94,7 @@ constexpr std::array<GsdKeyword, GsdKeywordTable::kCount> GsdKeywordTable::kRows
     {"Ext_User_Prm_Data_Ref", argument, repeated, kNotMandatory, kOutside | kInModule, readBoth<Blamed::argument, u8, u16, handleExtUserPrmDataRef>},
     {"Ext_User_Prm_Data_Const", argument, repeated, kNotMandatory, kOutside | kInModule, readBoth<Blamed::argument, u8, bytes, handleExtUserPrmDataConst>},
     {"ExtUserPrmData", value, repeated, kNotMandatory, kOutside, read<prmDefHead, handleExtUserPrmData>},
-    {"PrmTextRef", value, repeated, kNotMandatory, kInExtPrmDef, read<u16, handlePrmTextRefOldSpelling>},
+    {"PrmTextRef", value, repeated, kNotMandatory, kInExtPrmDef, oldSpelling<kWarnPrmTextRef, read<u16, handlePrmTextRef>>},
     {"PrmText", value, repeated, kNotMandatory, kOutside, read<u16, handlePrmText>},
     {"EndPrmText", bare, repeated, kNotMandatory, kInPrmText, closeBlock<checkPrmText>},
     {"EndModule", bare, repeated, kNotMandatory, kInModule, closeBlock<checkModule>},
@@ -113,7 +113,7 @@ constexpr std::array<GsdKeyword, GsdKeywordTable::kCount> GsdKeywordTable::kRows
     {"Value", argument, repeated, kNotMandatory, kInUnitDiagArea, readBoth<Blamed::value, u16, text30, handleValue>},
     {"Preset", value, repeated, kNotMandatory, kInModule, store<flag, &GSD_MODULE::preset>},
     {"FixPresetModules", value, once, kNotMandatory, kOutside, store<flag, &GsdModel::fixPresetModules>},
-    {"IsDPAsiLink", value, once, kNotMandatory, kOutside, read<flag, handleIsDpAsiLink>},
+    {"IsDPAsiLink", value, once, kNotMandatory, kOutside, read<flag, handleStationFlag<&GsdModel::isDpAsiLink, kStationDpAsi>>},
     {"OrderNumber", value, once, kNotMandatory, kOutside, read<name10, handleOrderNumber>},
     {"Periphery", value, once, kNotMandatory, kOutside, storeText<name10, &GsdModel::periphery, kPeriphery.width>},
     {"Q5HeaderCnf", value, once, kNotMandatory, kOutside, read<u16, handleQ5HeaderCnf>},
@@ -127,137 +127,58 @@ constexpr std::array<GsdKeyword, GsdKeywordTable::kCount> GsdKeywordTable::kRows
     {"OnlySpecialModules", value, once, kNotMandatory, kOutside, store<flag, &GsdModel::onlySpecialModules>},
     {"ETERDelay", value, once, kNotMandatory, kOutside, store<u16, &GsdModel::eterDelay>},
     {"MaxResponseDelay", value, once, kNotMandatory, kOutside, store<u16, &GsdModel::maxResponseDelay>},
-    {"IsKGPDevice", value, once, kNotMandatory, kOutside, read<flag, handleIsKgpDevice>},
+    {"IsKGPDevice", value, once, kNotMandatory, kOutside, read<flag, handleStationFlag<&GsdModel::isKgpDevice, kStationKgp>>},
     {"KGPModule", value, repeated, kNotMandatory, kOutside, read<namedBytes, handleKgpModule>},
     {"KGPGui", value, once, kNotMandatory, kOutside, read<namedBytes, handleKgpGui>},
     {"OffsetFirstMPDBlock", value, once, kNotMandatory, kOutside, store<u16, &GsdModel::offsetFirstMpdBlock, kMaxCommonPrmLen>},
-    {"Unit_Diag_!Bit", argument, repeated, kNotMandatory, kOutside, readBoth<Blamed::argument, u16, text30, handleUnitDiagNotBit>},
+    {"Unit_Diag_!Bit", argument, repeated, kNotMandatory, kOutside, readBoth<Blamed::argument, u16, text30, handleUnitDiagBit<0>>},
 }};
 // clang-format on
 
 namespace {
 
-constexpr char kAbsent = '\0'; // what stands behind the end of a text
-
-constexpr char upperAt(std::string_view text, std::size_t position)
+/// Most files write their keywords in the case of the table. The last character tells most other keywords apart.
+bool begins(std::string_view line, std::string_view spelling)
 {
-    return position < text.size() ? toUpper(text[position]) : kAbsent;
+    const std::size_t length = spelling.size();
+    return line.size() >= length && toUpper(line[length - 1]) == toUpper(spelling.back()) &&
+           (line.starts_with(spelling) || compareIgnoringCase(line.substr(0, length), spelling) == 0);
 }
 
-constexpr bool beginsIgnoringCase(std::string_view line, std::string_view start)
-{
-    return line.size() >= start.size() && compareIgnoringCase(line.substr(0, start.size()), start) == 0;
-}
-
-/// A decision tree over the spellings. A node looks at one character, the first that its keywords do not share, so a
-/// walk over a few characters leaves one keyword with which the line can begin; only then is it compared as a whole.
-/// Where one keyword begins with another, the longer one stands first in the table: it is compared first.
-class SpellingTree {
+/// The rows by the first character of their spelling: chains in the order of the table.
+class Chains {
 public:
-    constexpr explicit SpellingTree(const std::array<GsdKeyword, GsdKeywordTable::kCount>& rows)
+    constexpr explicit Chains(const std::array<GsdKeyword, GsdKeywordTable::kCount>& rows)
     {
-        Ids ids{};
-        for (std::size_t i = 0; i < ids.size(); ++i)
-            ids[i] = i;
-        std::sort(ids.begin(), ids.end(), [&](std::size_t a, std::size_t b) {
-            return compareIgnoringCase(rows[a].spelling, rows[b].spelling) < 0;
-        });
-        // Of the keywords with which another begins, the sorted order puts the longest last.
-        for (std::size_t i = 0; i < ids.size(); ++i) {
-            shorter[ids[i]] = kNone;
-            for (std::size_t j = 0; j < i; ++j) {
-                if (beginsIgnoringCase(rows[ids[i]].spelling, rows[ids[j]].spelling))
-                    shorter[ids[i]] = static_cast<std::uint8_t>(ids[j]);
-            }
+        first.fill(GsdKeywordTable::kNone);
+        for (std::size_t id = rows.size(); id-- > 0;) {
+            std::uint8_t& head = first[indexOf(rows[id].spelling.front())];
+            next[id] = head;
+            head = static_cast<std::uint8_t>(id);
         }
-        addNode(rows, ids, {0, ids.size(), 0}, kNone);
     }
 
     std::size_t find(std::string_view line) const
     {
-        std::size_t keyword = kNone;
-        for (std::size_t node = 0; node < kLeaves;) {
-            keyword = nodes[node].keyword;
-            const std::size_t child = nodes[node].children[indexOf(upperAt(line, nodes[node].position))];
-            if (child == kNoChild)
-                break;
-            if (child >= kLeaves)
-                keyword = child - kLeaves;
-            node = child;
-        }
-        while (keyword != kNone && !begins(line, GsdKeywordTable::kRows[keyword].spelling))
-            keyword = shorter[keyword];
-        return keyword;
+        std::size_t id = line.empty() ? GsdKeywordTable::kNone : first[indexOf(line.front())];
+        while (id != GsdKeywordTable::kNone && !begins(line, GsdKeywordTable::kRows[id].spelling))
+            id = next[id];
+        return id;
     }
 
 private:
-    /// Most files write their keywords in the case of the table.
-    static bool begins(std::string_view line, std::string_view spelling)
-    {
-        return line.starts_with(spelling) || beginsIgnoringCase(line, spelling);
-    }
+    static constexpr std::size_t indexOf(char c) { return static_cast<unsigned char>(toUpper(c)); }
 
-    using Ids = std::array<std::size_t, GsdKeywordTable::kCount>;
-    static constexpr std::uint8_t kNone = GsdKeywordTable::kNone;
-    static constexpr std::uint8_t kNoChild = 0;  // the root is no child
-    static constexpr std::uint8_t kLeaves = 128; // children from here on are keywords
-    static constexpr std::size_t kCharacters = 64;
-
-    /// Upper-cased spellings lie between the blank and the underscore; a strange character of a line may take the place
-    /// of one of theirs, which the comparison then finds out.
-    static constexpr std::size_t indexOf(char upper)
-    {
-        return (static_cast<unsigned char>(upper) - static_cast<unsigned char>(' ')) % kCharacters;
-    }
-
-    struct Node {
-        std::size_t position = 0;     // of the character that tells the keywords apart
-        std::uint8_t keyword = kNone; // the longest that ends before it
-        std::array<std::uint8_t, kCharacters> children{};
-    };
-
-    /// Sorted keywords, `last` one behind, that share their first `depth` characters.
-    struct Branch {
-        std::size_t first;
-        std::size_t last;
-        std::size_t depth;
-    };
-
-    /// Adds the node of a branch of two keywords or more; `keyword` is the longest that ends within the shared characters.
-    constexpr std::uint8_t addNode(const std::array<GsdKeyword, GsdKeywordTable::kCount>& rows, const Ids& ids,
-                                   Branch branch, std::uint8_t keyword)
-    {
-        const auto characterOf = [&](std::size_t i) { return upperAt(rows[ids[i]].spelling, branch.depth); };
-        while (characterOf(branch.first) == characterOf(branch.last - 1))
-            ++branch.depth;
-        if (characterOf(branch.first) == kAbsent)
-            keyword = static_cast<std::uint8_t>(ids[branch.first++]);
-        const std::uint8_t added = used++;
-        nodes[added].position = branch.depth;
-        nodes[added].keyword = keyword;
-        for (std::size_t first = branch.first; first < branch.last;) {
-            std::size_t last = first;
-            while (last < branch.last && characterOf(last) == characterOf(first))
-                ++last;
-            nodes[added].children[indexOf(characterOf(first))] =
-                last - first == 1 ? static_cast<std::uint8_t>(kLeaves + ids[first])
-                                  : addNode(rows, ids, {first, last, branch.depth}, keyword);
-            first = last;
-        }
-        return added;
-    }
-
-    std::array<Node, 64> nodes{}; // the first is the root
-    std::uint8_t used = 0;
-    std::array<std::uint8_t, GsdKeywordTable::kCount> shorter{}; // the longest keyword with which a keyword begins
+    std::array<std::uint8_t, 256> first{};
+    std::array<std::uint8_t, GsdKeywordTable::kCount> next{};
 };
 
 } // namespace
 
 std::size_t GsdKeywordTable::find(std::string_view line)
 {
-    static constexpr SpellingTree kTree(kRows);
-    return kTree.find(line);
+    static constexpr Chains kChains(kRows);
+    return kChains.find(line);
 }
 
 } // namespace typdescriptor::internal

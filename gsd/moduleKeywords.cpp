@@ -17,48 +17,32 @@ constexpr std::uint32_t kLastBit = 7;
 constexpr std::string_view kSlotNumberName = "[SlotNumber]";
 constexpr std::string_view kBareSlotNumberName = "[Slotnumber]"; // as it may stand without quotes
 
-/// How a value of a data type is read, and the bytes that it takes in the parameter image.
+/// How a value of a data type is read, the bytes that it takes in the parameter image, and the range when its line
+/// gives none. Hosts rely on the unsigned ranges of the types that the format does not have.
 struct DataTypeFormat {
     IntegerKind kind;
     std::size_t bytes;
+    std::uint32_t minValue;
+    std::uint32_t maxValue;
 };
+
+constexpr auto kMinSigned16 = static_cast<std::uint32_t>(-32768);
 
 // From the first data type on.
 constexpr std::array<DataTypeFormat, kBit - kUnsigned8 + 1> kDataTypes{{
-    {IntegerKind::unsigned8, 1},
-    {IntegerKind::unsigned16, 2},
-    {IntegerKind::unsigned32, 4},
-    {IntegerKind::signed8, 1},
-    {IntegerKind::signed16, 2},
-    {IntegerKind::signed32, 4},
-    {IntegerKind::unsigned8, 1},
-    {IntegerKind::unsigned8, 1},
+    {IntegerKind::unsigned8, 1, 0, 0xFF},
+    {IntegerKind::unsigned16, 2, 0, 0xFFFF},
+    {IntegerKind::unsigned32, 4, 0, 0xFFFF},
+    {IntegerKind::signed8, 1, 0, 0xFF},
+    {IntegerKind::signed16, 2, kMinSigned16, 32767},
+    {IntegerKind::signed32, 4, 0, 0xFFFF},
+    {IntegerKind::unsigned8, 1, 0, 0}, // a bit area's maximum depends on its bits
+    {IntegerKind::unsigned8, 1, 0, 1},
 }};
 
-/// The range of a data type whose line gives none. Hosts rely on the unsigned ranges of the types that the format does
-/// not have.
-void setImpliedRange(GSD_EXT_PRM_DEF& definition)
+const DataTypeFormat& formatOf(const GSD_EXT_PRM_DEF& definition)
 {
-    definition.minValue = 0;
-    switch (definition.dataType) {
-    case kUnsigned8:
-    case kSigned8:
-        definition.maxValue = 0xFF;
-        break;
-    case kSigned16:
-        definition.minValue = static_cast<std::uint32_t>(-32768);
-        definition.maxValue = 32767;
-        break;
-    case kBitArea:
-        definition.maxValue = (1U << definition.bitCount) - 1;
-        break;
-    case kBit:
-        definition.maxValue = 1;
-        break;
-    default:
-        definition.maxValue = 0xFFFF;
-        break;
-    }
+    return kDataTypes[definition.dataType - kUnsigned8];
 }
 
 std::span<std::uint8_t> toBytes(Arena& arena, const NumberList& list)
@@ -129,21 +113,22 @@ int readBitPlace(std::string_view text, GSD_EXT_PRM_DEF& definition)
 /// Reads default and range of a definition.
 int readValueRange(std::string_view text, GSD_EXT_PRM_DEF& definition)
 {
-    const IntegerKind kind = kDataTypes[definition.dataType - kUnsigned8].kind;
+    const DataTypeFormat& format = formatOf(definition);
     ValueReader value(text);
-    definition.defaultValue = value.number(kind);
+    definition.defaultValue = value.number(format.kind);
     if (value.failed())
         return value.finish();
     if (value.atEnd()) {
-        setImpliedRange(definition);
+        definition.minValue = format.minValue;
+        definition.maxValue = definition.dataType == kBitArea ? (1U << definition.bitCount) - 1 : format.maxValue;
         return kOk;
     }
     ValueReader asRange = value;
-    NumberList limits = asRange.range(kind);
+    NumberList limits = asRange.range(format.kind);
     if (!asRange.failed())
         value = asRange;
     else
-        limits = value.list(kMaxEnumeratedValues, kind);
+        limits = value.list(kMaxEnumeratedValues, format.kind);
     if (const int result = value.finish(); result < 0)
         return result;
     if (limits.count < 2)
@@ -243,14 +228,6 @@ int handlePrmTextRef(GsdReading& reading, std::uint32_t reference)
     return kOk;
 }
 
-int handlePrmTextRefOldSpelling(GsdReading& reading, std::uint32_t reference)
-{
-    const int result = handlePrmTextRef(reading, reference);
-    if (result == kOk)
-        reading.addWarning(kWarnPrmTextRef);
-    return result;
-}
-
 int checkExtUserPrmData(GsdReading& reading)
 {
     return reading.currentExtPrmDef->typeDefined ? kOk : kErrGsdEmptyBlock;
@@ -285,7 +262,7 @@ int handleExtUserPrmDataRef(GsdReading& reading, std::uint32_t offset, std::uint
         return kErrGsdSyntax;
     (inModule ? reading.currentModule->refs : reading.model.extUserPrmRefs)
         .append(reading.model.arena, {reference, offset});
-    return placePrmData(reading, offset, kDataTypes[definition->dataType - kUnsigned8].bytes);
+    return placePrmData(reading, offset, formatOf(*definition).bytes);
 }
 
 } // namespace typdescriptor::internal

@@ -30,27 +30,7 @@ void trimArea(GSD_UNIT_DIAG_AREA& area)
     setAreaMask(area);
 }
 
-void addUnitDiagBit(GsdReading& reading, std::uint32_t number, std::uint16_t shownValue, std::string_view text)
-{
-    Arena& arena = reading.model.arena;
-    const auto bit = static_cast<std::uint16_t>(number);
-    GSD_UNIT_DIAG_AREA& area = reading.model.unitDiags.append(arena, {bit, bit, 1, {}});
-    area.values.append(arena, {shownValue, reading.keepText(text, kNameWidth)});
-}
-
 } // namespace
-
-int handleUnitDiagBit(GsdReading& reading, std::uint32_t bit, std::string_view text)
-{
-    addUnitDiagBit(reading, bit, 1, text);
-    return kOk;
-}
-
-int handleUnitDiagNotBit(GsdReading& reading, std::uint32_t bit, std::string_view text)
-{
-    addUnitDiagBit(reading, bit, 0, text);
-    return kOk;
-}
 
 int handleUnitDiagArea(GsdReading& reading, const NumberList& bits)
 {
@@ -97,14 +77,6 @@ int handleChannelDiag(GsdReading& reading, std::uint32_t errorType, std::string_
         reading.model.channelDiags.append(reading.model.arena,
                                           {static_cast<std::uint8_t>(errorType), reading.keepText(text, kNameWidth)});
     return kOk;
-}
-
-int handleChannelDiagOldSpelling(GsdReading& reading, std::uint32_t errorType, std::string_view text)
-{
-    const int result = handleChannelDiag(reading, errorType, text);
-    if (result == kOk)
-        reading.addWarning(kWarnChannelDiag);
-    return result;
 }
 
 int handlePrmText(GsdReading& reading, std::uint32_t reference)

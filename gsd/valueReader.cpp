@@ -125,10 +125,8 @@ std::uint32_t ValueReader::flag()
     if (failed())
         return 0;
     const bool isRead = scanNumber(text, number);
-    if (!isRead || number.value > 1 || (number.negative && number.value != 0)) {
-        fail(kErrGsdFlag);
-        return 0;
-    }
+    if (!isRead || number.value > 1 || (number.negative && number.value != 0))
+        return fail(kErrGsdFlag);
     return number.value;
 }
 
@@ -138,10 +136,8 @@ std::uint32_t ValueReader::number(IntegerKind kind)
     if (failed())
         return 0;
     const IntegerRange& range = rangeOf(kind);
-    if (!scanNumber(text, number) || !isWithin(number, range)) {
-        fail(kErrGsdNumber);
-        return 0;
-    }
+    if (!scanNumber(text, number) || !isWithin(number, range))
+        return fail(kErrGsdNumber);
     return number.value & range.mask;
 }
 
@@ -296,9 +292,11 @@ int ValueReader::finish() const
     return text.empty() ? kOk : kErrGsdSyntax;
 }
 
-void ValueReader::fail(int code)
+/// Returns what a failed reading yields.
+std::uint32_t ValueReader::fail(int code)
 {
     failure = code;
+    return 0;
 }
 
 void ValueReader::skipBlanks()

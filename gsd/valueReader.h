@@ -79,7 +79,7 @@ public:
     int finish() const;
 
 private:
-    void fail(int code);
+    std::uint32_t fail(int code);
     void skipBlanks();
     std::string_view squeeze(std::string_view content, std::size_t target);
 
