@@ -100,7 +100,6 @@ public:
     GSD_LIST<GSD_PRM_REF_ITEM> refs;
     std::int32_t prmDataEnd = 0;        // highest end of an Ext_User_Prm_Data_Const
     std::int32_t paramModuleNumber = 0; // number of the module's parameter block, 0 for none
-    std::uint16_t moduleReference = 0;
     std::uint8_t preset = 0;
     std::uint8_t identifierCount = 0;
     bool ownsPrmBlock = true; // false: an earlier module has the same block and writes it

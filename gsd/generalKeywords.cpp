@@ -100,8 +100,7 @@ int handleKgpGui(GsdReading& reading, const NamedBytes& value)
     if (value.name.size() > kMaxKgpGuiText || value.bytes.count != gui.bytes.size() ||
         value.bytes.last() > kMaxKgpGuiDigit)
         return kErrGsdSyntax;
-    for (std::size_t i = 0; i < gui.bytes.size(); ++i)
-        gui.bytes[i] = static_cast<std::uint8_t>(value.bytes.values[i]);
+    value.bytes.copyTo(gui.bytes.data());
     gui.text = reading.model.arena.text(value.name);
     gui.given = true;
     return kOk;

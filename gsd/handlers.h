@@ -131,7 +131,7 @@ int keepNumber(GsdReading& reading, std::uint32_t number)
 }
 
 template <auto Field, std::size_t Width>
-int keepText(GsdReading& reading, std::string_view text)
+int keepHeaderText(GsdReading& reading, std::string_view text)
 {
     reading.model.*Field = reading.keepText(text, Width);
     return kOk;
@@ -143,7 +143,7 @@ inline constexpr auto store = &read<Read, keepNumber<Field, Maximum, Minimum>>;
 
 /// Keeps a text for a header field, as much of it as that has room for.
 template <auto Read, auto Field, std::size_t Width>
-inline constexpr auto storeText = &read<Read, keepText<Field, Width>>;
+inline constexpr auto storeText = &read<Read, keepHeaderText<Field, Width>>;
 
 /// Of an old spelling, which is read like the new one.
 template <int Warning, auto HandleLine>

@@ -17,10 +17,10 @@ using enum GsdOccurrence;
 namespace {
 
 constexpr std::uint32_t kMaxDataLen = 488;
-// Lengths to which strings are squeezed.
+// Texts, by the length to which they are squeezed.
 constexpr auto name17 = string<17>;
 constexpr auto name10 = string<10>;
-constexpr auto text30 = string<kTextSqueeze>;
+constexpr auto text30 = string<kNameWidth>;
 
 } // namespace
 
@@ -82,7 +82,7 @@ constexpr std::array<GsdKeyword, GsdKeywordTable::kCount> GsdKeywordTable::kRows
     {"Unit_Diag_Bit", argument, repeated, kNotMandatory, kOutside, readBoth<Blamed::argument, u16, text30, handleUnitDiagBit<1>>},
     {"Unit_Diag_Area_End", bare, repeated, kNotMandatory, kInUnitDiagArea, closeBlock<checkUnitDiagArea>},
     {"Unit_Diag_Area", value, repeated, kNotMandatory, kOutside, read<u16Range, handleUnitDiagArea>},
-    {"Module_Reference", value, once, kNotMandatory, kInModule, store<u16, &GSD_MODULE::moduleReference>},
+    {"Module_Reference", value, once, kNotMandatory, kInModule, drop<u16>},
     {"Module", value, repeated, kModuleFound, kOutside, read<namedBytes, handleModule>},
     {"Channel_Diag", argument, repeated, kNotMandatory, kOutside | kInModule, readBoth<Blamed::value, u8, text30, handleChannelDiag>},
     {"ChannelDiag", argument, repeated, kNotMandatory, kOutside | kInModule, oldSpelling<kWarnChannelDiag, readBoth<Blamed::value, u8, text30, handleChannelDiag>>},

@@ -48,8 +48,7 @@ const DataTypeFormat& formatOf(const GSD_EXT_PRM_DEF& definition)
 std::span<std::uint8_t> toBytes(Arena& arena, const NumberList& list)
 {
     const std::span<std::uint8_t> bytes = arena.bytes(list.count);
-    for (std::size_t i = 0; i < bytes.size(); ++i)
-        bytes[i] = static_cast<std::uint8_t>(list.values[i]);
+    list.copyTo(bytes.data());
     return bytes;
 }
 
@@ -189,7 +188,7 @@ PrmDefHead prmDefHead(ValueReader& value)
 {
     const std::uint32_t reference = value.unsigned16();
     const bool bare = value.takeLast(kBareSlotNumberName);
-    return {reference, bare ? kSlotNumberName : value.string(kTextSqueeze)};
+    return {reference, bare ? kSlotNumberName : value.string(kNameWidth)};
 }
 
 int handleExtUserPrmData(GsdReading& reading, const PrmDefHead& head)
@@ -244,8 +243,7 @@ int handleExtUserPrmDataConst(GsdReading& reading, std::uint32_t offset, const N
     std::uint8_t* target =
         inModule ? reading.currentModule->extModulePrmData().data() : reading.model.extUserPrmData.data();
     std::int32_t& constEnd = inModule ? reading.currentModule->prmDataEnd : reading.model.constPrmDataEnd;
-    for (std::size_t i = 0; i < bytes.count; ++i)
-        target[offset + i] = static_cast<std::uint8_t>(bytes.values[i]);
+    bytes.copyTo(target + offset);
     constEnd = std::max(constEnd, static_cast<std::int32_t>(offset + bytes.count));
     return kOk;
 }

@@ -1,6 +1,7 @@
 #include "gsd/valueReader.h"
 
 #include "descriptor/resultCodes.h"
+#include "generator/families.h"
 #include "gsd/textScan.h"
 #include "typefile/scan.h"
 
@@ -12,7 +13,6 @@ namespace {
 
 constexpr std::uint32_t kSaturated = 0xFFFFFFFF;
 constexpr std::uint64_t kBeyond32Bits = 0x100000000;
-constexpr std::uint32_t kMaxFamily = 11;
 constexpr std::size_t kMaxFamilyDigits = 19;
 constexpr std::string_view kElementEnd = " \t\n\v\f\r,";
 
@@ -257,7 +257,7 @@ FamilyValue ValueReader::family()
         fail(kErrGsdNumber);
         return result;
     }
-    result.number = number > kMaxFamily ? 0 : static_cast<std::uint32_t>(number);
+    result.number = number >= kFamilyCount ? 0 : static_cast<std::uint32_t>(number);
     text.remove_prefix(available - digits.size());
     while (!text.empty()) {
         const std::size_t end = std::min(text.find('@', 1), text.size());

@@ -25,9 +25,6 @@ struct ScannedNumber {
 /// @return false when the token is empty or is no number; the text may have moved
 bool scanNumber(std::string_view& text, ScannedNumber& number);
 
-/// Length to which texts and parameter names are squeezed: what the type file has room for.
-inline constexpr std::size_t kTextSqueeze = 30;
-
 inline constexpr std::size_t kMaxStringLength = 32;
 
 /// The elements of a list or the two ends of a range.
@@ -37,6 +34,12 @@ struct NumberList {
     std::array<std::uint32_t, kMaxCount> values; // the first `count` are set
     std::size_t count = 0;
 
+    /// Of a list of bytes.
+    void copyTo(std::uint8_t* bytes) const
+    {
+        for (std::size_t i = 0; i < count; ++i)
+            bytes[i] = static_cast<std::uint8_t>(values[i]);
+    }
     std::uint32_t first() const { return values[0]; }
     std::uint32_t last() const { return values[count - 1]; }
 };
