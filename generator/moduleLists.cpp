@@ -17,11 +17,6 @@ namespace {
 constexpr std::size_t kModuleListHeadWidth = 6; // tag, number, quote
 constexpr std::size_t kNumberAndQuote = kNumberDigits + 1;
 
-RecordText numberAndQuote(RecordText record, std::uint8_t byte)
-{
-    return record.number(byte).quote();
-}
-
 } // namespace
 
 void TypeFileGenerator::writePresetConfig()
@@ -58,7 +53,7 @@ void TypeFileGenerator::writePresetIdentifiers(const GSD_MODULE& module)
         if (bytes.size() > 1) {
             image.append(image.record().quote());
             for (std::size_t i = 1; i < bytes.size(); ++i)
-                image.append(numberAndQuote(image.record(), bytes[i]), kNumberAndQuote);
+                image.append(image.record().numberField(bytes[i]), kNumberAndQuote);
             endsWithQuote = true;
         }
         if (first && module.paramModuleNumber != 0) {
@@ -66,8 +61,7 @@ void TypeFileGenerator::writePresetIdentifiers(const GSD_MODULE& module)
                 image.append(image.record().quote());
             image.append(image.record()
                              .text(kTagSlotPrmBlock)
-                             .number(static_cast<std::uint32_t>(module.paramModuleNumber))
-                             .quote());
+                             .numberField(static_cast<std::uint32_t>(module.paramModuleNumber)));
         }
         image.append(image.record().end());
         first = false;
@@ -100,14 +94,10 @@ void TypeFileGenerator::writeKgpEntry(const GSD_MODULE& module)
     writeQuotedName(module.name());
     image.append(image.record()
                      .character('0')
-                     .number(bytes[0] | static_cast<std::uint32_t>(bytes[1]) << 8)
-                     .quote()
-                     .number(bytes[2])
-                     .quote()
-                     .number(bytes[3])
-                     .quote()
-                     .number(bytes[4])
-                     .quote());
+                     .numberField(bytes[0] | static_cast<std::uint32_t>(bytes[1]) << 8)
+                     .numberField(bytes[2])
+                     .numberField(bytes[3])
+                     .numberField(bytes[4]));
     writeBlockReference(module.paramModuleNumber);
 }
 
@@ -115,7 +105,7 @@ void TypeFileGenerator::writeOrderNumberEntry(const GSD_MODULE& module)
 {
     writeQuotedName(module.name());
     for (const std::uint8_t byte : module.identifiers().first().bytes)
-        image.append(numberAndQuote(image.record(), byte), kNumberAndQuote);
+        image.append(image.record().numberField(byte), kNumberAndQuote);
     writeBlockReference(module.paramModuleNumber);
 }
 
@@ -132,14 +122,14 @@ void TypeFileGenerator::writeModuleList()
 
 void TypeFileGenerator::writeModuleListEntry(const GSD_MODULE& module, std::size_t number)
 {
-    image.append(image.record().text(kTagModuleList).number(number).quote(), kModuleListHeadWidth);
+    image.append(image.record().text(kTagModuleList).numberField(number), kModuleListHeadWidth);
     image.appendField(module.name(), kNameWidth);
     image.append(image.record().quote().end());
     image.append(image.record().head(kTagPresetByIdentifier, module.identifiers().count()));
     bool first = true;
     for (const GSD_IDENT_ITEM identifier : module.identifiers()) {
         for (const std::uint8_t byte : identifier.bytes) {
-            image.append(numberAndQuote(image.record(), byte), kNumberAndQuote);
+            image.append(image.record().numberField(byte), kNumberAndQuote);
             image.set(image.imageLength, " "); // the text field begins here when this was the last byte
         }
         image.imageLength += kSlotTextWidth;
@@ -151,7 +141,7 @@ void TypeFileGenerator::writeModuleListEntry(const GSD_MODULE& module, std::size
 
 void TypeFileGenerator::writeBlockReference(std::int32_t blockNumber)
 {
-    image.append(image.record().text(kTagSlotPrmBlock).number(static_cast<std::uint32_t>(blockNumber)).quote().end());
+    image.append(image.record().text(kTagSlotPrmBlock).numberField(static_cast<std::uint32_t>(blockNumber)).end());
 }
 
 void TypeFileGenerator::writeQuotedName(std::string_view name)

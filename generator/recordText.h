@@ -45,6 +45,13 @@ public:
     /// A byte as two upper-case hexadecimal digits.
     RecordText& hexByte(std::uint8_t value);
     RecordText& quote() { return character(kQuote); }
+    /// A number and the quote behind it.
+    RecordText& numberField(std::uint64_t value, std::size_t digits = kNumberDigits)
+    {
+        return number(value, digits).quote();
+    }
+    /// '0' plus a number, as one character whatever the number.
+    RecordText& digit(unsigned number) { return character(static_cast<char>('0' + number)); }
     /// The record terminator.
     RecordText& end() { return text(kTerminator); }
     /// The head of a record group: tag, count, terminator.

@@ -80,14 +80,11 @@ void TypeFileGenerator::writeSlotRecords()
     if (model.kgpGui.given) {
         image.append(image.record()
                          .text(kTagSlotNumbering)
-                         .number(model.kgpGui.bytes[0])
-                         .quote()
+                         .numberField(model.kgpGui.bytes[0])
                          .text(model.kgpGui.text)
                          .quote()
-                         .number(model.kgpGui.bytes[1])
-                         .quote()
-                         .number(model.kgpGui.bytes[2], 1)
-                         .quote()
+                         .numberField(model.kgpGui.bytes[1])
+                         .numberField(model.kgpGui.bytes[2], 1)
                          .end());
     }
     image.append(image.record().head(kTagSlotCount, static_cast<std::uint16_t>(model.modules.count())));

@@ -100,7 +100,7 @@ const IntegerRange& rangeOf(IntegerKind kind)
 }
 
 /// A minus sign is no part of an unsigned number, not even before 0.
-bool isWithin(const ScannedNumber& number, const IntegerRange& range)
+bool fits(const ScannedNumber& number, const IntegerRange& range)
 {
     if (range.minimum == 0)
         return !number.negative && number.value <= range.maximum;
@@ -136,7 +136,7 @@ std::uint32_t ValueReader::number(IntegerKind kind)
     if (failed())
         return 0;
     const IntegerRange& range = rangeOf(kind);
-    if (!scanNumber(text, number) || !isWithin(number, range))
+    if (!scanNumber(text, number) || !fits(number, range))
         return fail(kErrGsdNumber);
     return number.value & range.mask;
 }
@@ -193,7 +193,7 @@ NumberList ValueReader::list(std::size_t maximum, IntegerKind kind)
         const bool atEnd = rest.empty() || isSpace(rest.front()) || rest.front() == ',';
         if (!atEnd)
             rest.remove_prefix(std::min(rest.find_first_of(kElementEnd), rest.size()));
-        areNumbers = areNumbers && isRead && atEnd && isWithin(number, range);
+        areNumbers = areNumbers && isRead && atEnd && fits(number, range);
         if (count < maximum)
             result.values[count] = number.value & range.mask;
         rest = withoutLeadingBlanks(rest);
