@@ -2,6 +2,8 @@
 
 #include "typefile/hostRecordFields.h"
 
+#include <algorithm>
+#include <cstring>
 #include <span>
 
 namespace typdescriptor::internal {
@@ -56,6 +58,13 @@ private:
     char* start;
 };
 
+/// A text member of a host record up to its NUL, or its whole width where the host left the NUL out.
+template <std::size_t Size>
+std::string_view textOf(const char (&member)[Size])
+{
+    return {member, static_cast<std::size_t>(std::find(member, member + Size, '\0') - member)};
+}
+
 /// Three numbers of two digits with a character between them.
 void putTwoDigitFields(RecordText record, char separator, int first, int second, int third)
 {
@@ -88,7 +97,7 @@ void writeHeadLine(OutputImage& image, const TYPEFILE_COM_QX410& record)
         image.append(image.record().text(kLineEnd));
 }
 
-/// The least number of modules that hosts may plug: the one stated counts only where slots are free.
+/// A stated number of modules counts for a modular station of single identifiers and for a DP/AS-i link; 0 states none.
 std::uint32_t moduleLimit(const GsdModel& model)
 {
     const bool given = (model.modularStation && !model.multiIdentifierModuleSeen) || model.isDpAsiLink;

@@ -16,11 +16,4 @@ void writeFixedPart(OutputImage& image, const GsdModel& model);
 /// Texts are not cut to their field: one that is too long reaches into the terminator behind it.
 void writeFixedPart(OutputImage& image, const TYPEFILE_COM_QX410& record);
 
-/// A text member of a host record up to its NUL, or its whole width where the host left the NUL out.
-template <std::size_t Size>
-std::string_view textOf(const char (&member)[Size])
-{
-    return {member, static_cast<std::size_t>(std::find(member, member + Size, '\0') - member)};
-}
-
 } // namespace typdescriptor::internal

@@ -71,12 +71,12 @@ int handleBitmapDevice(GsdReading& reading, std::string_view name)
     return kOk;
 }
 
-int handleSlaveFamily(GsdReading& reading, const FamilyValue& family)
+int handleSlaveFamily(GsdReading& reading, const FamilyValue& value)
 {
-    const bool custom = family.subFamilyCount == 2 && family.subFamilies[0] == kCustomFamilyMark &&
-                        family.subFamilies[1].size() <= kFamily.width;
+    const bool custom = value.subFamilyCount == 2 && value.subFamilies[0] == kCustomFamilyMark &&
+                        value.subFamilies[1].size() <= kFamily.width;
     reading.model.family =
-        custom ? reading.model.arena.text(family.subFamilies[1]) : kFamilyNames[family.number][reading.languageIndex];
+        custom ? reading.model.arena.text(value.subFamilies[1]) : kFamilyNames[value.number][reading.languageIndex];
     return kOk;
 }
 

@@ -19,41 +19,23 @@ namespace typdescriptor::internal {
 
 // --- What a value holds ----------------------------------------------------------------------------------------------
 
-template <IntegerKind Kind>
-std::uint32_t integer(ValueReader& value)
+template <auto Reader, auto... Arguments>
+auto taken(ValueReader& value)
 {
-    return value.number(Kind);
+    return (value.*Reader)(Arguments...);
 }
-inline constexpr auto u8 = integer<IntegerKind::unsigned8>;
-inline constexpr auto u16 = integer<IntegerKind::unsigned16>;
-inline constexpr auto s32 = integer<IntegerKind::signed32>;
-
-inline std::uint32_t flag(ValueReader& value)
-{
-    return value.flag();
-}
-
-template <std::size_t SqueezeTarget>
-std::string_view string(ValueReader& value)
-{
-    return value.string(SqueezeTarget);
-}
-inline constexpr auto anyString = string<0>;
-
-inline NumberList bytes(ValueReader& value)
-{
-    return value.bytes();
-}
-
-inline NumberList u16Range(ValueReader& value)
-{
-    return value.range(IntegerKind::unsigned16);
-}
-
-inline FamilyValue family(ValueReader& value)
-{
-    return value.family();
-}
+inline constexpr auto flag = taken<&ValueReader::flag>;
+inline constexpr auto u8 = taken<&ValueReader::number, IntegerKind::unsigned8>;
+inline constexpr auto u16 = taken<&ValueReader::number, IntegerKind::unsigned16>;
+inline constexpr auto s32 = taken<&ValueReader::number, IntegerKind::signed32>;
+inline constexpr auto u16Range = taken<&ValueReader::range, IntegerKind::unsigned16>;
+inline constexpr auto byteList = taken<&ValueReader::bytes>;
+inline constexpr auto family = taken<&ValueReader::family>;
+inline constexpr auto anyText = taken<&ValueReader::string, 0>;
+// Texts, by the length to which they are squeezed.
+inline constexpr auto name17 = taken<&ValueReader::string, 17>;
+inline constexpr auto name10 = taken<&ValueReader::string, 10>;
+inline constexpr auto text30 = taken<&ValueReader::string, kNameWidth>;
 
 struct NamedBytes {
     std::string_view name;
@@ -185,16 +167,16 @@ int handleBaudRate(GsdReading& reading, std::uint32_t supported)
 }
 /// Of a flag whose keyword makes the station type, also when it is 0.
 template <auto Field, const std::string_view& StationType>
-int handleStationFlag(GsdReading& reading, std::uint32_t flag)
+int handleStationFlag(GsdReading& reading, std::uint32_t set)
 {
     reading.model.stationType = StationType;
-    return keepNumber<Field, 1>(reading, flag);
+    return keepNumber<Field, 1>(reading, set);
 }
 int handleMaxTsdr(GsdReading& reading, std::uint32_t time);
 int handleVendorName(GsdReading& reading, std::string_view name);
 int handleImplementationType(GsdReading& reading, std::string_view type);
 int handleBitmapDevice(GsdReading& reading, std::string_view name);
-int handleSlaveFamily(GsdReading& reading, const FamilyValue& family);
+int handleSlaveFamily(GsdReading& reading, const FamilyValue& value);
 int handleOrderNumber(GsdReading& reading, std::string_view number);
 int handleQ5HeaderCnf(GsdReading& reading, std::uint32_t number);
 int handleKgpGui(GsdReading& reading, const NamedBytes& value);

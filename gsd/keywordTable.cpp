@@ -17,10 +17,6 @@ using enum GsdOccurrence;
 namespace {
 
 constexpr std::uint32_t kMaxDataLen = 488;
-// Texts, by the length to which they are squeezed.
-constexpr auto name17 = string<17>;
-constexpr auto name10 = string<10>;
-constexpr auto text30 = string<kNameWidth>;
 
 } // namespace
 
@@ -31,13 +27,13 @@ constexpr std::array<GsdKeyword, GsdKeywordTable::kCount> GsdKeywordTable::kRows
     {"Vendor_Name", value, once, kVendorNameFound, kOutside, read<name17, handleVendorName>},
     {"Model_Name", value, once, kModelNameFound, kOutside, storeText<name17, &GsdModel::modelName, kModelName.width>},
     {"Revision_Number", value, once, kNotMandatory, kOutside, drop<u8>},
-    {"Revision", value, once, kRevisionFound, kOutside, drop<anyString>},
+    {"Revision", value, once, kRevisionFound, kOutside, drop<anyText>},
     {"Ident_Number", value, once, kIdentNumberFound, kOutside, store<u16, &GsdModel::identNumber>},
     {"Protocol_Ident", value, once, kProtocolIdentFound, kOutside, read<u8, handleZero<kErrGsdProtocol>>},
     {"Station_Type", value, once, kStationTypeFound, kOutside, read<u8, handleZero<kErrGsdStationType>>},
     {"FMS_supp", value, once, kNotMandatory, kOutside, drop<flag>},
-    {"Hardware_Release", value, once, kHardwareReleaseFound, kOutside, drop<anyString>},
-    {"Software_Release", value, once, kSoftwareReleaseFound, kOutside, drop<anyString>},
+    {"Hardware_Release", value, once, kHardwareReleaseFound, kOutside, drop<anyText>},
+    {"Software_Release", value, once, kSoftwareReleaseFound, kOutside, drop<anyText>},
     {"9.6_supp", value, once, kNotMandatory, kOutside, read<flag, handleBaudRate<9>>},
     {"19.2_supp", value, once, kNotMandatory, kOutside, read<flag, handleBaudRate<8>>},
     {"31.25_supp", value, once, kNotMandatory, kOutside, read<flag, handleBaudRate<4>>},
@@ -65,14 +61,14 @@ constexpr std::array<GsdKeyword, GsdKeywordTable::kCount> GsdKeywordTable::kRows
     {"24V_Pins", value, once, kNotMandatory, kOutside, drop<u8>},
     {"Implementation_Type", value, once, kNotMandatory, kOutside, read<name17, handleImplementationType>},
     {"Bitmap_Device", value, once, kNotMandatory, kOutside, read<name17, handleBitmapDevice>},
-    {"Bitmap_Diag", value, once, kNotMandatory, kOutside, drop<anyString>},
-    {"Bitmap_SF", value, once, kNotMandatory, kOutside, drop<anyString>},
+    {"Bitmap_Diag", value, once, kNotMandatory, kOutside, drop<anyText>},
+    {"Bitmap_SF", value, once, kNotMandatory, kOutside, drop<anyText>},
     {"Freeze_Mode_supp", value, once, kNotMandatory, kOutside, store<flag, &GsdModel::freezeMode>},
     {"Sync_Mode_supp", value, once, kNotMandatory, kOutside, store<flag, &GsdModel::syncMode>},
     {"Auto_Baud_supp", value, once, kNotMandatory, kOutside, drop<flag>},
     {"Set_Slave_Add_supp", value, once, kNotMandatory, kOutside, store<flag, &GsdModel::setSlaveAddress>},
     {"User_Prm_Data_Len", value, once, kNotMandatory, kOutside, store<u8, &GsdModel::userPrmDataLen, kMaxUserPrmBytes>},
-    {"User_Prm_Data", value, once, kNotMandatory, kOutside, read<bytes, handleUserPrmData>},
+    {"User_Prm_Data", value, once, kNotMandatory, kOutside, read<byteList, handleUserPrmData>},
     {"Min_Slave_Intervall", value, once, kMinSlaveIntervalFound, kOutside, store<u16, &GsdModel::minSlaveInterval>},
     {"Modular_Station", value, once, kNotMandatory, kOutside, store<flag, &GsdModel::modularStation>},
     {"Max_Module", value, once, kMaxModuleFound, kOutside, store<u8, &GsdModel::maxModule, kMaxModules>},
@@ -92,7 +88,7 @@ constexpr std::array<GsdKeyword, GsdKeywordTable::kCount> GsdKeywordTable::kRows
     {"Slave_Family", value, once, kSlaveFamilyFound, kOutside, read<family, handleSlaveFamily>},
     {"Max_User_Prm_Data_Len", value, once, kNotMandatory, kOutside, read<u8, handleMaxUserPrmDataLen>},
     {"Ext_User_Prm_Data_Ref", argument, repeated, kNotMandatory, kOutside | kInModule, readBoth<Blamed::argument, u8, u16, handleExtUserPrmDataRef>},
-    {"Ext_User_Prm_Data_Const", argument, repeated, kNotMandatory, kOutside | kInModule, readBoth<Blamed::argument, u8, bytes, handleExtUserPrmDataConst>},
+    {"Ext_User_Prm_Data_Const", argument, repeated, kNotMandatory, kOutside | kInModule, readBoth<Blamed::argument, u8, byteList, handleExtUserPrmDataConst>},
     {"ExtUserPrmData", value, repeated, kNotMandatory, kOutside, read<prmDefHead, handleExtUserPrmData>},
     {"PrmTextRef", value, repeated, kNotMandatory, kInExtPrmDef, oldSpelling<kWarnPrmTextRef, read<u16, handlePrmTextRef>>},
     {"PrmText", value, repeated, kNotMandatory, kOutside, read<u16, handlePrmText>},
@@ -134,6 +130,8 @@ constexpr std::array<GsdKeyword, GsdKeywordTable::kCount> GsdKeywordTable::kRows
     {"Unit_Diag_!Bit", argument, repeated, kNotMandatory, kOutside, readBoth<Blamed::argument, u16, text30, handleUnitDiagBit<0>>},
 }};
 // clang-format on
+static_assert(GsdKeywordTable::kRows[kUnsigned8].spelling == "Unsigned8");
+static_assert(GsdKeywordTable::kRows[kBit].spelling == "Bit"); // the data types between them are in order
 
 namespace {
 
