@@ -2,7 +2,7 @@
 
 #include "generator/typeFileGenerator.h"
 
-using namespace typefile;
+namespace typdescriptor::internal {
 
 namespace {
 
@@ -11,11 +11,6 @@ constexpr std::size_t kDiagByteWidth = 7;     // tag, byte number, quote
 constexpr std::size_t kBitGroupWidth = 6;     // tag, first bit, width, quote
 constexpr std::size_t kGroupValueWidth = 4;   // value, quote
 constexpr std::size_t kChannelErrorWidth = 6; // tag, error type, quote
-
-RecordText digitAndQuote(RecordText record, unsigned number)
-{
-    return record.character(static_cast<char>('0' + number)).quote();
-}
 
 } // namespace
 
@@ -33,7 +28,7 @@ void TypeFileGenerator::writeDiagTexts()
 
     image.append(image.record().head(kTagChannelDiag, model.channelDiags.count()), kListHeadWidth);
     for (const GSD_CHANNEL_DIAG& channel : model.channelDiags) {
-        image.append(image.record().text(kTagChannelError).number(channel.errorType, 2).quote(), kChannelErrorWidth);
+        image.append(image.record().text(kTagChannelError).numberField(channel.errorType, 2), kChannelErrorWidth);
         image.appendField(channel.text, kNameWidth);
         image.append(image.record().quote().end());
     }
@@ -43,18 +38,20 @@ void TypeFileGenerator::writeDeviceDiagText(const GSD_UNIT_DIAG_AREA& area, cons
 {
     const unsigned firstBit = area.firstBit % kBitsPerByte;
     const bool isGroup = area.firstBit != area.lastBit;
-    image.append(image.record().text(kTagDiagByte).number(area.firstBit / kBitsPerByte + 1).quote(), kDiagByteWidth);
+    image.append(image.record().text(kTagDiagByte).numberField(area.firstBit / kBitsPerByte + 1), kDiagByteWidth);
     if (isGroup) {
         const unsigned width = area.lastBit - area.firstBit + 1U;
-        image.append(image.record().text(kTagBitGroup).number(firstBit * 10 + width, 2).quote(), kBitGroupWidth);
+        image.append(image.record().text(kTagBitGroup).numberField(firstBit * 10 + width, 2), kBitGroupWidth);
     } else {
-        image.append(digitAndQuote(image.record(), firstBit));
+        image.append(image.record().digit(firstBit).quote());
     }
     image.appendField(item.text, kNameWidth);
     image.append(image.record().quote());
     if (isGroup)
-        image.append(image.record().number(item.value).quote(), kGroupValueWidth);
+        image.append(image.record().numberField(item.value), kGroupValueWidth);
     else
-        image.append(digitAndQuote(image.record(), item.value));
+        image.append(image.record().digit(item.value).quote());
     image.append(image.record().end());
 }
+
+} // namespace typdescriptor::internal

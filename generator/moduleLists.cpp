@@ -10,17 +10,12 @@
 
 #include "generator/typeFileGenerator.h"
 
-using namespace typefile;
+namespace typdescriptor::internal {
 
 namespace {
 
 constexpr std::size_t kModuleListHeadWidth = 6; // tag, number, quote
 constexpr std::size_t kNumberAndQuote = kNumberDigits + 1;
-
-RecordText numberAndQuote(RecordText record, std::uint8_t byte)
-{
-    return record.number(byte).quote();
-}
 
 } // namespace
 
@@ -29,7 +24,7 @@ void TypeFileGenerator::writePresetConfig()
     const bool oneModule = model.modules.count() == 1;
     std::size_t count = 0;
     bool presetOnly = false;
-    if (model.modularStation == 0 && oneModule) {
+    if (!model.modularStation && oneModule) {
         count = model.modules.first().identifiers().count();
     } else if (!model.multiIdentifierModuleSeen) {
         for (const GSD_MODULE& module : model.modules)
@@ -37,7 +32,7 @@ void TypeFileGenerator::writePresetConfig()
         presetOnly = count != 0;
     }
 
-    const bool fixed = oneModule || model.fixPresetModules != 0;
+    const bool fixed = oneModule || model.fixPresetModules;
     image.append(image.record().head(fixed ? kTagPresetFixed : kTagPresetByIdentifier, count), kStructureWidth);
     if (count > 0) {
         for (const GSD_MODULE& module : model.modules) {
@@ -58,7 +53,7 @@ void TypeFileGenerator::writePresetIdentifiers(const GSD_MODULE& module)
         if (bytes.size() > 1) {
             image.append(image.record().quote());
             for (std::size_t i = 1; i < bytes.size(); ++i)
-                image.append(numberAndQuote(image.record(), bytes[i]), kNumberAndQuote);
+                image.append(image.record().numberField(bytes[i]), kNumberAndQuote);
             endsWithQuote = true;
         }
         if (first && module.paramModuleNumber != 0) {
@@ -66,8 +61,7 @@ void TypeFileGenerator::writePresetIdentifiers(const GSD_MODULE& module)
                 image.append(image.record().quote());
             image.append(image.record()
                              .text(kTagSlotPrmBlock)
-                             .number(static_cast<std::uint32_t>(module.paramModuleNumber))
-                             .quote());
+                             .numberField(static_cast<std::uint32_t>(module.paramModuleNumber)));
         }
         image.append(image.record().end());
         first = false;
@@ -78,12 +72,12 @@ void TypeFileGenerator::writeOrderNumberList()
 {
     const std::size_t head = image.reserve(kOrderListHeadWidth);
     unsigned count = 0;
-    if (model.isKgpDevice != 0) {
+    if (model.isKgpDevice) {
         for (const GSD_MODULE& module : model.kgpModules) {
             writeKgpEntry(module);
             ++count;
         }
-    } else if (model.modularStation == 1 && !model.multiIdentifierModuleSeen) {
+    } else if (model.modularStation && !model.multiIdentifierModuleSeen) {
         for (const GSD_MODULE& module : model.modules) {
             if (module.preset != 0)
                 continue;
@@ -100,14 +94,10 @@ void TypeFileGenerator::writeKgpEntry(const GSD_MODULE& module)
     writeQuotedName(module.name());
     image.append(image.record()
                      .character('0')
-                     .number(bytes[0] | static_cast<std::uint32_t>(bytes[1]) << 8)
-                     .quote()
-                     .number(bytes[2])
-                     .quote()
-                     .number(bytes[3])
-                     .quote()
-                     .number(bytes[4])
-                     .quote());
+                     .numberField(bytes[0] | static_cast<std::uint32_t>(bytes[1]) << 8)
+                     .numberField(bytes[2])
+                     .numberField(bytes[3])
+                     .numberField(bytes[4]));
     writeBlockReference(module.paramModuleNumber);
 }
 
@@ -115,7 +105,7 @@ void TypeFileGenerator::writeOrderNumberEntry(const GSD_MODULE& module)
 {
     writeQuotedName(module.name());
     for (const std::uint8_t byte : module.identifiers().first().bytes)
-        image.append(numberAndQuote(image.record(), byte), kNumberAndQuote);
+        image.append(image.record().numberField(byte), kNumberAndQuote);
     writeBlockReference(module.paramModuleNumber);
 }
 
@@ -123,7 +113,7 @@ void TypeFileGenerator::writeModuleList()
 {
     const std::size_t head = image.reserve(kListHeadWidth);
     std::size_t count = 0;
-    if (model.modularStation == 0 ? model.modules.count() > 1 : model.multiIdentifierModuleSeen) {
+    if (!model.modularStation ? model.modules.count() > 1 : model.multiIdentifierModuleSeen) {
         for (const GSD_MODULE& module : model.modules)
             writeModuleListEntry(module, ++count);
     }
@@ -132,14 +122,14 @@ void TypeFileGenerator::writeModuleList()
 
 void TypeFileGenerator::writeModuleListEntry(const GSD_MODULE& module, std::size_t number)
 {
-    image.append(image.record().text(kTagModuleList).number(number).quote(), kModuleListHeadWidth);
+    image.append(image.record().text(kTagModuleList).numberField(number), kModuleListHeadWidth);
     image.appendField(module.name(), kNameWidth);
     image.append(image.record().quote().end());
     image.append(image.record().head(kTagPresetByIdentifier, module.identifiers().count()));
     bool first = true;
     for (const GSD_IDENT_ITEM identifier : module.identifiers()) {
         for (const std::uint8_t byte : identifier.bytes) {
-            image.append(numberAndQuote(image.record(), byte), kNumberAndQuote);
+            image.append(image.record().numberField(byte), kNumberAndQuote);
             image.set(image.imageLength, " "); // the text field begins here when this was the last byte
         }
         image.imageLength += kSlotTextWidth;
@@ -151,7 +141,7 @@ void TypeFileGenerator::writeModuleListEntry(const GSD_MODULE& module, std::size
 
 void TypeFileGenerator::writeBlockReference(std::int32_t blockNumber)
 {
-    image.append(image.record().text(kTagSlotPrmBlock).number(static_cast<std::uint32_t>(blockNumber)).quote().end());
+    image.append(image.record().text(kTagSlotPrmBlock).numberField(static_cast<std::uint32_t>(blockNumber)).end());
 }
 
 void TypeFileGenerator::writeQuotedName(std::string_view name)
@@ -160,3 +150,5 @@ void TypeFileGenerator::writeQuotedName(std::string_view name)
     image.appendField(name, kNameWidth);
     image.append(image.record().quote());
 }
+
+} // namespace typdescriptor::internal

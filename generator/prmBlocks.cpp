@@ -5,7 +5,7 @@
 #include "descriptor/resultCodes.h"
 #include "generator/typeFileGenerator.h"
 
-using namespace typefile;
+namespace typdescriptor::internal {
 
 namespace {
 
@@ -21,7 +21,7 @@ RecordText quotedNumbers(RecordText record, std::string_view type, const GSD_EXT
 {
     record.text(type).quote();
     for (const std::uint32_t value : {definition.defaultValue, definition.minValue, definition.maxValue})
-        record.number(value & mask, digits).quote();
+        record.numberField(value & mask, digits);
     return record;
 }
 
@@ -43,12 +43,6 @@ std::string_view keywordType(std::uint32_t dataType)
     default:
         return kTypeSigned;
     }
-}
-
-/// '0' plus a number, as one character whatever the number.
-char digitCharacter(unsigned number)
-{
-    return static_cast<char>('0' + number);
 }
 
 } // namespace
@@ -74,7 +68,7 @@ int TypeFileGenerator::writeStationPrmBlock()
 int TypeFileGenerator::writePrmRecord(const GSD_PRM_REF_ITEM& placement, Scope scope)
 {
     const std::size_t byteIndex = placement.byteOffset + (scope == Scope::station ? kStandardPrmBytes : 0);
-    image.append(image.record().text(kTagPrm).number(byteIndex).quote(), 0);
+    image.append(image.record().text(kTagPrm).numberField(byteIndex), 0);
     const GSD_EXT_PRM_DEF* definition = model.findExtPrmDef(placement.reference);
     if (definition == nullptr)
         return kErrGsdReference;
@@ -95,8 +89,7 @@ int TypeFileGenerator::writePrmRecord(const GSD_PRM_REF_ITEM& placement, Scope s
     image.appendField(definition->name, kNameWidth);
     image.appendField({&kQuote, 1}, 1);
     writeValueDescription(*definition);
-    image.append(image.record().text(kTagHelp).number(helpNumber(*definition, scope)).quote().end(),
-                 kHelpReferenceWidth);
+    image.append(image.record().text(kTagHelp).numberField(helpNumber(*definition, scope)).end(), kHelpReferenceWidth);
     return kOk;
 }
 
@@ -118,22 +111,21 @@ void TypeFileGenerator::writeValueDescription(const GSD_EXT_PRM_DEF& definition)
         break;
     case kBitArea: {
         const unsigned place = definition.bitOffset * 10U + definition.bitCount;
-        image.append(image.record().text(kTagBitGroup).number(place, 2).quote(), kBitGroupWidth);
+        image.append(image.record().text(kTagBitGroup).numberField(place, 2), kBitGroupWidth);
         RecordText bits = image.record();
         for (unsigned bit = definition.bitCount; bit-- > 0;)
             bits.character((definition.defaultValue >> bit & 1U) != 0 ? '1' : '0');
         image.append(bits.quote());
-        image.append(image.record().number(definition.minValue).quote().number(definition.maxValue).quote(),
-                     kBitGroupRange);
+        image.append(image.record().numberField(definition.minValue).numberField(definition.maxValue), kBitGroupRange);
         break;
     }
     case kBit:
         image.append(image.record()
                          .text(kTypeBit)
-                         .character(digitCharacter(definition.bitOffset))
+                         .digit(definition.bitOffset)
                          .character(' ')
                          .quote()
-                         .character(digitCharacter(definition.defaultValue & 0xFF))
+                         .digit(definition.defaultValue & 0xFF)
                          .text("\"0\"1\""));
         break;
     }
@@ -165,7 +157,7 @@ void TypeFileGenerator::writeHelpTextBlock(Scope scope)
         for (const GSD_PRM_TEXT_ITEM& item : block.texts) {
             writeQuotedName(item.text);
             // A value of more than five digits runs under the terminator at its fixed place.
-            image.append(image.record().number(static_cast<std::uint32_t>(item.value), kHelpValueDigits).quote(),
+            image.append(image.record().numberField(static_cast<std::uint32_t>(item.value), kHelpValueDigits),
                          kHelpValueDigits + 1);
             image.appendField(kTerminator, kTerminator.size());
         }
@@ -204,3 +196,5 @@ int TypeFileGenerator::writeSlotPrmBlock(const GSD_MODULE& module)
     }
     return kOk;
 }
+
+} // namespace typdescriptor::internal
