@@ -3,13 +3,10 @@
 // fuzz_inputs FOLDER: FOLDER/TARGET.dict; FOLDER/seeds/TARGET/; FOLDER/replay/TARGET/, inputs too slow to go on from.
 
 #include "fuzz/property.h"
-#include "fuzz/recordInput.h"
 #include "fuzz/roundTrips.h"
 #include "gsd/keywordTable.h"
+#include "tests/hostRecord.h"
 #include "tests/typeFileBuilder.h"
-#include "tools/diagnosis.h"
-#include "typefile/format.h"
-#include "typefile/stationTypes.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -88,29 +85,6 @@ std::string gsdDictionary()
     return lines;
 }
 
-std::string imageDictionary()
-{
-    using namespace typefile;
-    std::string lines;
-    for (const std::string_view head :
-         {kTagUserPrmBytes, kTagPrmList,       kTagHelpList,           kTagPresetByIdentifier, kTagPresetFixed,
-          kTagDeviceDiag,   kTagChannelDiag,   kTagSlotOffset,         kTagSlotCount,          kTagOrderNumbers,
-          kTagModuleLists,  kTagSlotPrmBlocks, kTagEterDelay,          kTagResponseDelay,      kTagHelp,
-          kTagHelpLines,    kTagSlotPrmBlock,  std::string_view("MV"), std::string_view("MX"), std::string_view("KV")})
-        lines += entry(std::string(head) + "001" + std::string(kTerminator));
-    for (const std::string_view word :
-         {kTagPrm,         kTagSlotsEnd,       kTagDiagByte,      kTagBitGroup,       kTagChannelError, kDefaultBitmap,
-          kDefaultLibrary, kTagSlotNumbering,  kTagModuleList,    kTypeBit,           kTypeBitString,   kTypeByte,
-          kTypeSigned,     kTypeUnsigned,      kBitUnit,          kKeywordSlotNumber, kKeywordTail,     kTerminator,
-          kCurrentVersion, kHostRecordVersion, version3::kStation})
-        lines += entry(word);
-    for (const std::string_view station : kStationsCategoryI)
-        lines += entry(station);
-    for (const std::string_view station : kStationsCategoryII)
-        lines += entry(station);
-    return lines;
-}
-
 std::vector<fs::path> gsdFiles()
 {
     std::vector<fs::path> files;
@@ -168,33 +142,25 @@ void writeRecordSeeds(const fs::path& seeds)
         cTypDescriptor device(file.string().c_str(), 0, nullptr);
         if (device.checkTypeFileContents() != kOk)
             continue;
-        const HostRecord filled(device);
-        RecordInput input;
-        input.record = filled.record;
-        input.record.baudRates[0] = 0x10001;
-        input.userPrmHex = filled.userPrmHex.data();
-        input.fixedSlotText = filled.fixedSlotText.data();
-        write(seeds / file.stem(), input.bytes());
+        write(seeds / file.stem(), RecordInput(HostRecord(device)).bytes());
     }
 }
 
 /// Answers of each kind of block, whole and cut, for every device.
 void writeDiagSeeds(const fs::path& seeds)
 {
-    constexpr const char* kAnswers[] = {
-        "02 05 00 FF 0C 21",
-        "08 0C 80 02 0C 21 03 81 80 43 05 80 BF 7F A6 80 C0 30 C5",
-        "08 0C 00 02 0C 21 08 04 2B C0 FF 00 55 AA",
-        "08 0C 00 02 0C 21 42 00 00 AA BB",
-        "08 0C 00 02 0C 21 06 01",
-        "08 0C 00 02",
+    using namespace std::string_literals;
+    const std::string answers[] = {
+        "\x02\x05\x00\xFF\x0C\x21"s,
+        "\x08\x0C\x80\x02\x0C\x21\x03\x81\x80\x43\x05\x80\xBF\x7F\xA6\x80\xC0\x30\xC5"s,
+        "\x08\x0C\x00\x02\x0C\x21\x08\x04\x2B\xC0\xFF\x00\x55\xAA"s,
+        "\x08\x0C\x00\x02\x0C\x21\x42\x00\x00\xAA\xBB"s,
+        "\x08\x0C\x00\x02\x0C\x21\x06\x01"s,
+        "\x08\x0C\x00\x02"s,
     };
-    for (std::size_t i = 0; i < std::size(kAnswers); ++i) {
-        std::string wrong;
-        const auto answer = parseHexBytes({kAnswers[i]}, wrong);
-        const auto device = static_cast<char>(i);
-        const std::string texts = i % 2 == 0 ? std::string(1, '\0') : std::string("\x02\x01\x10\x04\x02\x85\x01", 7);
-        write(seeds / std::to_string(i), device + texts + std::string(answer->begin(), answer->end()));
+    for (std::size_t i = 0; i < std::size(answers); ++i) {
+        const std::string texts = i % 2 == 0 ? "\0"s : "\x02\x01\x10\x04\x02\x85\x01"s;
+        write(seeds / std::to_string(i), static_cast<char>(i) + texts + answers[i]);
     }
 }
 
@@ -205,7 +171,6 @@ int main(int argc, char** argv)
     require(argc == 2, "usage: fuzz_inputs FOLDER");
     const fs::path folder = argv[1];
     write(folder / "gsd.dict", gsdDictionary());
-    write(folder / "image.dict", imageDictionary());
     writeGsdSeeds(folder / "seeds/gsd");
     write(folder / "replay/gsd/full", largeDevice(3));
     write(folder / "replay/gsd/overfull", largeDevice(4));

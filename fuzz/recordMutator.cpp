@@ -2,7 +2,7 @@
 // may not.
 
 #include "fuzz/mutation.h"
-#include "fuzz/recordInput.h"
+#include "tests/hostRecord.h"
 
 #include <array>
 #include <cstddef>
@@ -49,17 +49,11 @@ std::string text(std::size_t width, Random& random)
     return characters;
 }
 
-/// The groups of one identifier or of part of one.
-std::string slotGroups(Random& random)
-{
-    constexpr std::array<const char*, 10> kGroups{
-        "000", "017", "115", "066003", "130005", "194129130", "196005003170187", "015", "193", "999"};
-    return random.oneIn(6) ? borderDigits(random, 3) : random.of(kGroups);
-}
-
 void mutate(RecordInput& input, Random& random)
 {
-    TYPEFILE_COM_QX410& record = input.record;
+    TYPEFILE_COM_QX410& record = input.fields;
+    constexpr std::array<const char*, 10> kGroups{
+        "000", "017", "115", "066003", "130005", "194129130", "196005003170187", "015", "193", "999"};
     constexpr std::string_view kAsicCodes = "01234N n5";
     switch (random.below(8)) {
     case 0: {
@@ -74,13 +68,9 @@ void mutate(RecordInput& input, Random& random)
         const auto value = static_cast<std::int32_t>(random.oneIn(6) ? random.below(UINT32_MAX) : random.below(3));
         return put(record, random.of(kFlags), {reinterpret_cast<const char*>(&value), sizeof value});
     }
-    case 3: {
-        std::uint16_t units[10];
-        for (std::uint16_t& unit : units)
-            unit = static_cast<std::uint16_t>(random.below(2));
-        std::memcpy(record.baudRates, units, sizeof units);
+    case 3:
+        record.baudRates[random.below(5)] = static_cast<std::int32_t>(random.below(2) + random.below(2) * 0x10000);
         return;
-    }
     case 4:
         record.asicCode = random.of(kAsicCodes);
         return;
@@ -93,7 +83,7 @@ void mutate(RecordInput& input, Random& random)
         [[fallthrough]];
     default:
         for (std::size_t count = random.below(random.oneIn(8) ? 300 : 4); count > 0; --count)
-            input.fixedSlotText += slotGroups(random);
+            input.fixedSlotText += random.oneIn(6) ? borderDigits(random, 3) : random.of(kGroups);
     }
 }
 

@@ -2,14 +2,14 @@
 // no wrong success, and afterwards the same descriptor or a fresh one works.
 
 #include "descriptor/cTypDescriptor.h"
-#include "tests/answers.h"
+#include "fuzz/answers.h"
 #include "tests/gsdText.h"
+#include "tests/hostRecord.h"
 #include "tests/testHeap.h"
 #include "tests/typeFileBuilder.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <optional>
 #include <string>
 
@@ -24,7 +24,7 @@ void expectCodes(Make make, const std::string& codes, const std::string& codesFo
     {
         cTypDescriptor device = make();
         EXPECT_EQ(device.checkTypeFileContents(), kOk);
-        ask(device, complete);
+        askAnything(device, complete);
     }
     std::string answers = complete; // with room, so that only the library allocates
     for (const bool forGood : {false, true}) {
@@ -43,12 +43,12 @@ void expectCodes(Make make, const std::string& codes, const std::string& codesFo
                 isUnharmed = !failing->hasFailed();
                 again = code == kOk ? kOk : device.checkTypeFileContents();
                 answers.clear();
-                ask(device, answers);
+                askAnything(device, answers);
                 hasFailed = failing->hasFailed();
                 failing.reset();
                 if (code == kOk) {
                     answers.clear();
-                    ask(device, answers);
+                    askAnything(device, answers);
                     EXPECT_TRUE(answers == complete) << successes;
                 }
             }
@@ -83,15 +83,10 @@ TEST(Allocation, OfEveryFormOfADevice)
                     codes);
     }
     const auto plain = descriptorOf(TypeFileBuilder().build());
-    std::array<char, 500> userPrm{};
-    std::array<char, 2000> slots{};
-    TYPEFILE_COM_QX410 record{};
-    record.userPrmHex = userPrm.data();
-    record.fixedSlotText = slots.data();
-    EXPECT_EQ(plain->checkTypeFileContents(), kOk);
-    plain->getCOMTypeData(&record);
-    record.baudRates[3] = 0x00010001; // what is handed out stands elsewhere than what is taken
-    expectCodes([&] { return cTypDescriptor(&record); }, "-1 -23 0 ", "-1 -23 0 ");
+    ASSERT_EQ(plain->checkTypeFileContents(), kOk);
+    HostRecord record(*plain);
+    record.fields.baudRates[3] = 0x00010001; // what is handed out stands elsewhere than what is taken
+    expectCodes([&] { return cTypDescriptor(&record.fields); }, "-1 -23 0 ", "-1 -23 0 ");
 }
 
 TEST(Allocation, OfQueriesThatParseABlockAgain)
