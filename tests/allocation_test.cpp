@@ -82,8 +82,7 @@ TEST(Allocation, OfEveryFormOfADevice)
         expectCodes([&] { return cTypDescriptor(static_cast<unsigned short>(object.size()), object.data()); }, codes,
                     codes);
     }
-    const auto plain = descriptorOf(TypeFileBuilder().build());
-    ASSERT_EQ(plain->checkTypeFileContents(), kOk);
+    const auto plain = checked(TypeFileBuilder());
     HostRecord record(*plain);
     record.fields.baudRates[3] = 0x00010001; // what is handed out stands elsewhere than what is taken
     expectCodes([&] { return cTypDescriptor(&record.fields); }, "-1 -23 0 ", "-1 -23 0 ");
@@ -91,8 +90,7 @@ TEST(Allocation, OfEveryFormOfADevice)
 
 TEST(Allocation, OfQueriesThatParseABlockAgain)
 {
-    const auto device = descriptorOf(TypeFileBuilder::fullFile().build());
-    ASSERT_EQ(device->checkTypeFileContents(), kOk);
+    const auto device = checked(TypeFileBuilder::fullFile());
     unsigned char bytes[237];
     int length = 7;
     _parastruct prm;
@@ -131,8 +129,7 @@ TEST(Allocation, OfWritingOverAFile)
         for (const bool forGood : {false, true}) {
             bool hasFailed = true;
             for (long successes = 0; hasFailed; ++successes) {
-                const auto device = descriptorOf(file.build());
-                ASSERT_EQ(device->checkTypeFileContents(), kOk);
+                const auto device = checked(file);
                 const std::string path = putFile(target.name, target.contents);
                 const long live = liveAllocations();
                 int code = kOk;

@@ -130,8 +130,7 @@ TEST(CheckLists, KgpModules)
     expectEdits(file.build(),
                 "1023'=0000' > 0 | 1023'=1024' > -86 | 1023'=-001' > -86 | 1023'=01000' > -86 | '255'='256' > -86 | "
                 "'128'='-01' > -86 | '128'=' > -86");
-    const auto device = descriptorOf(file.build());
-    ASSERT_EQ(device->checkTypeFileContents(), kOk);
+    const auto device = checked(file);
     MLFB_ITEM item;
     ASSERT_EQ(device->getMLFBListItem(0, &item), kOk);
     EXPECT_EQ(item.kgpId, 1023);

@@ -224,8 +224,7 @@ TEST(HostRecordOut, TakesEveryFieldFromItsPlace)
     file.userPrmBytes = {"0a", "FF"};
     file.presetSlots = {record::presetSlot("000"), record::presetSlot("065\"200\"170\""),
                         record::presetSlot("193\"003\"005\"255\""), record::presetSlot("002\"001\"002\"")};
-    const auto device = descriptorOf(file.build());
-    ASSERT_EQ(device->checkTypeFileContents(), kOk);
+    const auto device = checked(file);
 
     HostRecord record;
     std::memset(static_cast<void*>(&record.fields), 0x5A, offsetof(TYPEFILE_COM_QX410, userPrmHex));
@@ -252,8 +251,7 @@ TEST(HostRecordOut, CutsALongHeadLineAndEmptiesOnlyTheSlotText)
 {
     TypeFileBuilder file;
     file.headLine = std::string(40, 'a') + "<" + std::string(29, 'o') + ">" + "bbbbbbbbb";
-    const auto device = descriptorOf(file.build());
-    ASSERT_EQ(device->checkTypeFileContents(), kOk);
+    const auto device = checked(file);
     HostRecord record = plainRecord();
     EXPECT_EQ(device->getCOMTypeData(&record.fields), 0);
     EXPECT_EQ(record.fields.headLine, std::string(40, 'a') + "bbbbbbbb");
@@ -282,8 +280,7 @@ TEST(HostRecordOut, DerivesTheLengthsOfCategoryII)
         file.cat2Digit0 = row.digit0;
         file.cat2Flag4 = row.flag4;
         file.cat2Digit8 = row.digit8;
-        const auto device = descriptorOf(file.build());
-        ASSERT_EQ(device->checkTypeFileContents(), kOk) << row.station;
+        const auto device = checked(file);
         HostRecord record = plainRecord();
         EXPECT_EQ(device->getCOMTypeData(&record.fields), 0);
         const TYPEFILE_COM_QX410& fields = record.fields;

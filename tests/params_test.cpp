@@ -52,11 +52,6 @@ TypeFileBuilder slotDevice(const Records& blocks)
     return file;
 }
 
-int checked(const TypeFileBuilder& file)
-{
-    return descriptorOf(file.build())->checkTypeFileContents();
-}
-
 TEST(StructuredPrm, DefaultsReachTheBytes)
 {
     struct Case {
@@ -106,8 +101,7 @@ TEST(StructuredPrm, EntriesAreHandedOut)
     TypeFileBuilder file = station(prms);
     file.userPrmLen = "V011";
     file.slotPrmBlocks = {slotPrmBlock(1, 11, {}, prms)};
-    const auto device = descriptorOf(file.build());
-    ASSERT_EQ(device->checkTypeFileContents(), kOk);
+    const auto device = checked(file);
     _parastruct own;
     _parastruct ofSlot;
     for (int i = 0; i < 3; ++i) {
@@ -134,18 +128,19 @@ TEST(PrmGroups, OneTextReplaced)
     forEachCaseIn("parameters.txt", [&image](const std::string&, const std::string& change, const std::string& code) {
         EXPECT_EQ(checkResult(edited(image, change)), std::stoi(code)) << change;
     });
-    EXPECT_EQ(checked(station({slotNumberPrm(7, "BYTE ")})), kErrPrmRecord);
-    EXPECT_EQ(checked(station({prm(7, "", "BIT0 ", "1", "0", "1"), prm(7, "", "BYTE ", "1", "0", "1")})), kErrPrmValue);
-    EXPECT_EQ(checked(slotDevice({slotPrmBlock(1, 1, {"01", "02"}, {})})), kErrSlotPrm);
+    EXPECT_EQ(checkResult(station({slotNumberPrm(7, "BYTE ")}).build()), kErrPrmRecord);
+    EXPECT_EQ(checkResult(station({prm(7, "", "BIT0 ", "1", "0", "1"), prm(7, "", "BYTE ", "1", "0", "1")}).build()),
+              kErrPrmValue);
+    EXPECT_EQ(checkResult(slotDevice({slotPrmBlock(1, 1, {"01", "02"}, {})}).build()), kErrSlotPrm);
 }
 
 TEST(HelpBlock, HasAtMost999Lines)
 {
     TypeFileBuilder file;
     file.helpBlocks = {helpBlock(1, Records(999, helpLine(1, "again")))};
-    EXPECT_EQ(checked(file), kOk);
+    EXPECT_EQ(checkResult(file.build()), kOk);
     file.helpBlocks = {helpBlock(1, Records(1000, helpLine(1, "again")))};
-    EXPECT_EQ(checked(file), kErrHelpBlock);
+    EXPECT_EQ(checkResult(file.build()), kErrHelpBlock);
 }
 
 TEST(UserPrm, FixedProfileHasNone)
@@ -158,11 +153,11 @@ TEST(UserPrm, FixedProfileHasNone)
     file.maxModule = "032";
     file.userPrmLen = "007";
     file.maxDataLen = "064";
-    EXPECT_EQ(checked(file), kOk);
+    EXPECT_EQ(checkResult(file.build()), kOk);
     file.prms = {prm(7, "", "BYTE ", "1", "0", "1")};
-    EXPECT_EQ(checked(file), kErrFixedProfile);
+    EXPECT_EQ(checkResult(file.build()), kErrFixedProfile);
     file.userPrmBytes = {"00"};
-    EXPECT_EQ(checked(file), kErrUserPrm);
+    EXPECT_EQ(checkResult(file.build()), kErrUserPrm);
 }
 
 TEST(SlotPrmBlock, AcceptedWithItsBytes)

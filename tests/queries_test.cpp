@@ -14,13 +14,6 @@
 
 namespace {
 
-std::unique_ptr<cTypDescriptor> checkedDescriptor(const TypeFileBuilder& file)
-{
-    auto device = descriptorOf(file.build());
-    EXPECT_EQ(device->checkTypeFileContents(), kOk);
-    return device;
-}
-
 std::string paddedTo30(std::string text)
 {
     text.resize(30, ' ');
@@ -129,7 +122,7 @@ TEST(HeaderQueries, FollowVersionAndStationType)
         file.bitmapName = "VALVE_8";
         file.libraryName = "VALVELIB";
         file.slotOffset = "007";
-        const auto device = checkedDescriptor(file);
+        const auto device = checked(file);
         Answers a;
         std::string all = numbers(device->getSlaveTypeData(&a.data), device->getSlotOffset(), device->isModular());
         EXPECT_EQ(device->getFamily(a.text), kOk);
@@ -146,7 +139,7 @@ TEST(HeaderQueries, FollowVersionAndStationType)
 TEST(HeaderQueries, PresetSlots)
 {
     TypeFileBuilder file = TypeFileBuilder::fullPresetFile();
-    const auto device = checkedDescriptor(file);
+    const auto device = checked(file);
     Answers answers;
     EXPECT_EQ(device->isKonfigFixed(&answers.number), 1);
     EXPECT_EQ(answers.number, 3);
@@ -162,7 +155,7 @@ TEST(HeaderQueries, PresetSlots)
         file.structureCode = code;
         if (code[0] == 'M')
             file.presetSlots = {record::presetNumber(2)};
-        const auto coded = checkedDescriptor(file);
+        const auto coded = checked(file);
         EXPECT_EQ(coded->isMLFBModeP36(), code[0] == 'M');
         EXPECT_EQ(coded->isPresetKonfigFixed(), code[1] == 'V');
         EXPECT_EQ(coded->isP36KY(), code[1] == 'Y');
@@ -177,7 +170,7 @@ TEST(DiagQueries, Texts)
                        record::deviceBit(962, '7', '0', "clear only"), record::deviceGroup(105, '3', '1', 1, "last")};
     file.channelDiag = {record::channelError(31, "one"), record::channelError(16, "two"),
                         record::channelError(31, "three")};
-    const auto device = checkedDescriptor(file);
+    const auto device = checked(file);
     EXPECT_EQ(numbers(device->getSlaveDiagMsgCnt(), device->getSlaveBGrDiagMsgCnt(), device->getChannelDiagMsgCnt()),
               "6 2 3 ");
     EXPECT_EQ(std::string(device->getDKMPos(), 6), "DKM006");
@@ -216,7 +209,7 @@ TEST(DiagQueries, Texts)
 
 TEST(ListQueries, OrderNumbersAndModuleLists)
 {
-    const auto device = checkedDescriptor(TypeFileBuilder::fullFile());
+    const auto device = checked(TypeFileBuilder::fullFile());
     EXPECT_EQ(numbers(device->getMLFBListCnt(), device->getLSKCnt()), "2 2 ");
     const auto module = [&](int index) {
         MLFB_ITEM item{};
@@ -253,7 +246,7 @@ TEST(ListQueries, OrderNumbersAndModuleLists)
 
 TEST(PrmQueries, IndexLimits)
 {
-    const auto device = checkedDescriptor(TypeFileBuilder::fullFile());
+    const auto device = checked(TypeFileBuilder::fullFile());
     EXPECT_EQ(numbers(device->getParaStructCnt(), device->getSPBlockAnz(), device->getMaxSPBlockLen()), "3 2 4 ");
     EXPECT_EQ(numbers(device->getStructuredSlotParameterCnt(0), device->getStructuredSlotParameterCnt(-1),
                       device->getStructuredSlotParameterCnt(2)),
@@ -292,7 +285,7 @@ TEST(HelpQueries, StationAndSlotBlocks)
                        helpBlock(999, {helpLine(3, "unseen")})};
     file.slotHelpBlocks = {helpBlock(3, {helpLine(1, "one"), helpLine(2, "two")}), helpBlock(1, {helpLine(4, "four")}),
                            helpBlock(1, {helpLine(5, "five")})};
-    const auto device = checkedDescriptor(file);
+    const auto device = checked(file);
     EXPECT_EQ(numbers(device->getPSLHelpAnz(), device->getSPHelpAnz()), "3 3 ");
     EXPECT_EQ(numbers(device->getPSLHelpRef(1), device->getPSLHelpRef(-1), device->getPSLHelpRef(3)), "999 0 0 ");
     EXPECT_EQ(numbers(device->getHelpMessageCnt(999), device->getHelpMessageCnt(0), device->getHelpMessageCnt(1)),
@@ -326,7 +319,7 @@ TEST(HelpQueries, StationAndSlotBlocks)
 
 TEST(Queries, AssignedDescriptorSharesTheBuffers)
 {
-    const auto device = checkedDescriptor(TypeFileBuilder::fullFile());
+    const auto device = checked(TypeFileBuilder::fullFile());
     alignas(cTypDescriptor) unsigned char storage[sizeof(cTypDescriptor)];
     auto* other = new (storage) cTypDescriptor(static_cast<const char*>(nullptr), 0, nullptr);
     EXPECT_EQ(other->getStatus(), kErrFile);

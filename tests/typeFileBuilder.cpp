@@ -364,6 +364,13 @@ std::unique_ptr<cTypDescriptor> descriptorOf(const std::string& image)
     return std::make_unique<cTypDescriptor>(static_cast<unsigned short>(object.size()), object.data());
 }
 
+std::unique_ptr<cTypDescriptor> checked(const TypeFileBuilder& file)
+{
+    auto device = descriptorOf(file.build());
+    EXPECT_EQ(device->checkTypeFileContents(), kOk) << device->getStatus();
+    return device;
+}
+
 int checkResult(const std::string& image)
 {
     return descriptorOf(image)->checkTypeFileContents();

@@ -135,5 +135,8 @@ std::string replaced(std::string image, std::string_view from, std::string_view 
 /// A descriptor made from an image of at most 65527 characters, unchecked.
 std::unique_ptr<cTypDescriptor> descriptorOf(const std::string& image);
 
+/// A descriptor of that file; fails the test when the check does not succeed.
+std::unique_ptr<cTypDescriptor> checked(const TypeFileBuilder& file);
+
 /// What the check of a fresh descriptor of that image says.
 int checkResult(const std::string& image);
