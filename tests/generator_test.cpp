@@ -70,23 +70,4 @@ TEST(ImageEnd, Headroom)
     EXPECT_EQ(model.initError, 1);
 }
 
-TEST(Generator, UndefinedReference)
-{
-    std::vector<char> buffer(65000);
-    GsdModel model(buffer.data(), 65000);
-    model.image.clear();
-    model.extUserPrmRefs.append(model.arena, {5, 3});
-    EXPECT_EQ(TypeFileGenerator(model).generateTypeFile(), kErrGsdReference);
-    EXPECT_EQ(model.initError, 0);
-    EXPECT_EQ(inShort({buffer.data() + 93, 30}), "007|PV000|PSL001|PS010\"{NUL}");
-
-    GsdModel ofModule(buffer.data(), 65000);
-    ofModule.image.clear();
-    ofModule.extPrmUsed = true;
-    GSD_MODULE module;
-    module.paramModuleNumber = 1;
-    ofModule.modules.append(ofModule.arena, module).refs.append(ofModule.arena, {5, 0});
-    EXPECT_EQ(TypeFileGenerator(ofModule).generateTypeFile(), kErrGsdReference);
-}
-
 } // namespace

@@ -1,6 +1,7 @@
 // Host records in both directions: what image a record gives, and what record an image gives.
 
 #include "descriptor/cTypDescriptor.h"
+#include "tests/hostRecord.h"
 #include "tests/testAccess.h"
 #include "tests/typeFileBuilder.h"
 
@@ -14,19 +15,6 @@
 #include <vector>
 
 namespace {
-
-/// A record with the buffers that it points to.
-struct HostRecord {
-    TYPEFILE_COM_QX410 fields{};
-    std::vector<char> userPrm = std::vector<char>(8000);
-    std::vector<char> slots = std::vector<char>(8000);
-
-    HostRecord()
-    {
-        fields.userPrmHex = userPrm.data();
-        fields.fixedSlotText = slots.data();
-    }
-};
 
 /// Writes a text into a member, NUL included when there is room for it.
 template <std::size_t Size>
@@ -65,8 +53,8 @@ HostRecord plainRecord()
     set(fields.maxModule, "244");
     set(fields.maxDiagDataLen, "016");
     set(fields.userPrmDataLen, "010");
-    set(record.userPrm, "0A1bFF");
-    set(record.slots, "033193003005170000");
+    set(record.userPrmHex, "0A1bFF");
+    set(record.fixedSlotText, "033193003005170000");
     return record;
 }
 
@@ -146,25 +134,25 @@ TEST(HostRecordIn, KeepsItsOddRules)
          "|PV000|PSL000|KX000|SY|"},
         {"half a byte, half a group",
          [](HostRecord& r) {
-             set(r.userPrm, "0A1");
-             set(r.slots, "03306");
+             set(r.userPrmHex, "0A1");
+             set(r.fixedSlotText, "03306");
          },
          "|PV001|0A|PSL000|KX001|033|SY|"},
-        {"one group", [](HostRecord& r) { set(r.slots, "000"); }, "|KX001|000|SY|"},
+        {"one group", [](HostRecord& r) { set(r.fixedSlotText, "000"); }, "|KX001|000|SY|"},
         {"special identifiers of each kind",
-         [](HostRecord& r) { set(r.slots, "002001002064200130007001002192255128"); },
+         [](HostRecord& r) { set(r.fixedSlotText, "002001002064200130007001002192255128"); },
          "|KX004|002\"001\"002\"|064\"200\"|130\"007\"001\"002\"|192\"255\"128\"|SY|"},
         {"fifteen manufacturer bytes count",
          [](HostRecord& r) {
              std::string text = "079";
              for (int i = 0; i < 16; ++i)
                  text += "100";
-             set(r.slots, text + "033");
+             set(r.fixedSlotText, text + "033");
          },
          "100\"100\"|033|SY|"},
-        {"999 bytes at most", [](HostRecord& r) { set(r.userPrm, std::string(3000, '0')); }, "|PV999|00|"},
-        {"999 slots at most", [](HostRecord& r) { set(r.slots, std::string(3600, '0')); }, "|KX999|000|"},
-        {"groups missing", [](HostRecord& r) { set(r.slots, "193003"); }, "|KX001|193\"003\"|SY|"},
+        {"999 bytes at most", [](HostRecord& r) { set(r.userPrmHex, std::string(3000, '0')); }, "|PV999|00|"},
+        {"999 slots at most", [](HostRecord& r) { set(r.fixedSlotText, std::string(3600, '0')); }, "|KX999|000|"},
+        {"groups missing", [](HostRecord& r) { set(r.fixedSlotText, "193003"); }, "|KX001|193\"003\"|SY|"},
     };
     for (const auto& row : cases) {
         HostRecord record = plainRecord();
@@ -185,7 +173,7 @@ TEST(HostRecordIn, LeavesTheRefusalToTheCheck)
         {"family too long", [](HostRecord& r) { set(r.fields.family, "Servodrives"); }, kErrHeader},
         {"periphery too long", [](HostRecord& r) { set(r.fields.periphery, "distributed"); }, kErrHeader},
         {"vendor fits", [](HostRecord& r) { set(r.fields.vendorName, "Kessel Co."); }, kOk},
-        {"groups missing", [](HostRecord& r) { set(r.slots, "193003"); }, kErrIdentifier},
+        {"groups missing", [](HostRecord& r) { set(r.fixedSlotText, "193003"); }, kErrIdentifier},
     };
     for (const auto& row : cases) {
         HostRecord record = plainRecord();

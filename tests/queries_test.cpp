@@ -186,25 +186,6 @@ TEST(DiagQueries, Texts)
     EXPECT_EQ(bit(1, 5, 2), "-80 0 0 ");
     EXPECT_EQ(bit(0, 2, 2), "-80 0 0 ");
     EXPECT_EQ(bit(INT_MAX, INT_MAX, 3), "-80 0 0 ");
-
-    const auto group = [&](int index) {
-        SLAVE_BGR_DIAG_TYPE g{};
-        const int result = device->getSlaveBGrDiagMsg(index, &g);
-        return numbers(result, g.byteHigh, g.byteLow, g.firstBit, g.lastBit, g.value) + g.text;
-    };
-    EXPECT_EQ(group(0), "0 0 2 2 4 7 " + paddedTo30("group"));
-    EXPECT_EQ(group(1), "0 1 5 3 3 1 " + paddedTo30("last"));
-    EXPECT_EQ(group(2), "-80 0 0 0 0 0 ");
-    EXPECT_EQ(group(-1), group(2));
-
-    const auto channel = [&](int type) {
-        char text[31] = "";
-        const int result = device->getChannelDiagMsg(type, text);
-        return numbers(result) + text;
-    };
-    EXPECT_EQ(channel(31), "0 " + paddedTo30("one"));
-    EXPECT_EQ(channel(16), "0 " + paddedTo30("two"));
-    EXPECT_EQ(channel(15), "-81 ");
 }
 
 TEST(ListQueries, OrderNumbersAndModuleLists)
@@ -219,17 +200,6 @@ TEST(ListQueries, OrderNumbersAndModuleLists)
     EXPECT_EQ(module(1), "0 -1 " + paddedTo30("4711-M2"));
     EXPECT_EQ(module(2), "-86 0 ");
     EXPECT_EQ(module(-1), "0 0 ");
-    const auto list = [&](int index) {
-        char text[31] = "before";
-        int isFixed = 7;
-        const int result = device->getLSKText(index, text);
-        const int count = device->getSKListCnt(index, &isFixed);
-        return numbers(result, count, isFixed) + text;
-    };
-    EXPECT_EQ(list(0), "0 2 0 " + paddedTo30("Valves"));
-    EXPECT_EQ(list(1), "0 1 1 " + paddedTo30("By order number"));
-    EXPECT_EQ(list(2), "-87 0 7 ");
-    EXPECT_EQ(list(-1), "0 0 7 ");
     const auto slot = [&](int index, int item) {
         LSK_ITEM entry{};
         const int result = device->getSKListItem(index, item, &entry);
@@ -242,37 +212,6 @@ TEST(ListQueries, OrderNumbersAndModuleLists)
     EXPECT_EQ(slot(2, 0), "-87 0 0 0 ");
     for (const auto& [index, item] : {std::pair(0, -1), std::pair(-1, 0), std::pair(-1, 99)})
         EXPECT_EQ(slot(index, item), "0 0 0 0 ");
-}
-
-TEST(PrmQueries, IndexLimits)
-{
-    const auto device = checked(TypeFileBuilder::fullFile());
-    EXPECT_EQ(numbers(device->getParaStructCnt(), device->getSPBlockAnz(), device->getMaxSPBlockLen()), "3 2 4 ");
-    EXPECT_EQ(numbers(device->getStructuredSlotParameterCnt(0), device->getStructuredSlotParameterCnt(-1),
-                      device->getStructuredSlotParameterCnt(2)),
-              "1 0 0 ");
-    const auto ofStation = [&](int index) {
-        _parastruct prm{};
-        const int result = device->getParaStruct(index, &prm);
-        return numbers(result) + prm.reference;
-    };
-    EXPECT_EQ(ofStation(2), "1 PS009");
-    EXPECT_EQ(ofStation(-1), "1 ");
-    EXPECT_EQ(ofStation(3), "1 ");
-    EXPECT_EQ(ofStation(4), "0 ");
-    const auto ofSlot = [&](int block, int index) {
-        _parastruct prm{};
-        const int result = device->getStructuredSlotParameter(block, index, &prm);
-        return numbers(result) + prm.reference;
-    };
-    EXPECT_EQ(ofSlot(0, 0), "0 PS001");
-    EXPECT_EQ(ofSlot(0, -1), "0 ");
-    for (const auto& [block, index] : {std::pair(0, 1), std::pair(2, 0), std::pair(-1, 0)})
-        EXPECT_EQ(ofSlot(block, index), "-88 ");
-    Answers answers;
-    for (const int outside : {-1, 2})
-        EXPECT_EQ(device->getSlotParameters(outside, answers.bytes, &answers.number), kErrSlotPrm);
-    EXPECT_EQ(answers.number, 0);
 }
 
 TEST(HelpQueries, StationAndSlotBlocks)
