@@ -13,32 +13,6 @@
 
 namespace {
 
-struct Member {
-    std::size_t position;
-    std::size_t size; // with its NUL
-};
-
-#define MEMBER(name)                                                                                                   \
-    {                                                                                                                  \
-        offsetof(TYPEFILE_COM_QX410, name), sizeof TYPEFILE_COM_QX410::name                                            \
-    }
-constexpr std::array<Member, 6> kTexts{
-    {MEMBER(headLine), MEMBER(orderNumber), MEMBER(modelName), MEMBER(vendorName), MEMBER(family), MEMBER(periphery)}};
-constexpr std::array<Member, 7> kNumbers{{MEMBER(identNumber), MEMBER(minSlaveInterval), MEMBER(maxInputLen),
-                                          MEMBER(maxOutputLen), MEMBER(maxModule), MEMBER(maxDiagDataLen),
-                                          MEMBER(userPrmDataLen)}};
-constexpr std::array<Member, 8> kFlags{{MEMBER(setSlaveAddSupp), MEMBER(syncModeSupp), MEMBER(freezeModeSupp),
-                                        MEMBER(publisherSubscriber), MEMBER(diagBufferable), MEMBER(activeOrMaster),
-                                        MEMBER(evenSlotNumberRequired), MEMBER(modularStation)}};
-#undef MEMBER
-
-void put(TYPEFILE_COM_QX410& record, Member member, std::string_view text)
-{
-    char* const place = reinterpret_cast<char*>(&record) + member.position;
-    std::memset(place, '\0', member.size);
-    text.copy(place, member.size);
-}
-
 /// A text of any length up to the whole width, without a NUL then.
 std::string text(std::size_t width, Random& random)
 {
@@ -55,18 +29,17 @@ void mutate(RecordInput& input, Random& random)
     constexpr std::array<const char*, 10> kGroups{
         "000", "017", "115", "066003", "130005", "194129130", "196005003170187", "015", "193", "999"};
     constexpr std::string_view kAsicCodes = "01234N n5";
+    const HostRecordMember& member = random.of(kHostRecordMembers);
     switch (random.below(8)) {
-    case 0: {
-        const Member member = random.of(kTexts);
-        return put(record, member, text(member.size, random));
-    }
-    case 1: {
-        const Member member = random.of(kNumbers);
-        return put(record, member, borderDigits(random, member.size - 1));
-    }
+    case 0:
+    case 1:
     case 2: {
-        const auto value = static_cast<std::int32_t>(random.oneIn(6) ? random.below(UINT32_MAX) : random.below(3));
-        return put(record, random.of(kFlags), {reinterpret_cast<const char*>(&value), sizeof value});
+        const auto flag = static_cast<std::int32_t>(random.oneIn(6) ? random.below(UINT32_MAX) : random.below(3));
+        return setMember(record, member,
+                         member.kind == HostRecordMember::kText ? text(member.size, random)
+                         : member.kind == HostRecordMember::kNumber
+                             ? borderDigits(random, member.size - 1)
+                             : std::string(reinterpret_cast<const char*>(&flag), sizeof flag));
     }
     case 3:
         record.baudRates[random.below(5)] = static_cast<std::int32_t>(random.below(2) + random.below(2) * 0x10000);

@@ -25,6 +25,13 @@ std::vector<char> hostText(std::string_view text)
 
 } // namespace
 
+void setMember(TYPEFILE_COM_QX410& record, const HostRecordMember& member, std::string_view bytes)
+{
+    char* const place = reinterpret_cast<char*>(&record) + member.position;
+    std::memset(place, '\0', member.size);
+    bytes.copy(place, member.size);
+}
+
 HostRecord::HostRecord()
     : userPrmHex(3 * kMaxIdentifierBytes * kMaxSlots), fixedSlotText(3 * kMaxIdentifierBytes * kMaxSlots + 1)
 {
