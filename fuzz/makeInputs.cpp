@@ -22,28 +22,6 @@ namespace {
 
 const fs::path kSource = TYPDESCRIPTOR_SOURCE_DIR;
 
-constexpr std::string_view kCompactDevice = R"(#Profibus_DP
-Vendor_Name = "Kessel"
-Model_Name = "Valves"
-Revision = "1"
-Ident_Number = 0x1234
-Protocol_Ident = 0
-Station_Type = 0
-Hardware_Release = "1"
-Software_Release = "1"
-9.6_supp = 1
-MaxTsdr_9.6 = 60
-Min_Slave_Intervall = 20
-Module = "Valve" 0x31
-EndModule
-)";
-constexpr std::string_view kModularStation = R"(Modular_Station = 1
-Max_Module = 8
-Max_Input_Len = 32
-Max_Output_Len = 32
-Max_Data_Len = 64
-)";
-
 std::string contentsOf(const fs::path& path)
 {
     std::ifstream file(path, std::ios::binary);
@@ -98,7 +76,7 @@ std::vector<fs::path> gsdFiles()
 std::string largeDevice(int diagTexts)
 {
     constexpr int kModules = 51;
-    std::string text = std::string(kCompactDevice) + std::string(kModularStation);
+    std::string text = contentsOf(kSource / "fuzz/seeds/gsd/modular");
     for (int i = 0; i < kModules; ++i)
         text +=
             "Module = \"M\" 0x11\nExt_Module_Prm_Data_Len = 237\nExt_User_Prm_Data_Const(236) = " + std::to_string(i) +
@@ -115,8 +93,8 @@ void writeGsdSeeds(const fs::path& seeds)
         const std::string name = file.filename().string();
         write(seeds / name, std::string(1, name.back()) + '\n' + contentsOf(file));
     }
-    write(seeds / "compact", std::string(kCompactDevice));
-    write(seeds / "modular", std::string(kCompactDevice) + std::string(kModularStation));
+    for (const char* name : {"compact", "modular"})
+        write(seeds / name, contentsOf(kSource / "fuzz/seeds/gsd" / name));
 }
 
 /// Compiled files, and files made by hand of the station types and versions that no compilation gives.

@@ -144,13 +144,6 @@ TEST(HeaderQueries, PresetSlots)
     EXPECT_EQ(device->isKonfigFixed(&answers.number), 1);
     EXPECT_EQ(answers.number, 3);
     EXPECT_EQ(device->isPresetKonfigFixed(), 0);
-    const std::pair<int, std::string> slots[] = {{1, "33 0 "}, {-1, "0 0 "}, {3, "0 0 "}};
-    for (const auto& [index, expected] : slots) {
-        EXPECT_EQ(device->getFixedSlotId(index, &answers.module), kOk);
-        EXPECT_EQ(device->getFixedSlotId(index, &answers.preset), kOk);
-        EXPECT_EQ(numbers(answers.module.preset.identifier, answers.module.spIndex), expected);
-        EXPECT_EQ(answers.preset.identifier, answers.module.preset.identifier);
-    }
     for (const char* code : {"KV", "KY", "MX"}) {
         file.structureCode = code;
         if (code[0] == 'M')
