@@ -2,11 +2,13 @@
 // against the rule pair by pair, and the end of the image.
 
 #include "descriptor/resultCodes.h"
+#include "generator/sharePrmBlocks.h"
 #include "generator/typeFileGenerator.h"
 #include "tests/gsdText.h"
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <vector>
 
 namespace {
@@ -48,6 +50,63 @@ TEST(Generator, CountsAbove999)
         EXPECT_EQ(compiled.outcome(), "0");
         for (const char* record : c.records)
             EXPECT_NE(compiled.records().find(record), std::string::npos) << record;
+    }
+}
+
+// The stated rule, pair by pair.
+void sharePairByPair(GSD_LIST<GSD_MODULE>& modules, GSD_LIST<GSD_MODULE>& list)
+{
+    for (GSD_MODULE& m : list) {
+        if (m.paramModuleNumber < 1)
+            continue;
+        for (GSD_MODULE& n : modules) {
+            if (n.paramModuleNumber >= m.paramModuleNumber)
+                break;
+            if (n.paramModuleNumber < 1 || !samePrmBlock(m, n))
+                continue;
+            const std::int32_t old = m.paramModuleNumber;
+            m.paramModuleNumber = n.paramModuleNumber;
+            m.ownsPrmBlock = false;
+            for (GSD_MODULE& other : modules)
+                other.paramModuleNumber -= other.paramModuleNumber > old ? 1 : 0;
+            break;
+        }
+    }
+}
+
+TEST(SharedBlocks, AsPairByPair)
+{
+    for (unsigned seed = 0; seed < 2000; ++seed) {
+        GsdModel fast(nullptr, 0);
+        GsdModel slow(nullptr, 0);
+        for (GsdModel* model : {&fast, &slow}) {
+            std::mt19937 random(seed);
+            const std::size_t kinds = 1 + random() % 3;
+            for (std::size_t count = random() % 25; count > 0; --count) {
+                GSD_MODULE module;
+                module.setExtModulePrmData(model->arena.bytes(random() % kinds));
+                if (!module.extModulePrmData().empty())
+                    module.extModulePrmData()[0] = static_cast<std::uint8_t>(random() % kinds);
+                module.prmDataEnd = static_cast<std::int32_t>(random() % 2);
+                for (std::size_t refs = random() % kinds; refs > 0; --refs)
+                    module.refs.append(model->arena, {static_cast<std::uint32_t>(random() % kinds),
+                                                      static_cast<std::uint32_t>(random() % 2)});
+                if (!module.extModulePrmData().empty() || !module.refs.empty())
+                    module.paramModuleNumber = model->nextParamModuleNumber++;
+                (random() % 3 == 0 ? model->kgpModules : model->modules).append(model->arena, module);
+            }
+        }
+        sharePrmBlocks(fast);
+        sharePairByPair(slow.modules, slow.modules);
+        sharePairByPair(slow.modules, slow.kgpModules);
+        for (const auto list : {&GsdModel::modules, &GsdModel::kgpModules}) {
+            GSD_LIST_ITER<GSD_MODULE> expected(slow.*list);
+            for (const GSD_MODULE& module : fast.*list) {
+                const GSD_MODULE* other = expected.next();
+                ASSERT_EQ(module.paramModuleNumber, other->paramModuleNumber) << seed;
+                ASSERT_EQ(module.ownsPrmBlock, other->ownsPrmBlock) << seed;
+            }
+        }
     }
 }
 

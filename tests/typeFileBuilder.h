@@ -20,28 +20,35 @@ struct TypeFileBuilder {
     // The fields in the order of the file. The head line is given without its line end, empty for none; lengths with "BIT"
     // or "V" where wanted; slotNumbering is raw: the "SN" and "KO" records of a KGP station. The last two are left out for
     // the minor version 0.
+// clang-format off: it never settles on these lines
 #define TYPE_FILE_HEADER_FIELDS(X)                                                                                     \
     X(version, "V5.2")                                                                                                 \
     X(modelName, "Valve island 8")                                                                                     \
-    X(vendorName, "Kessel") X(family, "Valves") X(periphery, "DP") X(stationType, "DPS/CLASS1")                        \
-        X(identNumber, "04660") X(makerDevice, "N") X(headerCnf, "J")
+    X(vendorName, "Kessel")                                                                                            \
+    X(family, "Valves")                                                                                                \
+    X(periphery, "DP") X(stationType, "DPS/CLASS1") X(identNumber, "04660") X(makerDevice, "N") X(headerCnf, "J")
 #define TYPE_FILE_FIXED_FIELDS(X)                                                                                      \
     X(setSlaveAddress, "N")                                                                                            \
     X(syncMode, "N")                                                                                                   \
-    X(freezeMode, "N") X(publisherSubscriber, "N") X(diagBufferable, "N") X(activeMaster, "N") X(evenSlotNumber, "N")  \
-        X(changeable, "J") X(asicCode, "N") X(modular, "J") X(failSafe, "N") X(moduleKinds, "N")                       \
-            X(slaveInterval, "00020") X(baudRates, "0000000001") X(maxInputLen, "032") X(maxOutputLen, "016")          \
-                X(maxModule, "010") X(maxDiagLen, "032") X(userPrmLen, "020")
+    X(freezeMode, "N")                                                                                                 \
+    X(publisherSubscriber, "N")                                                                                        \
+    X(diagBufferable, "N")                                                                                             \
+    X(activeMaster, "N") X(evenSlotNumber, "N") X(changeable, "J") X(asicCode, "N") X(modular, "J") X(failSafe, "N")   \
+        X(moduleKinds, "N") X(slaveInterval, "00020") X(baudRates, "0000000001") X(maxInputLen, "032")                 \
+            X(maxOutputLen, "016") X(maxModule, "010") X(maxDiagLen, "032") X(userPrmLen, "020")
 #define TYPE_FILE_CATEGORY_II_FIELDS(X)                                                                                \
     X(cat2Digit0, "2") X(cat2Flag4, "J") X(cat2Digit8, "0") X(cat2Digit12, "0") X(cat2Digit16, "0") X(cat2Flag20, "J")
 #define TYPE_FILE_OTHER_FIELDS(X)                                                                                      \
     X(headLine, "")                                                                                                    \
     X(structureCode, "KX")                                                                                             \
-    X(bitmapName, "DP_NORM") X(libraryName, "ISNONAME") X(slotOffset, "000") X(slotNumbering, "") X(maxDataLen, "048") \
-        X(commonPrmLen, "000") X(eterDelay, "000") X(responseDelay, "000")
+    X(bitmapName, "DP_NORM")                                                                                           \
+    X(libraryName, "ISNONAME")                                                                                         \
+    X(slotOffset, "000")                                                                                               \
+    X(slotNumbering, "") X(maxDataLen, "048") X(commonPrmLen, "000") X(eterDelay, "000") X(responseDelay, "000")
 #define TYPE_FILE_GROUPS(X)                                                                                            \
     X(prms)                                                                                                            \
     X(presetSlots) X(deviceDiag) X(channelDiag) X(orderNumbers) X(moduleLists) X(slotPrmBlocks) X(slotHelpBlocks)
+// clang-format on
 #define TYPE_FILE_FIELD(name, value) std::string name = value;
 #define TYPE_FILE_GROUP(name) Records name;
     TYPE_FILE_HEADER_FIELDS(TYPE_FILE_FIELD)
