@@ -20,7 +20,8 @@ struct TypeFileBuilder {
     // The fields in the order of the file. The head line is given without its line end, empty for none; lengths with "BIT"
     // or "V" where wanted; slotNumbering is raw: the "SN" and "KO" records of a KGP station. The last two are left out for
     // the minor version 0.
-// clang-format off: it never settles on these lines
+    // It never settles on these lines.
+    // clang-format off
 #define TYPE_FILE_HEADER_FIELDS(X)                                                                                     \
     X(version, "V5.2")                                                                                                 \
     X(modelName, "Valve island 8")                                                                                     \
@@ -48,7 +49,7 @@ struct TypeFileBuilder {
 #define TYPE_FILE_GROUPS(X)                                                                                            \
     X(prms)                                                                                                            \
     X(presetSlots) X(deviceDiag) X(channelDiag) X(orderNumbers) X(moduleLists) X(slotPrmBlocks) X(slotHelpBlocks)
-// clang-format on
+    // clang-format on
 #define TYPE_FILE_FIELD(name, value) std::string name = value;
 #define TYPE_FILE_GROUP(name) Records name;
     TYPE_FILE_HEADER_FIELDS(TYPE_FILE_FIELD)
