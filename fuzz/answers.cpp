@@ -5,8 +5,6 @@
 #include <array>
 #include <climits>
 #include <cstring>
-#include <initializer_list>
-#include <vector>
 
 namespace {
 
@@ -20,49 +18,95 @@ struct Text {
     char text[Size];
 };
 
+struct Bytes {
+    unsigned char bytes[237];
+    int length;
+};
+
+template <class Record>
+bool isCleared(const Record& record)
+{
+    const Record cleared{};
+    return std::memcmp(&record, &cleared, sizeof record) == 0;
+}
+template <std::size_t Size>
+bool isCleared(const Text<Size>& text)
+{
+    return text.text[0] == '\0';
+}
+
+/// What a query gives inside its indexes (a success, and where it says so a failure), below them and behind them.
+struct Results {
+    int success = kOk;
+    int failure = kOk;
+    int below = kOk;
+    int behind = kOk;
+};
+
 /// Collects results and the records that came with them.
 class Answers {
 public:
-    /// A query that fills a record and gives one of these results.
-    template <class Record, class Query>
-    int ask(const char* name, std::initializer_list<int> allowed, Query query)
-    {
-        Record record;
-        std::memset(&record, 0, sizeof record); // padding as well
-        const int result = query(record);
-        requireResult(result, allowed, name);
-        add(result);
-        add(record);
-        return result;
-    }
+    Answers(std::string& answers, bool isLoaded) : bytes(answers), isStrict(isLoaded) {}
 
     template <class Value>
     void add(const Value& value)
     {
         bytes.append(reinterpret_cast<const char*>(&value), sizeof value);
     }
-    /// A count, which is never negative.
     int addCount(const char* name, int count)
     {
-        if (count < 0)
+        if (isStrict && count < 0)
             requireResult(count, {0}, name);
         add(count);
         return count;
     }
-    void addText(const std::vector<unsigned char>& text) { bytes.append(text.begin(), text.end()); }
+    template <class Record, class Query>
+    int ask(const char* name, Results results, Query query)
+    {
+        Record record;
+        std::memset(&record, 0, sizeof record); // padding as well
+        const int result = query(record);
+        if (isStrict)
+            requireResult(result, {results.success, results.failure}, name);
+        add(result);
+        add(record);
+        return result;
+    }
+    /// A query of each index, and of some that are none: where that is a success, the record is a cleared one.
+    template <class Record, class Query>
+    void askEach(const char* name, int count, Results results, Query query)
+    {
+        for (int i = 0; i < count; ++i)
+            ask<Record>(name, results, [&](Record& record) { return query(i, record); });
+        for (const int i : {INT_MIN, -1, count, count + 1, INT_MAX}) {
+            Record record;
+            std::memset(&record, 0x55, sizeof record);
+            const int result = query(i, record);
+            if (!isStrict)
+                continue;
+            requireResult(result, {i < 0 ? results.below : results.behind}, name);
+            require(result < kOk || result != results.success || isCleared(record),
+                    "what there is not is answered by a cleared record");
+        }
+    }
 
-    std::string bytes;
+    std::string& bytes;
+    const bool isStrict;
 };
 
 void askHeader(cTypDescriptor& device, Answers& answers)
 {
-    answers.ask<SLAVE_TYPE_HEADER_INFO>("getSlaveTypeHeader", {kOk},
+    answers.ask<SLAVE_TYPE_HEADER_INFO>("getSlaveTypeHeader", {},
                                         [&](auto& r) { return device.getSlaveTypeHeader(&r); });
-    answers.ask<SLAVE_TYPEDATA_TYPE>("getSlaveTypeData", {0, 1, 2},
+    SLAVE_TYPEDATA_TYPE data;
+    const int category = device.getSlaveTypeData(&data);
+    answers.ask<SLAVE_TYPEDATA_TYPE>("getSlaveTypeData", {category, category},
                                      [&](auto& r) { return device.getSlaveTypeData(&r); });
+    if (answers.isStrict)
+        requireResult(category, {0, 1, 2}, "getSlaveTypeData");
     answers.ask<SLOT_NUMBERING_TYPE>("getSlotNumbering", {kOk, kErrTypeData},
                                      [&](auto& r) { return device.getSlotNumbering(&r); });
-    answers.ask<Text<11>>("getFamily", {kOk}, [&](auto& r) { return device.getFamily(r.text); });
+    answers.ask<Text<11>>("getFamily", {}, [&](auto& r) { return device.getFamily(r.text); });
     answers.ask<Text<8>>("getBitMapFileName", {kOk, kErrBitmapName},
                          [&](auto& r) { return device.getBitMapFileName(r.text); });
     answers.ask<Text<9>>("getDLLFileName", {kOk, kErrLibraryName},
@@ -75,20 +119,30 @@ void askHeader(cTypDescriptor& device, Answers& answers)
 
 void askDiagnosticTexts(cTypDescriptor& device, Answers& answers)
 {
-    if (answers.addCount("getSlaveDiagMsgCnt", device.getSlaveDiagMsgCnt()) > 0) {
-        for (int bit = 0; bit < kDiagBytes * kBits; ++bit)
-            answers.ask<SLAVE_DIAG_TYPE>("getSlaveDiagMsg", {kOk, kErrDeviceDiag}, [&](auto& r) {
-                return device.getSlaveDiagMsg(0, bit / kBits + 1, bit % kBits, &r);
-            });
+    const Results results{kOk, kErrDeviceDiag, kErrDeviceDiag, kErrDeviceDiag};
+    answers.addCount("getSlaveDiagMsgCnt", device.getSlaveDiagMsgCnt());
+    for (int bit = 0; bit < kDiagBytes * kBits; ++bit)
+        answers.ask<SLAVE_DIAG_TYPE>("getSlaveDiagMsg", results, [&](auto& r) {
+            return device.getSlaveDiagMsg(0, bit / kBits + 1, bit % kBits, &r);
+        });
+    answers.askEach<SLAVE_DIAG_TYPE>("getSlaveDiagMsg", kBits, results,
+                                     [&](int i, auto& r) { return device.getSlaveDiagMsg(0, 1, i, &r); });
+    for (const int far : {INT_MIN, -1, 100, INT_MAX}) {
+        SLAVE_DIAG_TYPE message;
+        device.getSlaveDiagMsg(far, far, far, &message);
+        device.getSlaveDiagMsg(far, 0, 0, &message);
+        device.getSlaveDiagMsg(0, far, 0, &message);
     }
     const int groups = answers.addCount("getSlaveBGrDiagMsgCnt", device.getSlaveBGrDiagMsgCnt());
-    for (int i = 0; i < groups; ++i)
-        answers.ask<SLAVE_BGR_DIAG_TYPE>("getSlaveBGrDiagMsg", {kOk},
-                                         [&](auto& r) { return device.getSlaveBGrDiagMsg(i, &r); });
+    answers.askEach<SLAVE_BGR_DIAG_TYPE>("getSlaveBGrDiagMsg", groups, {kOk, kOk, kErrDeviceDiag, kErrDeviceDiag},
+                                         [&](int i, auto& r) { return device.getSlaveBGrDiagMsg(i, &r); });
     answers.addCount("getChannelDiagMsgCnt", device.getChannelDiagMsgCnt());
-    for (int type = kFirstChannelError; type <= kLastChannelError; ++type)
-        answers.ask<Text<31>>("getChannelDiagMsg", {kOk, kErrChannelDiag},
-                              [&](auto& r) { return device.getChannelDiagMsg(type, r.text); });
+    answers.askEach<Text<31>>("getChannelDiagMsg", kLastChannelError + 1,
+                              {kOk, kErrChannelDiag, kErrChannelDiag, kErrChannelDiag},
+                              [&](int i, auto& r) { return device.getChannelDiagMsg(i, r.text); });
+    char text[31];
+    if (answers.isStrict)
+        requireResult(device.getChannelDiagMsg(kFirstChannelError - 1, text), {kErrChannelDiag}, "getChannelDiagMsg");
 }
 
 void askModules(cTypDescriptor& device, Answers& answers)
@@ -96,215 +150,119 @@ void askModules(cTypDescriptor& device, Answers& answers)
     int slots = 0;
     device.isKonfigFixed(&slots);
     answers.addCount("isKonfigFixed", slots);
-    for (int i = 0; i < slots; ++i) {
-        answers.ask<MLFB_ITEM>("getFixedSlotId", {kOk}, [&](auto& r) { return device.getFixedSlotId(i, &r); });
-        answers.ask<CSLAVE_SLOT_PRESET_TYPE>("getFixedSlotId", {kOk},
-                                             [&](auto& r) { return device.getFixedSlotId(i, &r); });
-    }
+    const int noSlot = slots > 0 ? kOk : kErrIdentifier;
+    answers.askEach<MLFB_ITEM>("getFixedSlotId", slots, {kOk, kOk, noSlot, noSlot},
+                               [&](int i, auto& r) { return device.getFixedSlotId(i, &r); });
+    answers.askEach<CSLAVE_SLOT_PRESET_TYPE>("getFixedSlotId", slots, {kOk, kOk, noSlot, noSlot},
+                                             [&](int i, auto& r) { return device.getFixedSlotId(i, &r); });
     const int modules = answers.addCount("getMLFBListCnt", device.getMLFBListCnt());
-    for (int i = 0; i < modules; ++i)
-        answers.ask<MLFB_ITEM>("getMLFBListItem", {kOk}, [&](auto& r) { return device.getMLFBListItem(i, &r); });
+    answers.askEach<MLFB_ITEM>("getMLFBListItem", modules, {kOk, kOk, modules > 0 ? kOk : kErrOrderList, kErrOrderList},
+                               [&](int i, auto& r) { return device.getMLFBListItem(i, &r); });
     const int lists = answers.addCount("getLSKCnt", device.getLSKCnt());
-    for (int list = 0; list < lists; ++list) {
-        answers.ask<Text<31>>("getLSKText", {kOk}, [&](auto& r) { return device.getLSKText(list, r.text); });
+    const Results ofLists{kOk, kOk, lists > 0 ? kOk : kErrModuleList, kErrModuleList};
+    answers.askEach<Text<31>>("getLSKText", lists, ofLists,
+                              [&](int i, auto& r) { return device.getLSKText(i, r.text); });
+    answers.askEach<LSK_ITEM>("getSKListItem of no list", 0, {kOk, kOk, ofLists.below, ofLists.behind},
+                              [&](int i, auto& r) { return device.getSKListItem(i < 0 ? i : lists, 0, &r); });
+    for (int list = -1; list <= lists; ++list) {
         int isFixed = 0;
         const int entries = answers.addCount("getSKListCnt", device.getSKListCnt(list, &isFixed));
         answers.add(isFixed);
-        for (int i = 0; i < entries; ++i)
-            answers.ask<LSK_ITEM>("getSKListItem", {kOk}, [&](auto& r) { return device.getSKListItem(list, i, &r); });
+        if (list < 0 || list == lists)
+            requireResult(entries, {0}, "getSKListCnt outside");
+        else
+            answers.askEach<LSK_ITEM>("getSKListItem", entries, {kOk, kOk, kOk, kErrModuleList},
+                                      [&](int i, auto& r) { return device.getSKListItem(list, i, &r); });
     }
 }
 
-void askSlotBlock(cTypDescriptor& device, int block, Answers& answers)
+void askKeywords(cTypDescriptor& device, int block, Answers& answers)
 {
-    const int most = device.getMaxSPBlockLen();
-    std::vector<unsigned char> bytes(static_cast<std::size_t>(most));
-    int length = 0;
-    const int result = device.getSlotParameters(block, bytes.data(), &length);
-    requireResult(result, {kOk, kErrSlotPrm}, "getSlotParameters");
-    require(length >= 0 && length <= most, "no slot parameter block is longer than getMaxSPBlockLen()");
-    bytes.resize(static_cast<std::size_t>(length));
-    answers.addText(bytes);
-
-    const int count = answers.addCount("getStructuredSlotParameterCnt", device.getStructuredSlotParameterCnt(block));
-    require(count == 0 || result == kOk, "a block with structured parameters can be read");
-    for (int i = 0; i < count; ++i)
-        answers.ask<_parastruct>("getStructuredSlotParameter", {kOk},
-                                 [&](auto& r) { return device.getStructuredSlotParameter(block, i, &r); });
+    constexpr int kOtherKeyword = 1;
     KEYWORD_TYPE keyword;
     std::memset(&keyword, 0, sizeof keyword);
+    if (answers.isStrict)
+        requireResult(device.hasSPBlockThisKeyWord(&keyword, block, kOtherKeyword), {0}, "hasSPBlockThisKeyWord");
     while (device.hasSPBlockThisKeyWord(&keyword, block, 0) != 0)
         answers.add(keyword);
 }
 
+void askSlotBlocks(cTypDescriptor& device, Answers& answers)
+{
+    const int most = answers.addCount("getMaxSPBlockLen", device.getMaxSPBlockLen());
+    const int blocks = answers.addCount("getSPBlockAnz", device.getSPBlockAnz());
+    const Results refusal{kErrSlotPrm, kErrSlotPrm, kErrSlotPrm, kErrSlotPrm};
+    for (int block = -1; block <= blocks; ++block) {
+        const bool isBlock = block >= 0 && block < blocks;
+        const auto parameters = [&](auto& r) { return device.getSlotParameters(block, r.bytes, &r.length); };
+        const int result =
+            answers.ask<Bytes>("getSlotParameters", {isBlock ? kOk : kErrSlotPrm, kErrSlotPrm}, [&](auto& r) {
+                const int code = parameters(r);
+                require(r.length >= 0 && r.length <= most && (code == kOk || r.length == 0),
+                        "a slot parameter block is no longer than the longest");
+                return code;
+            });
+        const int count =
+            answers.addCount("getStructuredSlotParameterCnt", device.getStructuredSlotParameterCnt(block));
+        require(count == 0 || result == kOk || !answers.isStrict, "a block with structured parameters can be read");
+        answers.askEach<_parastruct>("getStructuredSlotParameter", count,
+                                     result == kOk ? Results{kOk, kOk, kOk, kErrSlotPrm} : refusal,
+                                     [&](int i, auto& r) { return device.getStructuredSlotParameter(block, i, &r); });
+        askKeywords(device, block, answers);
+    }
+}
+
 void askParameters(cTypDescriptor& device, Answers& answers)
 {
+    // The index just behind the last one is accepted like those below 0, see askEach().
     const int count = answers.addCount("getParaStructCnt", device.getParaStructCnt());
-    for (int i = 0; i < count; ++i)
-        answers.ask<_parastruct>("getParaStruct", {1}, [&](auto& r) { return device.getParaStruct(i, &r); });
+    answers.askEach<_parastruct>("getParaStruct", count, {1, 1, 1, 0}, [&](int i, auto& r) {
+        const int result = device.getParaStruct(i, &r);
+        return i == count && result == 1 && isCleared(r) ? 0 : result;
+    });
     const int helps = answers.addCount("getPSLHelpAnz", device.getPSLHelpAnz());
-    for (int i = 0; i < helps; ++i) {
+    for (int i = -1; i <= helps; ++i) {
         const int block = answers.addCount("getPSLHelpRef", device.getPSLHelpRef(i));
         const int lines = answers.addCount("getHelpMessageCnt", device.getHelpMessageCnt(block));
         for (int line = 0; line < lines; ++line)
-            answers.ask<PARA_HELPMESSAGE_TYPE>("getParaHelpMessage", {1},
+            answers.ask<PARA_HELPMESSAGE_TYPE>("getParaHelpMessage", {1, 1},
                                                [&](auto& r) { return device.getParaHelpMessage(block, line, &r); });
+        PARA_HELPMESSAGE_TYPE behind;
+        for (const int line : {INT_MIN, -1, lines, INT_MAX}) // what stands in the image there, or nothing
+            device.getParaHelpMessage(block, line, &behind);
     }
-    answers.addCount("getMaxSPBlockLen", device.getMaxSPBlockLen());
-    const int blocks = answers.addCount("getSPBlockAnz", device.getSPBlockAnz());
-    for (int block = 0; block < blocks; ++block)
-        askSlotBlock(device, block, answers);
     const int slotHelps = answers.addCount("getSPHelpAnz", device.getSPHelpAnz());
-    for (int block = 1; block <= slotHelps; ++block) {
-        const int lines = answers.addCount("getSPHelpCnt", device.getSPHelpCnt(block));
-        for (int line = 0; line < lines; ++line)
-            answers.ask<PARA_HELPMESSAGE_TYPE>("getSPHelpItem", {kOk},
-                                               [&](auto& r) { return device.getSPHelpItem(block, line, &r); });
+    for (int block = -1; block <= slotHelps + 1; ++block) {
+        const int lines = device.getSPHelpCnt(block);
+        if (answers.isStrict && (block < 1 || block > slotHelps))
+            requireResult(lines, {0}, "getSPHelpCnt outside");
+        answers.add(lines);
+        answers.askEach<PARA_HELPMESSAGE_TYPE>("getSPHelpItem", lines, {kOk, kOk, kErrSlotHelp, kErrSlotHelp},
+                                               [&](int i, auto& r) { return device.getSPHelpItem(block, i, &r); });
     }
 }
 
-std::array<int, 5> outside(int count)
+void askAll(cTypDescriptor& device, Answers answers)
 {
-    return {INT_MIN, -1, count, count + 1, INT_MAX};
-}
-
-template <class Record>
-bool isCleared(const Record& record)
-{
-    const Record cleared{};
-    return std::memcmp(&record, &cleared, sizeof record) == 0;
-}
-
-template <std::size_t Size>
-bool isCleared(const Text<Size>& text)
-{
-    return text.text[0] == '\0';
-}
-
-/// Holds a query to its results below 0 and behind the last index, and to a cleared record where that is a success.
-template <class Record, class Query>
-void askAround(const char* name, int count, int below, int behind, Query query)
-{
-    for (const int i : outside(count)) {
-        Record record;
-        std::memset(&record, 0x55, sizeof record);
-        const int result = query(i, record);
-        requireResult(result, {i < 0 ? below : behind}, name);
-        require(result != kOk || isCleared(record), "what there is not is answered by a cleared record");
-    }
-}
-
-void askModulesOutside(cTypDescriptor& device)
-{
-    int slots = 0;
-    device.isKonfigFixed(&slots);
-    const int slotResult = slots > 0 ? kOk : kErrIdentifier;
-    askAround<MLFB_ITEM>("getFixedSlotId outside", slots, slotResult, slotResult,
-                         [&](int i, auto& r) { return device.getFixedSlotId(i, &r); });
-    askAround<CSLAVE_SLOT_PRESET_TYPE>("getFixedSlotId outside", slots, slotResult, slotResult,
-                                       [&](int i, auto& r) { return device.getFixedSlotId(i, &r); });
-    const int modules = device.getMLFBListCnt();
-    askAround<MLFB_ITEM>("getMLFBListItem outside", modules, modules > 0 ? kOk : kErrOrderList, kErrOrderList,
-                         [&](int i, auto& r) { return device.getMLFBListItem(i, &r); });
-    const int lists = device.getLSKCnt();
-    const int belowLists = lists > 0 ? kOk : kErrModuleList;
-    askAround<Text<31>>("getLSKText outside", lists, belowLists, kErrModuleList,
-                        [&](int i, auto& r) { return device.getLSKText(i, r.text); });
-    int isFixed = 0;
-    for (const int i : outside(lists))
-        requireResult(device.getSKListCnt(i, &isFixed), {0}, "getSKListCnt outside");
-    askAround<LSK_ITEM>("getSKListItem outside", lists, belowLists, kErrModuleList,
-                        [&](int i, auto& r) { return device.getSKListItem(i, 0, &r); });
-    if (lists > 0)
-        askAround<LSK_ITEM>("getSKListItem outside", device.getSKListCnt(0, &isFixed), kOk, kErrModuleList,
-                            [&](int i, auto& r) { return device.getSKListItem(0, i, &r); });
-}
-
-void askDiagnosticTextsOutside(cTypDescriptor& device)
-{
-    for (const int i : outside(device.getSlaveBGrDiagMsgCnt())) {
-        SLAVE_BGR_DIAG_TYPE group;
-        requireResult(device.getSlaveBGrDiagMsg(i, &group), {kErrDeviceDiag}, "getSlaveBGrDiagMsg outside");
-        SLAVE_DIAG_TYPE message;
-        device.getSlaveDiagMsg(i, i, i, &message);
-        device.getSlaveDiagMsg(i, 0, 0, &message);
-        device.getSlaveDiagMsg(0, i, 0, &message);
-        requireResult(device.getSlaveDiagMsg(0, 1, i < 0 ? i : kBits, &message), {kErrDeviceDiag},
-                      "getSlaveDiagMsg of a bit outside");
-    }
-    for (const int type : {INT_MIN, -1, kFirstChannelError - 1, kLastChannelError + 1, INT_MAX}) {
-        Text<31> text;
-        requireResult(device.getChannelDiagMsg(type, text.text), {kErrChannelDiag}, "getChannelDiagMsg outside");
-    }
-}
-
-void askSlotBlocksOutside(cTypDescriptor& device)
-{
-    const int blocks = device.getSPBlockAnz();
-    std::vector<unsigned char> bytes(static_cast<std::size_t>(device.getMaxSPBlockLen()));
-    _parastruct prm;
-    KEYWORD_TYPE keyword;
-    for (const int i : outside(blocks)) {
-        int length = 1;
-        requireResult(device.getSlotParameters(i, bytes.data(), &length), {kErrSlotPrm}, "getSlotParameters outside");
-        require(length == 0, "there are no parameter bytes outside");
-        requireResult(device.getStructuredSlotParameterCnt(i), {0}, "getStructuredSlotParameterCnt outside");
-        requireResult(device.getStructuredSlotParameter(i, 0, &prm), {kErrSlotPrm},
-                      "getStructuredSlotParameter outside");
-        requireResult(device.hasSPBlockThisKeyWord(&keyword, i, 0), {0}, "hasSPBlockThisKeyWord outside");
-        requireResult(device.hasSPBlockThisKeyWord(&keyword, 0, i == 0 ? 1 : i), {0}, "hasSPBlockThisKeyWord outside");
-    }
-    for (int block = 0; block < blocks; ++block) {
-        for (const int i : outside(device.getStructuredSlotParameterCnt(block))) {
-            const int result = device.getStructuredSlotParameter(block, i, &prm);
-            requireResult(result, {i < 0 ? kOk : kErrSlotPrm, kErrSlotPrm}, "getStructuredSlotParameter outside");
-            require(result != kOk || isCleared(prm), "what there is not is answered by a cleared record");
-        }
-    }
-}
-
-void askParametersOutside(cTypDescriptor& device)
-{
-    const int count = device.getParaStructCnt();
-    for (const int i : outside(count)) {
-        _parastruct prm;
-        const int result = device.getParaStruct(i, &prm);
-        requireResult(result, {i <= count ? 1 : 0}, "getParaStruct outside");
-        require(result == 0 || isCleared(prm), "what there is not is answered by a cleared record");
-    }
-    for (const int i : outside(device.getPSLHelpAnz()))
-        requireResult(device.getPSLHelpRef(i), {0}, "getPSLHelpRef outside");
-    PARA_HELPMESSAGE_TYPE help;
-    for (const int block : {INT_MIN, -1, 0, 1000, INT_MAX}) {
-        requireResult(device.getHelpMessageCnt(block), {0}, "getHelpMessageCnt outside");
-        requireResult(device.getParaHelpMessage(block, 0, &help), {0, block == 0 ? 1 : 0},
-                      "getParaHelpMessage of a block outside");
-    }
-    for (int i = 0; i < device.getPSLHelpAnz(); ++i) {
-        const int block = device.getPSLHelpRef(i);
-        for (const int line : outside(device.getHelpMessageCnt(block)))
-            requireResult(device.getParaHelpMessage(block, line, &help), {1}, "getParaHelpMessage of a line outside");
-    }
-    const int slotHelps = device.getSPHelpAnz();
-    for (const int block : {INT_MIN, -1, 0, slotHelps + 1, INT_MAX}) {
-        requireResult(device.getSPHelpCnt(block), {0}, "getSPHelpCnt outside");
-        requireResult(device.getSPHelpItem(block, 0, &help), {kErrSlotHelp}, "getSPHelpItem outside");
-    }
-    for (int block = 1; block <= slotHelps; ++block)
-        for (const int line : outside(device.getSPHelpCnt(block)))
-            requireResult(device.getSPHelpItem(block, line, &help), {kErrSlotHelp}, "getSPHelpItem outside");
+    askHeader(device, answers);
+    askDiagnosticTexts(device, answers);
+    askModules(device, answers);
+    askSlotBlocks(device, answers);
+    askParameters(device, answers);
 }
 
 } // namespace
 
 std::string answersOf(cTypDescriptor& device)
 {
-    Answers answers;
-    askHeader(device, answers);
-    askDiagnosticTexts(device, answers);
-    askModules(device, answers);
-    askParameters(device, answers);
-    return answers.bytes;
+    std::string answers;
+    askAll(device, Answers(answers, true));
+    return answers;
+}
+
+void askAnything(cTypDescriptor& device, std::string& answers)
+{
+    askAll(device, Answers(answers, false));
 }
 
 std::string orderNumberOf(cTypDescriptor& device)
@@ -313,12 +271,4 @@ std::string orderNumberOf(cTypDescriptor& device)
     const int result = static_cast<short>(device.getMLFBstring(text));
     requireResult(result, {kOk, kErrNoOrderNumber}, "getMLFBstring");
     return result == kOk ? text : "";
-}
-
-void askOutside(cTypDescriptor& device)
-{
-    askModulesOutside(device);
-    askDiagnosticTextsOutside(device);
-    askSlotBlocksOutside(device);
-    askParametersOutside(device);
 }

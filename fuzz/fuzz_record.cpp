@@ -2,14 +2,12 @@
 
 #include "fuzz/answers.h"
 #include "fuzz/property.h"
-#include "fuzz/recordInput.h"
 #include "fuzz/roundTrips.h"
-#include "typefile/format.h"
+#include "tests/hostRecord.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <memory>
 #include <string>
 #include <string_view>
 
@@ -19,7 +17,7 @@ namespace {
 /// it then changes its place when the record is filled.
 bool hasDoubtfulBracket(const TYPEFILE_COM_QX410& record)
 {
-    return std::memchr(&record, typefile::kOrderNumberOpen, RecordInput::kMembers) != nullptr ||
+    return std::memchr(&record, '<', RecordInput::kMembers) != nullptr ||
            std::memchr(record.orderNumber, '\0', sizeof record.orderNumber) == nullptr;
 }
 
@@ -28,13 +26,8 @@ bool hasDoubtfulBracket(const TYPEFILE_COM_QX410& record)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const RecordInput input(std::string_view(reinterpret_cast<const char*>(data), size));
-    const std::unique_ptr<char[]> userPrmHex = hostText(input.userPrmHex);
-    const std::unique_ptr<char[]> fixedSlotText = hostText(input.fixedSlotText);
-    TYPEFILE_COM_QX410 record = input.record;
-    if (input.hasTexts) {
-        record.userPrmHex = userPrmHex.get();
-        record.fixedSlotText = fixedSlotText.get();
-    }
+    const HostRecord host = input.record();
+    const TYPEFILE_COM_QX410& record = host.fields;
     cTypDescriptor device(&record);
     if (check(device) != kOk)
         return 0;
@@ -46,8 +39,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (hasDoubtfulBracket(record))
         return 0;
     // A filled record has its baud rates in another form than one to build from.
-    std::memcpy(filled.record.baudRates, record.baudRates, sizeof record.baudRates);
-    cTypDescriptor again(&filled.record);
+    std::memcpy(filled.fields.baudRates, record.baudRates, sizeof record.baudRates);
+    cTypDescriptor again(&filled.fields);
     require(check(again) == kOk, "a filled record builds a device that passes the check");
     require(orderNumberOf(again) == orderNumber, "a filled record has the same order number");
     require(answersOf(again) == answers, "a filled record builds a device with the same answers");

@@ -16,8 +16,6 @@ using namespace typdescriptor::internal;
 
 namespace {
 
-// The fuzzer asks for a crossing of two inputs as often as for a mutation; one in so many is enough.
-
 constexpr std::string_view kLineFeed = "\n";
 
 /// The keywords between which a block stands.
@@ -68,67 +66,50 @@ std::string number(Random& random)
     return random.oneIn(4) ? random.of(kHard) : std::to_string(random.of(kBorderNumbers));
 }
 
-/// A quoted text, most often of a length at which fields end.
-std::string text(Random& random)
+/// What a sign of a value stands for: "#" a number, "&" some more of them, "%" identifiers, "$" a quoted text, most often
+/// of a length at which fields end.
+std::string partOf(char sign, Random& random)
 {
     constexpr std::array<std::size_t, 14> kLengths{0, 1, 7, 8, 9, 10, 11, 17, 18, 20, 30, 31, 32, 33};
     constexpr std::array<const char*, 12> kTexts{"[SlotNumber]", "[Slotnumber]", ";", "\"",     ">",    "<",
                                                  "VRC2",         "QMX2",         " ", "a b  c", "\xE4", ""};
-    std::string characters = random.of(kTexts);
-    characters.resize(std::max(characters.size(), random.oneIn(2) ? random.of(kLengths) : 0), 'x');
-    return '"' + characters + '"';
-}
-
-std::string numbers(Random& random)
-{
-    constexpr std::array<const char*, 3> kSeparators{",", "-", " "};
-    std::string list = number(random);
-    const char* const separator = random.of(kSeparators);
-    for (std::size_t count = random.below(random.oneIn(8) ? 240 : 6); count > 0; --count)
-        list += separator + number(random);
-    return list;
-}
-
-/// The identifiers of a module: general, special with its length bytes, empty.
-std::string identifiers(Random& random)
-{
-    constexpr std::array<const char*, 8> kIdentifiers{
-        "0x00", "0x11", "0x21", "0x73", "0x41,0x03", "0xC2,0x81,0x82,1,2", "0x81,0x05", "0xD1"};
-    std::string list = random.of(kIdentifiers);
-    for (std::size_t count = random.below(3); count > 0; --count)
-        list += std::string(",") + random.of(kIdentifiers);
-    return list;
-}
-
-std::string valueFor(Random& random)
-{
-    switch (random.below(8)) {
-    case 0:
-        return text(random);
-    case 1:
-        return numbers(random);
-    case 2:
-        return text(random) + ' ' + identifiers(random);
-    case 3:
-        return number(random) + ' ' + text(random);
-    case 4:
-        return number(random) + "@TdF@" + number(random);
-    case 5:
-        return number(random) + ' ' + numbers(random);
+    constexpr std::array<const char*, 10> kIdentifiers{
+        "0x00",      "0x11", "0x21",      "0x73",      "0x41,0x03",
+        "0x81,0x05", "0xD1", "0x11,0x21", "0xF1,0x73", "0xC2,0x81,0x82,1,2"};
+    std::string text;
+    switch (sign) {
+    case '#':
+        return number(random) + ' ';
+    case '&':
+        for (std::size_t count = 1 + random.below(random.oneIn(8) ? 240 : 6); count > 0; --count)
+            text += number(random) + (count > 1 ? "," : "");
+        return text + ' ';
+    case '%':
+        return random.of(kIdentifiers);
+    case '$':
+        text = random.of(kTexts);
+        text.resize(std::max(text.size(), random.oneIn(2) ? random.of(kLengths) : 0), 'x');
+        return '"' + text + '"';
     default:
-        return number(random);
+        return "";
     }
+}
+
+std::string value(Random& random)
+{
+    constexpr std::array<const char*, 10> kValues{"#", "#", "#", "&", "#-#", "$", "$ %", "#$", "# #-#", "#@TdF@#"};
+    return filled(random.of(kValues), random, partOf);
 }
 
 std::string lineOf(const GsdKeyword& keyword, Random& random)
 {
     std::string line(keyword.spelling);
     if (keyword.takesArgument())
-        line += '(' + (random.oneIn(3) ? numbers(random) : std::to_string(random.below(32))) + ')';
+        line += '(' + (random.oneIn(3) ? value(random) : std::to_string(random.below(32))) + ')';
     if (keyword.takesEquals())
-        return line + " = " + valueFor(random) + '\n';
+        return line + " = " + value(random) + '\n';
     if ((keyword.blocks & kInExtPrmDef) != 0)
-        line += ' ' + number(random) + ' ' + numbers(random);
+        line += ' ' + filled("#&", random, partOf);
     return line + '\n';
 }
 
@@ -181,7 +162,7 @@ void replaceValue(std::string& line, Random& random)
     std::size_t to = from;
     if (line[from] == '"') {
         to = std::min(line.find('"', from + 1), line.size() - 1) + 1;
-        line.replace(from, to - from, text(random));
+        line.replace(from, to - from, partOf('$', random));
         return;
     }
     while (to < line.size() && isNumberCharacter(line[to]))
@@ -210,12 +191,6 @@ void changeBreaks(Pieces& lines, Random& random)
     }
 }
 
-void chooseLanguage(Pieces& lines, Random& random)
-{
-    constexpr std::string_view kLetters = "DEFGIPS";
-    lines.insert(lines.begin(), std::string(1, random.of(kLetters)) + '\n');
-}
-
 void mutate(Pieces& lines, Random& random)
 {
     switch (lines.empty() ? 0 : random.below(12)) {
@@ -228,7 +203,6 @@ void mutate(Pieces& lines, Random& random)
     case 4:
         return changeBreaks(lines, random);
     case 5:
-        return random.oneIn(8) ? chooseLanguage(lines, random) : rearrange(lines, random);
     case 6:
     case 7:
         return rearrange(lines, random);
@@ -242,11 +216,4 @@ void mutate(Pieces& lines, Random& random)
 extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size, std::size_t maxSize, unsigned seed)
 {
     return mutateInput(data, size, maxSize, seed, kLineFeed, mutate);
-}
-
-extern "C" std::size_t LLVMFuzzerCustomCrossOver(const std::uint8_t* data1, std::size_t size1,
-                                                 const std::uint8_t* data2, std::size_t size2, std::uint8_t* out,
-                                                 std::size_t maxOutSize, unsigned seed)
-{
-    return crossInputs({data1, size1}, {data2, size2}, out, maxOutSize, seed, kLineFeed);
 }

@@ -2,9 +2,6 @@
 // letters change in their places, and records of every kind are put into the groups.
 
 #include "fuzz/mutation.h"
-#include "typefile/format.h"
-#include "typefile/scan.h"
-#include "typefile/stationTypes.h"
 
 #include <algorithm>
 #include <array>
@@ -13,15 +10,24 @@
 #include <string>
 #include <string_view>
 
-using namespace typefile;
-
 namespace {
 
-// The fuzzer asks for a crossing of two inputs as often as for a mutation; one in so many is enough.
-
+constexpr std::string_view kTerminator = ";\r\n";
+constexpr std::size_t kNumberDigits = 3;
+constexpr std::size_t kNameWidth = 30;
+constexpr std::size_t kSlotTextWidth = 20;
+constexpr std::size_t kVersionWidth = 4;
 constexpr std::size_t kHeaderRecords = 9;
+constexpr std::array<std::string_view, 10> kStations{
+    "DPS/CLASS1     ", "DPS/CLASS3     ", "QX410U/VRC     ", "DPASI/GATE     ", "KGP/QX410L     ",
+    "PPROCDPS       ", "QX410B/24V/QMX ", "QX410C/24V/QMX ", "QX410K         ", "QMX            "};
 constexpr std::array<const char*, 8> kVersions{"V5.2", "V5.1", "V5.0", "V5.x", "V4.9", "V3.0", "V2.1", "V9.9"};
 constexpr std::string_view kFlagLetters = "JNPSMEjn01234VKXY";
+
+bool isDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
 
 std::string_view contentOf(std::string_view record)
 {
@@ -125,105 +131,62 @@ void changeHeader(Pieces& records, Random& random)
 {
     std::string& record = records[random.below(std::min(records.size(), kHeaderRecords))];
     const std::size_t length = contentOf(record).size();
-    if (length == kStationType.width) {
-        const bool isCategoryII = random.oneIn(3);
-        record.replace(0, length, isCategoryII ? random.of(kStationsCategoryII) : random.of(kStationsCategoryI));
-    } else if (length >= kVersion.width && record[length - kVersion.width] == 'V') {
-        record.replace(length - kVersion.width, kVersion.width, random.of(kVersions));
-    }
+    if (length == kStations[0].size())
+        record.replace(0, length, random.of(kStations));
+    else if (length >= kVersionWidth && record[length - kVersionWidth] == 'V')
+        record.replace(length - kVersionWidth, kVersionWidth, random.of(kVersions));
 }
 
-std::string text(std::size_t width, Random& random)
-{
-    return std::string(width, static_cast<char>('A' + random.below(26)));
-}
+/// Records of every kind with the tag of their group; see partOf() for the signs.
+struct RecordForm {
+    const char* group;
+    const char* form;
+};
+constexpr std::array<RecordForm, 19> kRecordForms{{
+    {"DKM", "DBO0#\"?\"*\"1\"^"},
+    {"DKM", "DBO0#\"?\"*\"0\"^"},
+    {"DKM", "DBO0#\"BGR#\"*\"@\"^"},
+    {"DKK", "KFC#\"*\"^"},
+    {"L", "\"*\"~\"^"},
+    {"HTT", "HI00?^L1^\"*\"~\"^"},
+    {"KX", "%^"},
+    {"KX", "%\"SP00?\"^"},
+    {"MLFB", "\"*\"%\"SP00?\"^"},
+    {"MLFB", "\"*\"~\"@\"@\"@\"SP00?\"^"},
+    {"LSK", "SK00?\"*\"^KX001^%\"=\"SP00?\"^"},
+    {"LSK", "SK00?\"*\"^MV001^00?\"=\"^"},
+    {"SPT", "SP00?^@^PV001^??^PSL001^PS00?[SlotNumber][UINT ][000]^"},
+    {"SPT", "SP00?^@^PV001^??^PSL001^PS@\"*\"BYTE \"10\"0\"200\"HI00?\"^"},
+    {"PV", "??^"},
+    {"PSL", "PS@\"*\"BIT? \"1\"0\"1\"HI00?\"^"},
+    {"PSL", "PS@\"*\"BIN  \"00001111\"0\"1\"HI00?\"^"},
+    {"PSL", "PS@\"*\"INT  \"-1\"-100\"100\"HI00?\"^"},
+    {"PSL", "PS@\"*\"BGR24\"1010\"0\"15\"HI00?\"^"},
+}};
 
-std::string blockReference(Random& random)
-{
-    return '"' + std::string(kTagSlotPrmBlock) + "00" + std::to_string(random.below(4)) + '"';
-}
-
-std::string identifier(Random& random)
+/// "#", "@", "~": two, three and five digits; "?" one; "*", "=": texts of the two widths; "%" an identifier; "^" the
+/// terminator.
+std::string partOf(char sign, Random& random)
 {
     constexpr std::array<const char*, 9> kIdentifiers{
         "000", "017", "115", "208", "015", "065\"003", "129\"005", "193\"129\"130", "194\"005\"003\"170\"187"};
-    return random.of(kIdentifiers);
-}
-
-std::string prm(Random& random)
-{
-    constexpr std::array<std::array<const char*, 4>, 8> kValues{{{"BIT0 ", "1", "0", "1"},
-                                                                 {"BIN  ", "00001111", "0", "1"},
-                                                                 {"BYTE ", "10", "0", "200"},
-                                                                 {"INT  ", "-1", "-100", "100"},
-                                                                 {"UINT ", "00500", "00010", "60000"},
-                                                                 {"BGR24", "1010", "0", "15"},
-                                                                 {"BGR01", "1", "", "1"},
-                                                                 {"BIT7 ", "0", "0", "1"}}};
-    const std::string tag = std::string(kTagPrm) + borderDigits(random, kNumberDigits);
-    if (random.oneIn(4))
-        return tag + std::string(kKeywordSlotNumber) + '[' + random.of(kValues)[0] + ']' + std::string(kKeywordTail);
-    const auto& row = random.of(kValues);
-    return tag + '"' + text(kNameWidth, random) + '"' + row[0] + '"' + row[1] + '"' + row[2] + '"' + row[3] + '"' +
-           std::string(kTagHelp) + "00" + std::to_string(random.below(3)) + '"';
-}
-
-/// The one slot of a module list: an identifier, or an entry of the order-number list.
-std::string slotsOfList(Random& random)
-{
-    const std::string end(kTerminator);
-    const std::string slotText = '"' + text(kSlotTextWidth, random);
-    if (random.oneIn(2))
-        return "KX001" + end + identifier(random) + slotText + blockReference(random) + end;
-    return "MV001" + end + "00" + std::to_string(random.below(10)) + slotText + '"' + end;
-}
-
-/// A record, and the tag of the group it belongs to.
-struct NewRecord {
-    std::string_view group;
-    std::string text;
-};
-
-NewRecord newRecord(Random& random)
-{
-    const auto digits = [&random](std::size_t width) { return borderDigits(random, width); };
-    const std::string byte = std::string(kTagDiagByte) + "0" + digits(2) + '"';
-    const std::string end(kTerminator);
-    const std::string aByte = std::to_string(random.below(10)) + std::to_string(random.below(10));
-    switch (random.below(12)) {
-    case 0:
-        return {kTagDeviceDiag, byte + std::to_string(random.below(8)) + '"' + text(kNameWidth, random) + '"' +
-                                    std::to_string(random.below(2)) + '"' + end};
-    case 1:
-        return {kTagDeviceDiag, byte + std::string(kTagBitGroup) + digits(2) + '"' + text(kNameWidth, random) + '"' +
-                                    digits(3) + '"' + end};
-    case 2:
-        return {kTagChannelDiag,
-                std::string(kTagChannelError) + digits(2) + '"' + text(kNameWidth, random) + '"' + end};
-    case 3:
-        return {kTagHelpLines, '"' + text(kNameWidth, random) + '"' + digits(kHelpValueDigits) + '"' + end};
-    case 4:
-        return {kTagHelpList, std::string(kTagHelp) + "00" + std::to_string(random.below(4)) + end + "L1" + end + '"' +
-                                  text(kNameWidth, random) + '"' + digits(kHelpValueDigits) + '"' + end};
-    case 5:
-        return {kTagPresetByIdentifier, identifier(random) + (random.oneIn(2) ? blockReference(random) : "") + end};
-    case 6:
-        return {kTagOrderNumbers,
-                '"' + text(kNameWidth, random) + '"' + identifier(random) + blockReference(random) + end};
-    case 7:
-        return {kTagOrderNumbers, '"' + text(kNameWidth, random) + '"' + digits(kKgpIdDigits) + '"' + digits(3) + '"' +
-                                      digits(3) + '"' + digits(3) + blockReference(random) + end};
-    case 8:
-        return {kTagModuleLists, std::string(kTagModuleList) + "00" + std::to_string(random.below(4)) + '"' +
-                                     text(kNameWidth, random) + '"' + end + slotsOfList(random)};
-    case 9:
-        return {kTagSlotPrmBlocks, std::string(kTagSlotPrmBlock) + "00" + std::to_string(random.below(4)) + end +
-                                       digits(3) + end + "PV001" + end + aByte + end + "PSL001" + end + prm(random) +
-                                       end};
-    case 10:
-        return {kTagUserPrmBytes, aByte + end};
+    constexpr std::string_view kWidths = "#2@3~5";
+    switch (sign) {
+    case '#':
+    case '@':
+    case '~':
+        return borderDigits(random, static_cast<std::size_t>(kWidths[kWidths.find(sign) + 1] - '0'));
+    case '?':
+        return std::to_string(random.below(random.oneIn(2) ? 4 : 10));
+    case '*':
+    case '=':
+        return std::string(sign == '*' ? kNameWidth : kSlotTextWidth, static_cast<char>('A' + random.below(26)));
+    case '%':
+        return random.of(kIdentifiers);
+    case '^':
+        return std::string(kTerminator);
     default:
-        return {kTagPrmList, prm(random) + end};
+        return "";
     }
 }
 
@@ -242,25 +205,11 @@ std::size_t placeIn(const Pieces& records, std::string_view group, Random& rando
 
 void insertRecord(Pieces& records, Random& random)
 {
-    const NewRecord record = newRecord(random);
+    const RecordForm& record = random.of(kRecordForms);
     const std::size_t index = placeIn(records, record.group, random);
-    records.insert(records.begin() + static_cast<std::ptrdiff_t>(index), record.text);
+    records.insert(records.begin() + static_cast<std::ptrdiff_t>(index), filled(record.form, random, partOf));
     if (!random.oneIn(4))
         addToGroup(records, index, 1);
-}
-
-/// Puts a field between two quotes of one record in the place of one of another.
-void exchangeField(Pieces& records, Random& random)
-{
-    const std::string& source = random.of(records);
-    std::string& target = random.of(records);
-    const std::size_t from = source.find(kQuote);
-    const std::size_t to = target.find(kQuote, random.below(target.size()));
-    if (from == std::string::npos || to == std::string::npos)
-        return;
-    const std::string field = source.substr(from + 1, source.find(kQuote, from + 1) - from - 1);
-    const std::size_t end = std::min(target.find(kQuote, to + 1), target.size());
-    target.replace(to + 1, end - to - 1, field);
 }
 
 void mutate(Pieces& records, Random& random)
@@ -282,7 +231,6 @@ void mutate(Pieces& records, Random& random)
     case 8:
         return changeHeader(records, random);
     case 9:
-        return exchangeField(records, random);
     case 10:
         return rearrange(records, random);
     default:
@@ -295,11 +243,4 @@ void mutate(Pieces& records, Random& random)
 extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size, std::size_t maxSize, unsigned seed)
 {
     return mutateInput(data, size, maxSize, seed, kTerminator, mutate);
-}
-
-extern "C" std::size_t LLVMFuzzerCustomCrossOver(const std::uint8_t* data1, std::size_t size1,
-                                                 const std::uint8_t* data2, std::size_t size2, std::uint8_t* out,
-                                                 std::size_t maxOutSize, unsigned seed)
-{
-    return crossInputs({data1, size1}, {data2, size2}, out, maxOutSize, seed, kTerminator);
 }

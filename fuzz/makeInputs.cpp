@@ -3,13 +3,10 @@
 // fuzz_inputs FOLDER: FOLDER/TARGET.dict; FOLDER/seeds/TARGET/; FOLDER/replay/TARGET/, inputs too slow to go on from.
 
 #include "fuzz/property.h"
-#include "fuzz/recordInput.h"
 #include "fuzz/roundTrips.h"
 #include "gsd/keywordTable.h"
+#include "tests/hostRecord.h"
 #include "tests/typeFileBuilder.h"
-#include "tools/diagnosis.h"
-#include "typefile/format.h"
-#include "typefile/stationTypes.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -26,28 +23,6 @@ namespace fs = std::filesystem;
 namespace {
 
 const fs::path kSource = TYPDESCRIPTOR_SOURCE_DIR;
-
-constexpr std::string_view kCompactDevice = R"(#Profibus_DP
-Vendor_Name = "Kessel"
-Model_Name = "Valves"
-Revision = "1"
-Ident_Number = 0x1234
-Protocol_Ident = 0
-Station_Type = 0
-Hardware_Release = "1"
-Software_Release = "1"
-9.6_supp = 1
-MaxTsdr_9.6 = 60
-Min_Slave_Intervall = 20
-Module = "Valve" 0x31
-EndModule
-)";
-constexpr std::string_view kModularStation = R"(Modular_Station = 1
-Max_Module = 8
-Max_Input_Len = 32
-Max_Output_Len = 32
-Max_Data_Len = 64
-)";
 
 std::string contentsOf(const fs::path& path)
 {
@@ -90,29 +65,6 @@ std::string gsdDictionary()
     return lines;
 }
 
-std::string imageDictionary()
-{
-    using namespace typefile;
-    std::string lines;
-    for (const std::string_view head :
-         {kTagUserPrmBytes, kTagPrmList,       kTagHelpList,           kTagPresetByIdentifier, kTagPresetFixed,
-          kTagDeviceDiag,   kTagChannelDiag,   kTagSlotOffset,         kTagSlotCount,          kTagOrderNumbers,
-          kTagModuleLists,  kTagSlotPrmBlocks, kTagEterDelay,          kTagResponseDelay,      kTagHelp,
-          kTagHelpLines,    kTagSlotPrmBlock,  std::string_view("MV"), std::string_view("MX"), std::string_view("KV")})
-        lines += entry(std::string(head) + "001" + std::string(kTerminator));
-    for (const std::string_view word :
-         {kTagPrm,         kTagSlotsEnd,       kTagDiagByte,      kTagBitGroup,       kTagChannelError, kDefaultBitmap,
-          kDefaultLibrary, kTagSlotNumbering,  kTagModuleList,    kTypeBit,           kTypeBitString,   kTypeByte,
-          kTypeSigned,     kTypeUnsigned,      kBitUnit,          kKeywordSlotNumber, kKeywordTail,     kTerminator,
-          kCurrentVersion, kHostRecordVersion, version3::kStation})
-        lines += entry(word);
-    for (const std::string_view station : kStationsCategoryI)
-        lines += entry(station);
-    for (const std::string_view station : kStationsCategoryII)
-        lines += entry(station);
-    return lines;
-}
-
 std::vector<fs::path> gsdFiles()
 {
     std::vector<fs::path> files;
@@ -126,7 +78,7 @@ std::vector<fs::path> gsdFiles()
 std::string largeDevice(int diagTexts)
 {
     constexpr int kModules = 51;
-    std::string text = std::string(kCompactDevice) + std::string(kModularStation);
+    std::string text = contentsOf(kSource / "fuzz/seeds/gsd/modular");
     for (int i = 0; i < kModules; ++i)
         text +=
             "Module = \"M\" 0x11\nExt_Module_Prm_Data_Len = 237\nExt_User_Prm_Data_Const(236) = " + std::to_string(i) +
@@ -143,8 +95,8 @@ void writeGsdSeeds(const fs::path& seeds)
         const std::string name = file.filename().string();
         write(seeds / name, std::string(1, name.back()) + '\n' + contentsOf(file));
     }
-    write(seeds / "compact", std::string(kCompactDevice));
-    write(seeds / "modular", std::string(kCompactDevice) + std::string(kModularStation));
+    for (const char* name : {"compact", "modular"})
+        write(seeds / name, contentsOf(kSource / "fuzz/seeds/gsd" / name));
 }
 
 /// Compiled files, and files made by hand of the station types and versions that no compilation gives.
@@ -170,33 +122,25 @@ void writeRecordSeeds(const fs::path& seeds)
         cTypDescriptor device(file.string().c_str(), 0, nullptr);
         if (device.checkTypeFileContents() != kOk)
             continue;
-        const HostRecord filled(device);
-        RecordInput input;
-        input.record = filled.record;
-        input.record.baudRates[0] = 0x10001;
-        input.userPrmHex = filled.userPrmHex.data();
-        input.fixedSlotText = filled.fixedSlotText.data();
-        write(seeds / file.stem(), input.bytes());
+        write(seeds / file.stem(), RecordInput(HostRecord(device)).bytes());
     }
 }
 
 /// Answers of each kind of block, whole and cut, for every device.
 void writeDiagSeeds(const fs::path& seeds)
 {
-    constexpr const char* kAnswers[] = {
-        "02 05 00 FF 0C 21",
-        "08 0C 80 02 0C 21 03 81 80 43 05 80 BF 7F A6 80 C0 30 C5",
-        "08 0C 00 02 0C 21 08 04 2B C0 FF 00 55 AA",
-        "08 0C 00 02 0C 21 42 00 00 AA BB",
-        "08 0C 00 02 0C 21 06 01",
-        "08 0C 00 02",
+    using namespace std::string_literals;
+    const std::string answers[] = {
+        "\x02\x05\x00\xFF\x0C\x21"s,
+        "\x08\x0C\x80\x02\x0C\x21\x03\x81\x80\x43\x05\x80\xBF\x7F\xA6\x80\xC0\x30\xC5"s,
+        "\x08\x0C\x00\x02\x0C\x21\x08\x04\x2B\xC0\xFF\x00\x55\xAA"s,
+        "\x08\x0C\x00\x02\x0C\x21\x42\x00\x00\xAA\xBB"s,
+        "\x08\x0C\x00\x02\x0C\x21\x06\x01"s,
+        "\x08\x0C\x00\x02"s,
     };
-    for (std::size_t i = 0; i < std::size(kAnswers); ++i) {
-        std::string wrong;
-        const auto answer = parseHexBytes({kAnswers[i]}, wrong);
-        const auto device = static_cast<char>(i);
-        const std::string texts = i % 2 == 0 ? std::string(1, '\0') : std::string("\x02\x01\x10\x04\x02\x85\x01", 7);
-        write(seeds / std::to_string(i), device + texts + std::string(answer->begin(), answer->end()));
+    for (std::size_t i = 0; i < std::size(answers); ++i) {
+        const std::string texts = i % 2 == 0 ? "\0"s : "\x02\x01\x10\x04\x02\x85\x01"s;
+        write(seeds / std::to_string(i), static_cast<char>(i) + texts + answers[i]);
     }
 }
 
@@ -207,7 +151,6 @@ int main(int argc, char** argv)
     require(argc == 2, "usage: fuzz_inputs FOLDER");
     const fs::path folder = argv[1];
     write(folder / "gsd.dict", gsdDictionary());
-    write(folder / "image.dict", imageDictionary());
     writeGsdSeeds(folder / "seeds/gsd");
     write(folder / "replay/gsd/full", largeDevice(3));
     write(folder / "replay/gsd/overfull", largeDevice(4));

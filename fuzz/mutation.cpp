@@ -7,7 +7,6 @@
 namespace {
 
 constexpr std::size_t kMostPiecesAtOnce = 12;
-constexpr std::size_t kMutationsPerCross = 4;
 
 std::ptrdiff_t place(std::size_t index)
 {
@@ -42,17 +41,6 @@ Pieces piecesOf(std::string_view input, std::string_view endMark)
     return pieces;
 }
 
-/// Puts a run of the other's pieces among the pieces.
-void splice(Pieces& pieces, const Pieces& other, Random& random)
-{
-    if (other.empty())
-        return;
-    const std::size_t first = random.below(other.size());
-    const std::size_t count = runLength(other, first, random);
-    pieces.insert(pieces.begin() + place(random.below(pieces.size() + 1)), other.begin() + place(first),
-                  other.begin() + place(first + count));
-}
-
 } // namespace
 
 std::string borderDigits(Random& random, std::size_t width)
@@ -68,6 +56,16 @@ std::string otherDigits(Random& random, const std::string& digits)
         return borderDigits(random, digits.size());
     const long neighbour = std::stol(digits) + random.of(kSteps);
     return withWidth(std::to_string(std::max(neighbour, 0L)), digits.size());
+}
+
+std::string filled(std::string_view pattern, Random& random, std::string (*part)(char sign, Random& random))
+{
+    std::string text;
+    for (const char sign : pattern) {
+        const std::string replacement = part(sign, random);
+        text += replacement.empty() ? std::string(1, sign) : replacement;
+    }
+    return text;
 }
 
 void rearrange(Pieces& pieces, Random& random)
@@ -113,18 +111,4 @@ std::size_t mutateInput(std::uint8_t* data, std::size_t size, std::size_t maxSiz
     for (std::size_t count = random.oneIn(2) ? 1 : 1 + random.below(4); count > 0; --count)
         mutate(pieces, random);
     return store(pieces, data, maxSize);
-}
-
-std::size_t crossInputs(std::span<const std::uint8_t> first, std::span<const std::uint8_t> second, std::uint8_t* out,
-                        std::size_t maxSize, unsigned seed, std::string_view endMark)
-{
-    const auto textOf = [](std::span<const std::uint8_t> input) {
-        return std::string_view(reinterpret_cast<const char*>(input.data()), input.size());
-    };
-    Random random(seed);
-    if (!random.oneIn(kMutationsPerCross))
-        return 0;
-    Pieces pieces = piecesOf(textOf(first), endMark);
-    splice(pieces, piecesOf(textOf(second), endMark), random);
-    return store(pieces, out, maxSize);
 }

@@ -1,5 +1,5 @@
-// What the mutators share: choices at random, numbers and texts at the borders of what is read, and pieces of an input
-// to move about.
+// What the mutators share: choices at random, numbers at the borders of what is read, and pieces of an input to move
+// about.
 //
 // An input is a sequence of pieces: the lines of a GSD file, the records of a type file. A mutator changes one piece or
 // the sequence; every so often the bytes are left to the fuzzer's own mutations, which know the dictionary and what the
@@ -12,7 +12,6 @@
 #include <cstdint>
 #include <iterator>
 #include <random>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -46,6 +45,9 @@ std::string borderDigits(Random& random, std::size_t width);
 /// Other digits in the place of a number: a neighbour of it, or a border number of the same width.
 std::string otherDigits(Random& random, const std::string& digits);
 
+/// A text made from a pattern: what `part` gives for a character stands in its place, "" for the character itself.
+std::string filled(std::string_view pattern, Random& random, std::string (*part)(char sign, Random& random));
+
 using Pieces = std::vector<std::string>;
 
 /// Repeats, drops, swaps or moves pieces.
@@ -55,11 +57,6 @@ void rearrange(Pieces& pieces, Random& random);
 /// own mutations change it. Returns its new size.
 std::size_t mutateInput(std::uint8_t* data, std::size_t size, std::size_t maxSize, unsigned seed,
                         std::string_view endMark, void (*mutate)(Pieces& pieces, Random& random));
-
-/// Puts a run of the second input's pieces among those of the first; every so often only, else the result is 0 and the
-/// fuzzer mutates instead. Returns the size of what it made.
-std::size_t crossInputs(std::span<const std::uint8_t> first, std::span<const std::uint8_t> second, std::uint8_t* out,
-                        std::size_t maxSize, unsigned seed, std::string_view endMark);
 
 /// Writes the pieces into a buffer of the fuzzer, as many bytes as it takes.
 std::size_t store(const Pieces& pieces, std::uint8_t* data, std::size_t maxSize);

@@ -2,7 +2,7 @@
 // may not.
 
 #include "fuzz/mutation.h"
-#include "fuzz/recordInput.h"
+#include "tests/hostRecord.h"
 
 #include <array>
 #include <cstddef>
@@ -12,32 +12,6 @@
 #include <string_view>
 
 namespace {
-
-struct Member {
-    std::size_t position;
-    std::size_t size; // with its NUL
-};
-
-#define MEMBER(name)                                                                                                   \
-    {                                                                                                                  \
-        offsetof(TYPEFILE_COM_QX410, name), sizeof TYPEFILE_COM_QX410::name                                            \
-    }
-constexpr std::array<Member, 6> kTexts{
-    {MEMBER(headLine), MEMBER(orderNumber), MEMBER(modelName), MEMBER(vendorName), MEMBER(family), MEMBER(periphery)}};
-constexpr std::array<Member, 7> kNumbers{{MEMBER(identNumber), MEMBER(minSlaveInterval), MEMBER(maxInputLen),
-                                          MEMBER(maxOutputLen), MEMBER(maxModule), MEMBER(maxDiagDataLen),
-                                          MEMBER(userPrmDataLen)}};
-constexpr std::array<Member, 8> kFlags{{MEMBER(setSlaveAddSupp), MEMBER(syncModeSupp), MEMBER(freezeModeSupp),
-                                        MEMBER(publisherSubscriber), MEMBER(diagBufferable), MEMBER(activeOrMaster),
-                                        MEMBER(evenSlotNumberRequired), MEMBER(modularStation)}};
-#undef MEMBER
-
-void put(TYPEFILE_COM_QX410& record, Member member, std::string_view text)
-{
-    char* const place = reinterpret_cast<char*>(&record) + member.position;
-    std::memset(place, '\0', member.size);
-    text.copy(place, member.size);
-}
 
 /// A text of any length up to the whole width, without a NUL then.
 std::string text(std::size_t width, Random& random)
@@ -49,38 +23,27 @@ std::string text(std::size_t width, Random& random)
     return characters;
 }
 
-/// The groups of one identifier or of part of one.
-std::string slotGroups(Random& random)
-{
-    constexpr std::array<const char*, 10> kGroups{
-        "000", "017", "115", "066003", "130005", "194129130", "196005003170187", "015", "193", "999"};
-    return random.oneIn(6) ? borderDigits(random, 3) : random.of(kGroups);
-}
-
 void mutate(RecordInput& input, Random& random)
 {
-    TYPEFILE_COM_QX410& record = input.record;
+    TYPEFILE_COM_QX410& record = input.fields;
+    constexpr std::array<const char*, 10> kGroups{
+        "000", "017", "115", "066003", "130005", "194129130", "196005003170187", "015", "193", "999"};
     constexpr std::string_view kAsicCodes = "01234N n5";
+    const HostRecordMember& member = random.of(kHostRecordMembers);
     switch (random.below(8)) {
-    case 0: {
-        const Member member = random.of(kTexts);
-        return put(record, member, text(member.size, random));
-    }
-    case 1: {
-        const Member member = random.of(kNumbers);
-        return put(record, member, borderDigits(random, member.size - 1));
-    }
+    case 0:
+    case 1:
     case 2: {
-        const auto value = static_cast<std::int32_t>(random.oneIn(6) ? random.below(UINT32_MAX) : random.below(3));
-        return put(record, random.of(kFlags), {reinterpret_cast<const char*>(&value), sizeof value});
+        const auto flag = static_cast<std::int32_t>(random.oneIn(6) ? random.below(UINT32_MAX) : random.below(3));
+        return setMember(record, member,
+                         member.kind == HostRecordMember::kText ? text(member.size, random)
+                         : member.kind == HostRecordMember::kNumber
+                             ? borderDigits(random, member.size - 1)
+                             : std::string(reinterpret_cast<const char*>(&flag), sizeof flag));
     }
-    case 3: {
-        std::uint16_t units[10];
-        for (std::uint16_t& unit : units)
-            unit = static_cast<std::uint16_t>(random.below(2));
-        std::memcpy(record.baudRates, units, sizeof units);
+    case 3:
+        record.baudRates[random.below(5)] = static_cast<std::int32_t>(random.below(2) + random.below(2) * 0x10000);
         return;
-    }
     case 4:
         record.asicCode = random.of(kAsicCodes);
         return;
@@ -93,7 +56,7 @@ void mutate(RecordInput& input, Random& random)
         [[fallthrough]];
     default:
         for (std::size_t count = random.below(random.oneIn(8) ? 300 : 4); count > 0; --count)
-            input.fixedSlotText += slotGroups(random);
+            input.fixedSlotText += random.oneIn(6) ? borderDigits(random, 3) : random.of(kGroups);
     }
 }
 

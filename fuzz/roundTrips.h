@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+/// Whether a check can have this result.
+bool isCheckCode(int result);
 /// Checks a descriptor; its result must be one that a check has.
 int check(cTypDescriptor& device);
 
@@ -14,16 +16,6 @@ int check(cTypDescriptor& device);
 std::vector<char> objectOf(const cTypDescriptor& device);
 /// The type file in an object image.
 std::string typeFileIn(const std::vector<char>& object);
-
-/// A host record with room for the texts of one device.
-struct HostRecord {
-    TYPEFILE_COM_QX410 record = {};
-    std::vector<char> userPrmHex;
-    std::vector<char> fixedSlotText;
-
-    /// As the device fills it.
-    explicit HostRecord(cTypDescriptor& device);
-};
 
 /// Asks a device whose check succeeded everything, takes it through its other forms (object image, written type file,
 /// host record, a second check) and requires the same answers wherever nothing may be lost. Returns the answers.

@@ -2,14 +2,14 @@
 // no wrong success, and afterwards the same descriptor or a fresh one works.
 
 #include "descriptor/cTypDescriptor.h"
-#include "tests/answers.h"
+#include "fuzz/answers.h"
 #include "tests/gsdText.h"
+#include "tests/hostRecord.h"
 #include "tests/testHeap.h"
 #include "tests/typeFileBuilder.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <optional>
 #include <string>
 
@@ -24,7 +24,7 @@ void expectCodes(Make make, const std::string& codes, const std::string& codesFo
     {
         cTypDescriptor device = make();
         EXPECT_EQ(device.checkTypeFileContents(), kOk);
-        ask(device, complete);
+        askAnything(device, complete);
     }
     std::string answers = complete; // with room, so that only the library allocates
     for (const bool forGood : {false, true}) {
@@ -43,12 +43,12 @@ void expectCodes(Make make, const std::string& codes, const std::string& codesFo
                 isUnharmed = !failing->hasFailed();
                 again = code == kOk ? kOk : device.checkTypeFileContents();
                 answers.clear();
-                ask(device, answers);
+                askAnything(device, answers);
                 hasFailed = failing->hasFailed();
                 failing.reset();
                 if (code == kOk) {
                     answers.clear();
-                    ask(device, answers);
+                    askAnything(device, answers);
                     EXPECT_TRUE(answers == complete) << successes;
                 }
             }
@@ -82,22 +82,15 @@ TEST(Allocation, OfEveryFormOfADevice)
         expectCodes([&] { return cTypDescriptor(static_cast<unsigned short>(object.size()), object.data()); }, codes,
                     codes);
     }
-    const auto plain = descriptorOf(TypeFileBuilder().build());
-    std::array<char, 500> userPrm{};
-    std::array<char, 2000> slots{};
-    TYPEFILE_COM_QX410 record{};
-    record.userPrmHex = userPrm.data();
-    record.fixedSlotText = slots.data();
-    EXPECT_EQ(plain->checkTypeFileContents(), kOk);
-    plain->getCOMTypeData(&record);
-    record.baudRates[3] = 0x00010001; // what is handed out stands elsewhere than what is taken
-    expectCodes([&] { return cTypDescriptor(&record); }, "-1 -23 0 ", "-1 -23 0 ");
+    const auto plain = checked(TypeFileBuilder());
+    HostRecord record(*plain);
+    record.fields.baudRates[3] = 0x00010001; // what is handed out stands elsewhere than what is taken
+    expectCodes([&] { return cTypDescriptor(&record.fields); }, "-1 -23 0 ", "-1 -23 0 ");
 }
 
 TEST(Allocation, OfQueriesThatParseABlockAgain)
 {
-    const auto device = descriptorOf(TypeFileBuilder::fullFile().build());
-    ASSERT_EQ(device->checkTypeFileContents(), kOk);
+    const auto device = checked(TypeFileBuilder::fullFile());
     unsigned char bytes[237];
     int length = 7;
     _parastruct prm;
@@ -136,8 +129,7 @@ TEST(Allocation, OfWritingOverAFile)
         for (const bool forGood : {false, true}) {
             bool hasFailed = true;
             for (long successes = 0; hasFailed; ++successes) {
-                const auto device = descriptorOf(file.build());
-                ASSERT_EQ(device->checkTypeFileContents(), kOk);
+                const auto device = checked(file);
                 const std::string path = putFile(target.name, target.contents);
                 const long live = liveAllocations();
                 int code = kOk;

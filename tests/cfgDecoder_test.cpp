@@ -6,6 +6,7 @@
 #include "descriptor/resultCodes.h"
 #include "generator/splitConfig.h"
 #include "tests/caseTable.h"
+#include "tools/configIdentifier.h"
 
 #include <gtest/gtest.h>
 
@@ -109,6 +110,45 @@ TEST(IdentifierDecoding, FormatsAndSpecialByte)
         EXPECT_EQ(special.hasInput, byte / 64 % 2);
         EXPECT_EQ(special.hasOutput, byte / 128);
         EXPECT_EQ(special.kind, kinds[byte / 64]);
+    }
+}
+
+// One direction as the library and as the tool say it: bytes, words, consistency over the whole length.
+std::string side(unsigned length, unsigned word, unsigned consistency)
+{
+    return std::to_string(length) + ' ' + std::to_string(word) + ' ' + std::to_string(consistency / 2) + ' ';
+}
+std::string side(const std::optional<IoData>& data)
+{
+    return data ? side(data->bytes(), data->inWords ? 1 : 0, data->isConsistent ? 2 : 0) : "- ";
+}
+
+TEST(IdentifierDecoding, TheToolSaysTheSame)
+{
+    const auto expectSame = [](unsigned format, unsigned first, unsigned input, unsigned output) {
+        CSLAVE_SLOT_PRESET_TYPE preset = {};
+        preset.kind = format < 6 ? static_cast<int>(format) : 5;
+        preset.identifier = static_cast<std::uint8_t>(first);
+        preset.lengthByte1 = static_cast<std::int8_t>(format == 7 ? output : input);
+        preset.lengthByte2 = static_cast<std::int8_t>(output);
+        const Identifier tool = decodeIdentifier(preset);
+        CFG_IDENT_INFO info;
+        ASSERT_EQ(decodeIdentifier(format << 16 | (format < 6 ? first : output << 8 | input), info), 0);
+        const bool hasInput = (info.direction & 1U) != 0;
+        const bool hasOutput = (info.direction & 2U) != 0;
+        const std::string inputSide = side(info.length, info.wordStructure, info.consistency);
+        const std::string outputSide = format == 3   ? side(info.length, info.wordStructure, info.consistency2)
+                                       : format == 1 ? inputSide
+                                                     : side(info.length2, info.wordStructure2, info.consistency2);
+        EXPECT_EQ(side(tool.input), hasInput ? inputSide : "- ") << format << ' ' << first << ' ' << input;
+        EXPECT_EQ(side(tool.output), hasOutput ? outputSide : "- ") << format << ' ' << first << ' ' << output;
+    };
+    for (unsigned byte = 0; byte < 256; ++byte) {
+        expectSame(1, byte, 0, 0);
+        expectSame(3, byte, 0, 0);
+        expectSame(6, 0x40, byte, 0);
+        expectSame(7, 0x80, 0, byte);
+        expectSame(8, 0xC0, byte, 255 - byte);
     }
 }
 

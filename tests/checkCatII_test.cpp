@@ -46,8 +46,7 @@ TEST(CheckCategoryII, Decoded)
     TypeFileBuilder file =
         TypeFileBuilder::categoryIIFile().with("headerCnf=1+makerDevice=J+cat2Digit12=1+cat2Digit16=3");
     file.deviceDiag = {record::deviceBit(1, '7', '1', "Fault"), record::deviceGroup(2, '0', '2', 3, "Group")};
-    const auto device = descriptorOf(file.build());
-    ASSERT_EQ(device->checkTypeFileContents(), kOk);
+    const auto device = checked(file);
     SLAVE_TYPEDATA_TYPE data;
     EXPECT_EQ(device->getSlaveTypeData(&data), 2);
     EXPECT_STREQ(data.modelName, "Valve island 8   ");

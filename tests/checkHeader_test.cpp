@@ -99,8 +99,7 @@ TEST(CheckHeader, BracketsMayStandInTheHeader)
         TypeFileBuilder file = TypeFileBuilder().with("modelName=A>");
         file.headLine = std::string(isNear ? 79 : 78, '-') + (isNear ? "<" : "");
         file.version = isNear ? "V5.2" : "<5.2"; // the bracket is then at position 80
-        const auto device = descriptorOf(file.build());
-        ASSERT_EQ(device->checkTypeFileContents(), kOk);
+        const auto device = checked(file);
         EXPECT_EQ(headerOf(*device).modelName[1], isNear ? '\0' : '>');
     }
 }
@@ -133,8 +132,7 @@ TEST(CheckHeader, BareStationNames)
         // The identifier is valid in both header configurations.
         forEachCase("presetSlots=017 > 0 | presetSlots= > -21 | presetSlots=017+headerCnf=N > -2",
                     [&name](const std::string& changes, const std::string& code) {
-                        const auto device = descriptorOf(TypeFileBuilder().with(changes).build());
-                        ASSERT_EQ(device->checkTypeFileContents(), kOk);
+                        const auto device = checked(TypeFileBuilder().with(changes));
                         std::memcpy(find(*device, "DPS/CLASS1"), name.data(), name.size());
                         EXPECT_EQ(device->checkTypeFileContents(), std::stoi(code)) << changes;
                     });

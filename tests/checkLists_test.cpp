@@ -8,74 +8,8 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <utility>
 
 namespace {
-
-std::string withCharacter(std::string record, std::size_t position, char c)
-{
-    return record.replace(position, 1, 1, c);
-}
-
-TEST(CheckDiagTexts, DeviceEntries)
-{
-    const std::string bit = record::deviceBit(1, '0', '1', "A text");
-    const std::string group = record::deviceGroup(162, '0', '8', 255, "A text");
-    const std::pair<std::string, bool> cases[] = {
-        {bit, true},
-        {record::deviceBit(962, '7', '0', ""), true},
-        {record::deviceBit(0, '0', '1', ""), false},
-        {record::deviceBit(63, '0', '1', ""), false},
-        {record::deviceBit(1, '8', '1', ""), false},
-        {record::deviceBit(1, '0', '2', ""), false},
-        {withCharacter(bit, 0, 'X'), false},
-        {withCharacter(bit, 3, ' '), false},
-        {withCharacter(bit, 6, ' '), false},
-        {withCharacter(bit, 8, ' '), false},
-        {withCharacter(withCharacter(bit, 39, 'A'), 41, 'A'), true}, // cancel each other out
-        {withCharacter(withCharacter(bit, 8, 'A'), 39, 'B'), false},
-        {group, true},
-        {record::deviceGroup(1, '0', '8', 256, ""), false},
-        {record::deviceGroup(1, '7', '1', 1, ""), true},
-        {record::deviceGroup(1, '7', '1', 2, ""), false},
-        {record::deviceGroup(1, '7', '2', 1, ""), false},
-        {record::deviceGroup(1, '8', '0', 0, ""), false},
-        {record::deviceGroup(1, '0', '0', 0, ""), false},
-        {record::deviceGroup(1, '0', '9', 0, ""), false},
-        {record::deviceGroup(1, '/', '9', 0, ""), false},
-        {record::deviceGroup(1, '/', '2', 3, ""), true}, // no lower bound for the first bit
-        {record::deviceGroup(1, '/', '1', 1, ""), false},
-        {withCharacter(group, 44, '-'), false},
-        {withCharacter(group, 12, ' '), false},
-        {withCharacter(withCharacter(group, 43, ' '), 47, ' '), true},
-    };
-    for (const auto& [entry, isGood] : cases) {
-        TypeFileBuilder file;
-        file.deviceDiag = {bit, entry};
-        EXPECT_EQ(checkResult(file.build()), isGood ? kOk : kErrDeviceDiag) << entry;
-        file.deviceDiag[1].insert(entry.size() - 3, 1, ' '); // the terminator must follow at once
-        EXPECT_EQ(checkResult(file.build()), kErrDeviceDiag) << entry;
-    }
-}
-
-TEST(CheckDiagTexts, ChannelEntries)
-{
-    const std::string entry = record::channelError(31, "A text");
-    const std::pair<std::string, int> cases[] = {
-        {entry, kOk},
-        {record::channelError(15, ""), kErrChannelDiag},
-        {record::channelError(32, ""), kErrChannelDiag},
-        {withCharacter(entry, 0, 'X'), kErrChannelDiag},
-        {withCharacter(entry, 5, ' '), kErrDeviceDiag}, // the one device code in a channel entry
-        {withCharacter(withCharacter(entry, 5, 'x'), 36, 'x'), kOk},
-        {withCharacter(entry, 37, ','), kErrChannelDiag},
-    };
-    for (const auto& [one, code] : cases) {
-        TypeFileBuilder file;
-        file.channelDiag = {entry, one};
-        EXPECT_EQ(checkResult(file.build()), code) << one;
-    }
-}
 
 // "identifier headerCnf > kind lengthByte1 lengthByte2 mfrData[0]"; 17 is general for one configuration and compact for
 // the other, 15 and 79 say 15 manufacturer bytes, which stand for none, and a length byte of 255 is -1.
@@ -130,8 +64,7 @@ TEST(CheckLists, KgpModules)
     expectEdits(file.build(),
                 "1023'=0000' > 0 | 1023'=1024' > -86 | 1023'=-001' > -86 | 1023'=01000' > -86 | '255'='256' > -86 | "
                 "'128'='-01' > -86 | '128'=' > -86");
-    const auto device = descriptorOf(file.build());
-    ASSERT_EQ(device->checkTypeFileContents(), kOk);
+    const auto device = checked(file);
     MLFB_ITEM item;
     ASSERT_EQ(device->getMLFBListItem(0, &item), kOk);
     EXPECT_EQ(item.kgpId, 1023);

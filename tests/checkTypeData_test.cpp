@@ -12,13 +12,6 @@
 
 namespace {
 
-std::unique_ptr<cTypDescriptor> checked(const TypeFileBuilder& file)
-{
-    auto device = descriptorOf(file.build());
-    EXPECT_EQ(device->checkTypeFileContents(), kOk);
-    return device;
-}
-
 SLAVE_TYPEDATA_TYPE dataOf(const TypeFileBuilder& file)
 {
     SLAVE_TYPEDATA_TYPE data = SLAVE_TYPEDATA_TYPE();

@@ -2,7 +2,7 @@
 // taken back from its object image; on one thread, and on two threads at once with different descriptors.
 
 #include "descriptor/cTypDescriptor.h"
-#include "tests/answers.h"
+#include "fuzz/answers.h"
 #include "tests/testFiles.h"
 
 #include <gtest/gtest.h>

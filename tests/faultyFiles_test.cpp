@@ -1,7 +1,7 @@
 // Files that fail while they are read or written: the stated code, and every file is closed.
 
 #include "descriptor/cTypDescriptor.h"
-#include "tests/answers.h"
+#include "fuzz/answers.h"
 #include "tests/faultyFiles.h"
 #include "tests/gsdText.h"
 #include "tests/typeFileBuilder.h"
@@ -30,7 +30,9 @@ Outcome readWith(const std::string& path, const FaultyFiles::Faults& faults)
     EXPECT_EQ(faulty.openFiles(), 0);
     const int status = device.getStatus();
     const int checked = device.checkTypeFileContents();
-    return {status, checked, device.getGsdErrLineNr(), answersOf(device)};
+    std::string answers;
+    askAnything(device, answers);
+    return {status, checked, device.getGsdErrLineNr(), answers};
 }
 
 int lineAt(const std::string& text, std::size_t position)

@@ -1,72 +1,68 @@
 // Host records in both directions: what image a record gives, and what record an image gives.
 
 #include "descriptor/cTypDescriptor.h"
+#include "tests/caseTable.h"
+#include "tests/hostRecord.h"
 #include "tests/testAccess.h"
 #include "tests/typeFileBuilder.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
-#include <functional>
-#include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
 namespace {
 
-/// A record with the buffers that it points to.
-struct HostRecord {
-    TYPEFILE_COM_QX410 fields{};
-    std::vector<char> userPrm = std::vector<char>(8000);
-    std::vector<char> slots = std::vector<char>(8000);
-
-    HostRecord()
-    {
-        fields.userPrmHex = userPrm.data();
-        fields.fixedSlotText = slots.data();
-    }
-};
-
-/// Writes a text into a member, NUL included when there is room for it.
-template <std::size_t Size>
-void set(char (&member)[Size], const std::string& text)
+/// A text with its repetitions written out: "h*49".
+std::string writtenOut(const std::string& text)
 {
-    std::memset(member, 0, Size);
-    text.copy(member, Size);
+    const std::size_t star = text.find('*');
+    return star == std::string::npos ? text : std::string(std::stoul(text.substr(star + 1)), text[0]);
 }
 
-void set(std::vector<char>& buffer, const std::string& text)
+/// Sets members: "member=value", several of them joined by "+".
+HostRecord changed(HostRecord record, const std::string& changes)
 {
-    ASSERT_LT(text.size(), buffer.size());
-    text.copy(buffer.data(), text.size());
-    buffer[text.size()] = '\0';
+    std::istringstream stream(changes);
+    for (std::string change; std::getline(stream, change, '+');) {
+        const std::string name = change.substr(0, change.find('='));
+        const std::string value = writtenOut(change.substr(name.size() + 1));
+        const auto member = std::find_if(std::begin(kHostRecordMembers), std::end(kHostRecordMembers),
+                                         [&name](const HostRecordMember& one) { return one.name == name; });
+        if (name == "userPrmHex" || name == "fixedSlotText") {
+            const bool isPrm = name == "userPrmHex";
+            record.setTexts(isPrm ? value : record.userPrmHex.data(), isPrm ? record.fixedSlotText.data() : value);
+        } else if (name == "texts") {
+            record.fields.userPrmHex = record.fields.fixedSlotText = nullptr;
+        } else if (name == "baudRates") {
+            std::fill(record.fields.baudRates, record.fields.baudRates + 9, std::stoi(value));
+        } else if (name == "asicCode") {
+            record.fields.asicCode = value[0];
+        } else if (member == std::end(kHostRecordMembers)) {
+            ADD_FAILURE() << "no member " << name;
+        } else {
+            const std::int32_t flag = member->kind == HostRecordMember::kFlag ? std::stoi(value) : 0;
+            setMember(record.fields, *member,
+                      member->kind == HostRecordMember::kFlag
+                          ? std::string(reinterpret_cast<const char*>(&flag), sizeof flag)
+                          : value);
+        }
+    }
+    return record;
 }
 
 HostRecord plainRecord()
 {
-    HostRecord record;
-    TYPEFILE_COM_QX410& fields = record.fields;
-    set(fields.headLine, "Drive");
-    set(fields.orderNumber, "DX-7/40");
-    set(fields.modelName, "Drive 40         ");
-    set(fields.vendorName, "Kessel");
-    set(fields.family, "Drives");
-    set(fields.periphery, "DP");
-    set(fields.identNumber, "04660");
-    fields.syncModeSupp = 1;
-    fields.activeOrMaster = 1;
-    fields.modularStation = 1;
-    fields.asicCode = '3';
-    set(fields.minSlaveInterval, "00020");
-    fields.baudRates[3] = 0x00010001;
-    set(fields.maxInputLen, "032");
-    set(fields.maxOutputLen, "016");
-    set(fields.maxModule, "244");
-    set(fields.maxDiagDataLen, "016");
-    set(fields.userPrmDataLen, "010");
-    set(record.userPrm, "0A1bFF");
-    set(record.slots, "033193003005170000");
+    HostRecord record = changed(
+        HostRecord(), "headLine=Drive+orderNumber=DX-7/40+modelName=Drive 40         +vendorName=Kessel+family=Drives+"
+                      "periphery=DP+identNumber=04660+syncModeSupp=1+activeOrMaster=1+modularStation=1+asicCode=3+"
+                      "minSlaveInterval=00020+maxInputLen=032+maxOutputLen=016+maxModule=244+maxDiagDataLen=016+"
+                      "userPrmDataLen=010+userPrmHex=0A1bFF+fixedSlotText=033193003005170000");
+    record.fields.baudRates[3] = 0x00010001;
     return record;
 }
 
@@ -106,93 +102,28 @@ TEST(HostRecordIn, WritesEveryFieldInItsPlace)
     EXPECT_EQ(checkResult(record.fields), kOk);
 }
 
-TEST(HostRecordIn, KeepsItsOddRules)
+TEST(HostRecordIn, Cases)
 {
-    const struct {
-        const char* name;
-        std::function<void(HostRecord&)> change;
-        std::string expected; // a part of the image
-    } cases[] = {
-        {"no head line", [](HostRecord& r) { r.fields.headLine[0] = r.fields.orderNumber[0] = '\0'; }, kHeader},
-        {"order number alone", [](HostRecord& r) { r.fields.headLine[0] = '\0'; }, "<DX-7/40>\r\nV5.x|"},
-        {"head line alone", [](HostRecord& r) { r.fields.orderNumber[0] = '\0'; }, "Drive\r\nV5.x|"},
-        {"texts without NUL",
-         [](HostRecord& r) {
-             set(r.fields.headLine, std::string(49, 'h'));
-             set(r.fields.orderNumber, std::string(31, 'o'));
-             set(r.fields.modelName, "Eighteen character");
-         },
-         std::string(49, 'h') + "<" + std::string(31, 'o') + ">\r\nV5.x|Eighteen characte|"},
-        {"flags other than 1",
-         [](HostRecord& r) {
-             r.fields.setSlaveAddSupp = 2;
-             r.fields.modularStation = 2;
-         },
-         "|N|J|N|N|N|J|N|J|3|J|"},
-        {"baud rates are 16-bit units",
-         [](HostRecord& r) {
-             for (int32_t& flag : r.fields.baudRates)
-                 flag = 1;
-         },
-         "|1010101010|"},
-        {"low bytes of baud rates count", [](HostRecord& r) { r.fields.baudRates[3] = 0x7F010002; }, "|0000000100|"},
-        {"sum of lengths has three digits",
-         [](HostRecord& r) {
-             set(r.fields.maxInputLen, "600");
-             set(r.fields.maxOutputLen, "500");
-         },
-         "|SO000|999|MLFB000|"},
-        {"no buffers", [](HostRecord& r) { r.fields.userPrmHex = r.fields.fixedSlotText = nullptr; },
-         "|PV000|PSL000|KX000|SY|"},
-        {"half a byte, half a group",
-         [](HostRecord& r) {
-             set(r.userPrm, "0A1");
-             set(r.slots, "03306");
-         },
-         "|PV001|0A|PSL000|KX001|033|SY|"},
-        {"one group", [](HostRecord& r) { set(r.slots, "000"); }, "|KX001|000|SY|"},
-        {"special identifiers of each kind",
-         [](HostRecord& r) { set(r.slots, "002001002064200130007001002192255128"); },
-         "|KX004|002\"001\"002\"|064\"200\"|130\"007\"001\"002\"|192\"255\"128\"|SY|"},
-        {"fifteen manufacturer bytes count",
-         [](HostRecord& r) {
-             std::string text = "079";
-             for (int i = 0; i < 16; ++i)
-                 text += "100";
-             set(r.slots, text + "033");
-         },
-         "100\"100\"|033|SY|"},
-        {"999 bytes at most", [](HostRecord& r) { set(r.userPrm, std::string(3000, '0')); }, "|PV999|00|"},
-        {"999 slots at most", [](HostRecord& r) { set(r.slots, std::string(3600, '0')); }, "|KX999|000|"},
-        {"groups missing", [](HostRecord& r) { set(r.slots, "193003"); }, "|KX001|193\"003\"|SY|"},
-    };
-    for (const auto& row : cases) {
-        HostRecord record = plainRecord();
-        row.change(record);
+    forEachCaseIn("records.txt", [](const std::string& section, const std::string& input, const std::string& expected) {
+        const HostRecord record = changed(plainRecord(), input);
+        if (section == "checks") {
+            EXPECT_EQ(checkResult(record.fields), std::stoi(expected)) << input;
+            return;
+        }
         const std::string text = imageOf(record.fields);
-        EXPECT_NE(text.find(image(row.expected)), std::string::npos) << row.name << '\n' << text;
-    }
-}
-
-TEST(HostRecordIn, LeavesTheRefusalToTheCheck)
-{
-    const struct {
-        const char* name;
-        std::function<void(HostRecord&)> change;
-        int expected;
-    } cases[] = {
-        {"vendor too long", [](HostRecord& r) { set(r.fields.vendorName, "Kessel & Co"); }, kErrHeader},
-        {"family too long", [](HostRecord& r) { set(r.fields.family, "Servodrives"); }, kErrHeader},
-        {"periphery too long", [](HostRecord& r) { set(r.fields.periphery, "distributed"); }, kErrHeader},
-        {"vendor fits", [](HostRecord& r) { set(r.fields.vendorName, "Kessel Co."); }, kOk},
-        {"groups missing", [](HostRecord& r) { set(r.slots, "193003"); }, kErrIdentifier},
-    };
-    for (const auto& row : cases) {
-        HostRecord record = plainRecord();
-        row.change(record);
-        EXPECT_EQ(checkResult(record.fields), row.expected) << row.name;
-    }
-    EXPECT_EQ(checkResult(*std::make_unique<TYPEFILE_COM_QX410>()), kErrHeader) << "empty record";
+        EXPECT_NE(text.find(image(expected)), std::string::npos) << input << '\n' << text;
+    });
+    HostRecord lowBytes = plainRecord();
+    lowBytes.fields.baudRates[3] = 0x7F010002;
+    EXPECT_NE(imageOf(lowBytes.fields).find(image("|0000000100|")), std::string::npos);
+    const HostRecord wide = changed(plainRecord(), "headLine=h*49+orderNumber=o*31+modelName=Eighteen character");
+    EXPECT_TRUE(
+        imageOf(wide.fields)
+            .starts_with(std::string(49, 'h') + '<' + std::string(31, 'o') + ">\r\nV5.x;\r\nEighteen characte;"));
+    EXPECT_TRUE(imageOf(changed(plainRecord(), "headLine=").fields).starts_with("<DX-7/40>\r\nV5.x;"));
+    EXPECT_TRUE(imageOf(changed(plainRecord(), "orderNumber=").fields).starts_with("Drive\r\nV5.x;"));
+    EXPECT_TRUE(imageOf(changed(plainRecord(), "headLine=+orderNumber=").fields).starts_with(image(kHeader)));
+    EXPECT_EQ(checkResult(TYPEFILE_COM_QX410()), kErrHeader) << "empty record";
     cTypDescriptor none(static_cast<const TYPEFILE_COM_QX410*>(nullptr));
     EXPECT_EQ(none.getStatus(), kErrFile);
 }
@@ -224,8 +155,7 @@ TEST(HostRecordOut, TakesEveryFieldFromItsPlace)
     file.userPrmBytes = {"0a", "FF"};
     file.presetSlots = {record::presetSlot("000"), record::presetSlot("065\"200\"170\""),
                         record::presetSlot("193\"003\"005\"255\""), record::presetSlot("002\"001\"002\"")};
-    const auto device = descriptorOf(file.build());
-    ASSERT_EQ(device->checkTypeFileContents(), kOk);
+    const auto device = checked(file);
 
     HostRecord record;
     std::memset(static_cast<void*>(&record.fields), 0x5A, offsetof(TYPEFILE_COM_QX410, userPrmHex));
@@ -252,8 +182,7 @@ TEST(HostRecordOut, CutsALongHeadLineAndEmptiesOnlyTheSlotText)
 {
     TypeFileBuilder file;
     file.headLine = std::string(40, 'a') + "<" + std::string(29, 'o') + ">" + "bbbbbbbbb";
-    const auto device = descriptorOf(file.build());
-    ASSERT_EQ(device->checkTypeFileContents(), kOk);
+    const auto device = checked(file);
     HostRecord record = plainRecord();
     EXPECT_EQ(device->getCOMTypeData(&record.fields), 0);
     EXPECT_EQ(record.fields.headLine, std::string(40, 'a') + "bbbbbbbb");
@@ -282,8 +211,7 @@ TEST(HostRecordOut, DerivesTheLengthsOfCategoryII)
         file.cat2Digit0 = row.digit0;
         file.cat2Flag4 = row.flag4;
         file.cat2Digit8 = row.digit8;
-        const auto device = descriptorOf(file.build());
-        ASSERT_EQ(device->checkTypeFileContents(), kOk) << row.station;
+        const auto device = checked(file);
         HostRecord record = plainRecord();
         EXPECT_EQ(device->getCOMTypeData(&record.fields), 0);
         const TYPEFILE_COM_QX410& fields = record.fields;

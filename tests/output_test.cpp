@@ -29,13 +29,6 @@ TypeFileBuilder changeableFile()
     return file;
 }
 
-Device checked(const TypeFileBuilder& file)
-{
-    Device device = descriptorOf(file.build());
-    EXPECT_EQ(device->checkTypeFileContents(), kOk);
-    return device;
-}
-
 /// A valid file of exactly `size` characters: diagnostic texts, and a head line for the rest.
 std::string fileOfSize(std::size_t size)
 {

@@ -14,13 +14,6 @@
 
 namespace {
 
-std::unique_ptr<cTypDescriptor> checkedDescriptor(const TypeFileBuilder& file)
-{
-    auto device = descriptorOf(file.build());
-    EXPECT_EQ(device->checkTypeFileContents(), kOk);
-    return device;
-}
-
 std::string paddedTo30(std::string text)
 {
     text.resize(30, ' ');
@@ -129,7 +122,7 @@ TEST(HeaderQueries, FollowVersionAndStationType)
         file.bitmapName = "VALVE_8";
         file.libraryName = "VALVELIB";
         file.slotOffset = "007";
-        const auto device = checkedDescriptor(file);
+        const auto device = checked(file);
         Answers a;
         std::string all = numbers(device->getSlaveTypeData(&a.data), device->getSlotOffset(), device->isModular());
         EXPECT_EQ(device->getFamily(a.text), kOk);
@@ -146,23 +139,16 @@ TEST(HeaderQueries, FollowVersionAndStationType)
 TEST(HeaderQueries, PresetSlots)
 {
     TypeFileBuilder file = TypeFileBuilder::fullPresetFile();
-    const auto device = checkedDescriptor(file);
+    const auto device = checked(file);
     Answers answers;
     EXPECT_EQ(device->isKonfigFixed(&answers.number), 1);
     EXPECT_EQ(answers.number, 3);
     EXPECT_EQ(device->isPresetKonfigFixed(), 0);
-    const std::pair<int, std::string> slots[] = {{1, "33 0 "}, {-1, "0 0 "}, {3, "0 0 "}};
-    for (const auto& [index, expected] : slots) {
-        EXPECT_EQ(device->getFixedSlotId(index, &answers.module), kOk);
-        EXPECT_EQ(device->getFixedSlotId(index, &answers.preset), kOk);
-        EXPECT_EQ(numbers(answers.module.preset.identifier, answers.module.spIndex), expected);
-        EXPECT_EQ(answers.preset.identifier, answers.module.preset.identifier);
-    }
     for (const char* code : {"KV", "KY", "MX"}) {
         file.structureCode = code;
         if (code[0] == 'M')
             file.presetSlots = {record::presetNumber(2)};
-        const auto coded = checkedDescriptor(file);
+        const auto coded = checked(file);
         EXPECT_EQ(coded->isMLFBModeP36(), code[0] == 'M');
         EXPECT_EQ(coded->isPresetKonfigFixed(), code[1] == 'V');
         EXPECT_EQ(coded->isP36KY(), code[1] == 'Y');
@@ -177,7 +163,7 @@ TEST(DiagQueries, Texts)
                        record::deviceBit(962, '7', '0', "clear only"), record::deviceGroup(105, '3', '1', 1, "last")};
     file.channelDiag = {record::channelError(31, "one"), record::channelError(16, "two"),
                         record::channelError(31, "three")};
-    const auto device = checkedDescriptor(file);
+    const auto device = checked(file);
     EXPECT_EQ(numbers(device->getSlaveDiagMsgCnt(), device->getSlaveBGrDiagMsgCnt(), device->getChannelDiagMsgCnt()),
               "6 2 3 ");
     EXPECT_EQ(std::string(device->getDKMPos(), 6), "DKM006");
@@ -193,30 +179,11 @@ TEST(DiagQueries, Texts)
     EXPECT_EQ(bit(1, 5, 2), "-80 0 0 ");
     EXPECT_EQ(bit(0, 2, 2), "-80 0 0 ");
     EXPECT_EQ(bit(INT_MAX, INT_MAX, 3), "-80 0 0 ");
-
-    const auto group = [&](int index) {
-        SLAVE_BGR_DIAG_TYPE g{};
-        const int result = device->getSlaveBGrDiagMsg(index, &g);
-        return numbers(result, g.byteHigh, g.byteLow, g.firstBit, g.lastBit, g.value) + g.text;
-    };
-    EXPECT_EQ(group(0), "0 0 2 2 4 7 " + paddedTo30("group"));
-    EXPECT_EQ(group(1), "0 1 5 3 3 1 " + paddedTo30("last"));
-    EXPECT_EQ(group(2), "-80 0 0 0 0 0 ");
-    EXPECT_EQ(group(-1), group(2));
-
-    const auto channel = [&](int type) {
-        char text[31] = "";
-        const int result = device->getChannelDiagMsg(type, text);
-        return numbers(result) + text;
-    };
-    EXPECT_EQ(channel(31), "0 " + paddedTo30("one"));
-    EXPECT_EQ(channel(16), "0 " + paddedTo30("two"));
-    EXPECT_EQ(channel(15), "-81 ");
 }
 
 TEST(ListQueries, OrderNumbersAndModuleLists)
 {
-    const auto device = checkedDescriptor(TypeFileBuilder::fullFile());
+    const auto device = checked(TypeFileBuilder::fullFile());
     EXPECT_EQ(numbers(device->getMLFBListCnt(), device->getLSKCnt()), "2 2 ");
     const auto module = [&](int index) {
         MLFB_ITEM item{};
@@ -226,17 +193,6 @@ TEST(ListQueries, OrderNumbersAndModuleLists)
     EXPECT_EQ(module(1), "0 -1 " + paddedTo30("4711-M2"));
     EXPECT_EQ(module(2), "-86 0 ");
     EXPECT_EQ(module(-1), "0 0 ");
-    const auto list = [&](int index) {
-        char text[31] = "before";
-        int isFixed = 7;
-        const int result = device->getLSKText(index, text);
-        const int count = device->getSKListCnt(index, &isFixed);
-        return numbers(result, count, isFixed) + text;
-    };
-    EXPECT_EQ(list(0), "0 2 0 " + paddedTo30("Valves"));
-    EXPECT_EQ(list(1), "0 1 1 " + paddedTo30("By order number"));
-    EXPECT_EQ(list(2), "-87 0 7 ");
-    EXPECT_EQ(list(-1), "0 0 7 ");
     const auto slot = [&](int index, int item) {
         LSK_ITEM entry{};
         const int result = device->getSKListItem(index, item, &entry);
@@ -251,37 +207,6 @@ TEST(ListQueries, OrderNumbersAndModuleLists)
         EXPECT_EQ(slot(index, item), "0 0 0 0 ");
 }
 
-TEST(PrmQueries, IndexLimits)
-{
-    const auto device = checkedDescriptor(TypeFileBuilder::fullFile());
-    EXPECT_EQ(numbers(device->getParaStructCnt(), device->getSPBlockAnz(), device->getMaxSPBlockLen()), "3 2 4 ");
-    EXPECT_EQ(numbers(device->getStructuredSlotParameterCnt(0), device->getStructuredSlotParameterCnt(-1),
-                      device->getStructuredSlotParameterCnt(2)),
-              "1 0 0 ");
-    const auto ofStation = [&](int index) {
-        _parastruct prm{};
-        const int result = device->getParaStruct(index, &prm);
-        return numbers(result) + prm.reference;
-    };
-    EXPECT_EQ(ofStation(2), "1 PS009");
-    EXPECT_EQ(ofStation(-1), "1 ");
-    EXPECT_EQ(ofStation(3), "1 ");
-    EXPECT_EQ(ofStation(4), "0 ");
-    const auto ofSlot = [&](int block, int index) {
-        _parastruct prm{};
-        const int result = device->getStructuredSlotParameter(block, index, &prm);
-        return numbers(result) + prm.reference;
-    };
-    EXPECT_EQ(ofSlot(0, 0), "0 PS001");
-    EXPECT_EQ(ofSlot(0, -1), "0 ");
-    for (const auto& [block, index] : {std::pair(0, 1), std::pair(2, 0), std::pair(-1, 0)})
-        EXPECT_EQ(ofSlot(block, index), "-88 ");
-    Answers answers;
-    for (const int outside : {-1, 2})
-        EXPECT_EQ(device->getSlotParameters(outside, answers.bytes, &answers.number), kErrSlotPrm);
-    EXPECT_EQ(answers.number, 0);
-}
-
 TEST(HelpQueries, StationAndSlotBlocks)
 {
     using record::helpBlock;
@@ -292,7 +217,7 @@ TEST(HelpQueries, StationAndSlotBlocks)
                        helpBlock(999, {helpLine(3, "unseen")})};
     file.slotHelpBlocks = {helpBlock(3, {helpLine(1, "one"), helpLine(2, "two")}), helpBlock(1, {helpLine(4, "four")}),
                            helpBlock(1, {helpLine(5, "five")})};
-    const auto device = checkedDescriptor(file);
+    const auto device = checked(file);
     EXPECT_EQ(numbers(device->getPSLHelpAnz(), device->getSPHelpAnz()), "3 3 ");
     EXPECT_EQ(numbers(device->getPSLHelpRef(1), device->getPSLHelpRef(-1), device->getPSLHelpRef(3)), "999 0 0 ");
     EXPECT_EQ(numbers(device->getHelpMessageCnt(999), device->getHelpMessageCnt(0), device->getHelpMessageCnt(1)),
@@ -326,7 +251,7 @@ TEST(HelpQueries, StationAndSlotBlocks)
 
 TEST(Queries, AssignedDescriptorSharesTheBuffers)
 {
-    const auto device = checkedDescriptor(TypeFileBuilder::fullFile());
+    const auto device = checked(TypeFileBuilder::fullFile());
     alignas(cTypDescriptor) unsigned char storage[sizeof(cTypDescriptor)];
     auto* other = new (storage) cTypDescriptor(static_cast<const char*>(nullptr), 0, nullptr);
     EXPECT_EQ(other->getStatus(), kErrFile);

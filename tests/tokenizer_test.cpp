@@ -11,8 +11,6 @@
 #include <cctype>
 #include <iterator>
 #include <random>
-#include <set>
-#include <sstream>
 #include <string>
 
 using namespace typdescriptor::internal;
@@ -68,50 +66,6 @@ TEST(KeywordSearch, FindsWhatTheRowByRowSearchFinds)
         }
     }
     EXPECT_GT(found, Table::kCount * tails.size()); // the lines above do hold keywords
-}
-
-template <class Test>
-std::set<std::string> keywordsWith(Test test)
-{
-    std::set<std::string> spellings;
-    for (const GsdKeyword& keyword : Table::kRows) {
-        if (test(keyword))
-            spellings.insert(std::string(keyword.spelling));
-    }
-    return spellings;
-}
-
-std::set<std::string> words(const std::string& text)
-{
-    std::istringstream stream(text);
-    return {std::istream_iterator<std::string>(stream), {}};
-}
-
-TEST(KeywordTable, FormsOccurrenceAndBlocks)
-{
-    const auto standIn = [](GsdBlock block) {
-        return keywordsWith([block](const GsdKeyword& keyword) { return (keyword.blocks & block) != 0; });
-    };
-    const std::string dataTypes = "Unsigned8 Unsigned16 Unsigned32 Signed8 Signed16 Signed32 BitArea Bit ";
-    const std::string inExtPrmDef = "PrmTextRef EndExtUserPrmData Prm_Text_Ref " + dataTypes;
-    const std::string inModuleOnly = "Module_Reference EndModule Ext_Module_Prm_Data_Len Preset ";
-    const std::string alsoInModule = "Channel_Diag ChannelDiag Ext_User_Prm_Data_Ref Ext_User_Prm_Data_Const ";
-    const std::string inTexts = "EndPrmText Text Unit_Diag_Area_End Value ";
-
-    EXPECT_EQ(keywordsWith([](const GsdKeyword& keyword) { return !keyword.takesEquals(); }),
-              words("#Profibus_DP Unit_Diag_Area_End EndPrmText EndModule EndExtUserPrmData " + dataTypes));
-    EXPECT_EQ(keywordsWith([](const GsdKeyword& keyword) { return keyword.takesArgument(); }),
-              words("Unit_Diag_Bit BitArea Bit Text Value Unit_Diag_!Bit " + alsoInModule));
-    EXPECT_EQ(keywordsWith([](const GsdKeyword& keyword) { return keyword.occurrence == GsdOccurrence::repeated; }),
-              words("Unit_Diag_Bit Unit_Diag_Area Module ExtUserPrmData PrmText KGPModule Unit_Diag_!Bit EndModule "
-                    "Ext_Module_Prm_Data_Len Preset " +
-                    inExtPrmDef + alsoInModule + inTexts));
-    EXPECT_EQ(keywordsWith([](const GsdKeyword& keyword) { return (keyword.blocks & kOutside) == 0; }),
-              words(inModuleOnly + inExtPrmDef + inTexts));
-    EXPECT_EQ(standIn(kInModule), words(inModuleOnly + alsoInModule));
-    EXPECT_EQ(standIn(kInExtPrmDef), words(inExtPrmDef));
-    EXPECT_EQ(standIn(kInPrmText), words("EndPrmText Text"));
-    EXPECT_EQ(standIn(kInUnitDiagArea), words("Unit_Diag_Area_End Value"));
 }
 
 TEST(Tokenizer, Lines)

@@ -63,20 +63,12 @@ std::string blockReference(unsigned block)
 
 std::string headerOf(const TypeFileBuilder& file)
 {
-    return file.version + kSep + padded(file.modelName, 17) + kSep + padded(file.vendorName, 10) + kSep +
-           padded(file.family, 10) + kSep + padded(file.periphery, 10) + kSep + padded(file.stationType, 15) + kSep +
-           file.identNumber + kSep + file.makerDevice + kSep + file.headerCnf + kSep;
-}
-
-std::string fixedBlockOf(const TypeFileBuilder& file)
-{
+    constexpr std::size_t kWidths[] = {0, 17, 10, 10, 10, 15, 0, 0, 0};
+    const std::size_t* width = kWidths;
     std::string result;
-    for (const std::string* field :
-         {&file.setSlaveAddress, &file.syncMode, &file.freezeMode, &file.publisherSubscriber, &file.diagBufferable,
-          &file.activeMaster, &file.evenSlotNumber, &file.changeable, &file.asicCode, &file.modular, &file.failSafe,
-          &file.moduleKinds, &file.slaveInterval, &file.baudRates, &file.maxInputLen, &file.maxOutputLen,
-          &file.maxModule, &file.maxDiagLen, &file.userPrmLen})
-        result += *field + kSep;
+#define ADD(field, value) result += padded(file.field, *width++) + kSep;
+    TYPE_FILE_HEADER_FIELDS(ADD)
+#undef ADD
     return result;
 }
 
@@ -93,7 +85,8 @@ std::string version5GroupsOf(const TypeFileBuilder& file)
 
 std::string categoryIOf(const TypeFileBuilder& file)
 {
-    std::string result = fixedBlockOf(file) + byteGroup(file.userPrmBytes) + group("PSL", file.prms);
+#define ADD(field, value) file.field + kSep +
+    std::string result = TYPE_FILE_FIXED_FIELDS(ADD) byteGroup(file.userPrmBytes) + group("PSL", file.prms);
     if (!file.helpBlocks.empty())
         result += group("HTT", file.helpBlocks);
     result += group(file.structureCode, file.presetSlots) + "SY" + kSep + group("DKM", file.deviceDiag);
@@ -102,47 +95,17 @@ std::string categoryIOf(const TypeFileBuilder& file)
 
 std::string categoryIIOf(const TypeFileBuilder& file)
 {
-    return file.cat2Digit0 + kSep + file.cat2Flag4 + kSep + file.cat2Digit8 + kSep + file.cat2Digit12 + kSep +
-           file.cat2Digit16 + kSep + file.cat2Flag20 + kSep + group("DKM", file.deviceDiag);
+    return TYPE_FILE_CATEGORY_II_FIELDS(ADD) group("DKM", file.deviceDiag);
 }
+#undef ADD
 
-using F = TypeFileBuilder;
-
-#define NAMED(field)                                                                                                   \
-    {                                                                                                                  \
-#field, &F::field                                                                                              \
-    }
-
-using FieldNames = std::map<std::string_view, std::string F::*>;
-
-const FieldNames kFields = {NAMED(headLine),        NAMED(version),
-                            NAMED(modelName),       NAMED(vendorName),
-                            NAMED(family),          NAMED(periphery),
-                            NAMED(stationType),     NAMED(identNumber),
-                            NAMED(makerDevice),     NAMED(headerCnf),
-                            NAMED(setSlaveAddress), NAMED(syncMode),
-                            NAMED(freezeMode),      NAMED(publisherSubscriber),
-                            NAMED(diagBufferable),  NAMED(activeMaster),
-                            NAMED(evenSlotNumber),  NAMED(changeable),
-                            NAMED(asicCode),        NAMED(modular),
-                            NAMED(failSafe),        NAMED(moduleKinds),
-                            NAMED(slaveInterval),   NAMED(baudRates),
-                            NAMED(maxInputLen),     NAMED(maxOutputLen),
-                            NAMED(maxModule),       NAMED(maxDiagLen),
-                            NAMED(userPrmLen),      NAMED(structureCode),
-                            NAMED(bitmapName),      NAMED(libraryName),
-                            NAMED(slotOffset),      NAMED(slotNumbering),
-                            NAMED(maxDataLen),      NAMED(commonPrmLen),
-                            NAMED(eterDelay),       NAMED(responseDelay),
-                            NAMED(cat2Digit0),      NAMED(cat2Flag4),
-                            NAMED(cat2Digit8),      NAMED(cat2Digit12),
-                            NAMED(cat2Digit16),     NAMED(cat2Flag20)};
-
-const std::map<std::string_view, F::Records F::*> kGroups = {
-    NAMED(prms),         NAMED(presetSlots), NAMED(deviceDiag),    NAMED(channelDiag),
-    NAMED(orderNumbers), NAMED(moduleLists), NAMED(slotPrmBlocks), NAMED(slotHelpBlocks)};
-
+#define NAMED(field, value) {#field, &TypeFileBuilder::field},
+#define NAMED_GROUP(field) {#field, &TypeFileBuilder::field},
+const std::map<std::string_view, std::string TypeFileBuilder::*> kFields = {TYPE_FILE_HEADER_FIELDS(
+    NAMED) TYPE_FILE_FIXED_FIELDS(NAMED) TYPE_FILE_CATEGORY_II_FIELDS(NAMED) TYPE_FILE_OTHER_FIELDS(NAMED)};
+const std::map<std::string_view, TypeFileBuilder::Records TypeFileBuilder::*> kGroups = {TYPE_FILE_GROUPS(NAMED_GROUP)};
 #undef NAMED
+#undef NAMED_GROUP
 
 } // namespace
 
@@ -362,6 +325,13 @@ std::unique_ptr<cTypDescriptor> descriptorOf(const std::string& image)
     // Behind an image, an object image has two 32-bit words: not made from a GSD file, and no GSD revision.
     std::string object = image + std::string(4, '\0') + std::string(4, '\xff');
     return std::make_unique<cTypDescriptor>(static_cast<unsigned short>(object.size()), object.data());
+}
+
+std::unique_ptr<cTypDescriptor> checked(const TypeFileBuilder& file)
+{
+    auto device = descriptorOf(file.build());
+    EXPECT_EQ(device->checkTypeFileContents(), kOk) << device->getStatus();
+    return device;
 }
 
 int checkResult(const std::string& image)

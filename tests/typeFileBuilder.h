@@ -17,65 +17,51 @@ class cTypDescriptor;
 struct TypeFileBuilder {
     using Records = std::vector<std::string>;
 
-    std::string headLine; // without its line end; empty for none
-
-    std::string version = "V5.2";
-    std::string modelName = "Valve island 8";
-    std::string vendorName = "Kessel";
-    std::string family = "Valves";
-    std::string periphery = "DP";
-    std::string stationType = "DPS/CLASS1";
-    std::string identNumber = "04660";
-    std::string makerDevice = "N";
-    std::string headerCnf = "J";
-
-    std::string setSlaveAddress = "N";
-    std::string syncMode = "N";
-    std::string freezeMode = "N";
-    std::string publisherSubscriber = "N";
-    std::string diagBufferable = "N";
-    std::string activeMaster = "N";
-    std::string evenSlotNumber = "N";
-    std::string changeable = "J";
-    std::string asicCode = "N";
-    std::string modular = "J";
-    std::string failSafe = "N";
-    std::string moduleKinds = "N";
-    std::string slaveInterval = "00020";
-    std::string baudRates = "0000000001";
-    std::string maxInputLen = "032"; // with "BIT" where wanted
-    std::string maxOutputLen = "016";
-    std::string maxModule = "010";
-    std::string maxDiagLen = "032";
-
-    std::string userPrmLen = "020"; // with "V" where wanted
-    Records userPrmBytes;           // two hexadecimal digits each, without terminator
-    Records prms;
-    Records helpBlocks; // the group is left out when there are none
-    std::string structureCode = "KX";
-    Records presetSlots;
-    Records deviceDiag;
-    Records channelDiag;
-    std::string bitmapName = "DP_NORM";
-    std::string libraryName = "ISNONAME";
-    std::string slotOffset = "000";
-    std::string slotNumbering; // raw: the "SN" and "KO" records of a KGP station
-    std::string maxDataLen = "048";
-    Records orderNumbers;
-    Records moduleLists;
-    std::string commonPrmLen = "000";
-    Records slotPrmBlocks;
-    Records slotHelpBlocks;
-    std::string eterDelay = "000"; // both are left out for the minor version 0
-    std::string responseDelay = "000";
-
-    bool categoryII = false; // the six fields below and deviceDiag are then the type data
-    std::string cat2Digit0 = "2";
-    std::string cat2Flag4 = "J";
-    std::string cat2Digit8 = "0";
-    std::string cat2Digit12 = "0";
-    std::string cat2Digit16 = "0";
-    std::string cat2Flag20 = "J";
+    // The fields in the order of the file. The head line is given without its line end, empty for none; lengths with "BIT"
+    // or "V" where wanted; slotNumbering is raw: the "SN" and "KO" records of a KGP station. The last two are left out for
+    // the minor version 0.
+    // It never settles on these lines.
+    // clang-format off
+#define TYPE_FILE_HEADER_FIELDS(X)                                                                                     \
+    X(version, "V5.2")                                                                                                 \
+    X(modelName, "Valve island 8")                                                                                     \
+    X(vendorName, "Kessel")                                                                                            \
+    X(family, "Valves")                                                                                                \
+    X(periphery, "DP") X(stationType, "DPS/CLASS1") X(identNumber, "04660") X(makerDevice, "N") X(headerCnf, "J")
+#define TYPE_FILE_FIXED_FIELDS(X)                                                                                      \
+    X(setSlaveAddress, "N")                                                                                            \
+    X(syncMode, "N")                                                                                                   \
+    X(freezeMode, "N")                                                                                                 \
+    X(publisherSubscriber, "N")                                                                                        \
+    X(diagBufferable, "N")                                                                                             \
+    X(activeMaster, "N") X(evenSlotNumber, "N") X(changeable, "J") X(asicCode, "N") X(modular, "J") X(failSafe, "N")   \
+        X(moduleKinds, "N") X(slaveInterval, "00020") X(baudRates, "0000000001") X(maxInputLen, "032")                 \
+            X(maxOutputLen, "016") X(maxModule, "010") X(maxDiagLen, "032") X(userPrmLen, "020")
+#define TYPE_FILE_CATEGORY_II_FIELDS(X)                                                                                \
+    X(cat2Digit0, "2") X(cat2Flag4, "J") X(cat2Digit8, "0") X(cat2Digit12, "0") X(cat2Digit16, "0") X(cat2Flag20, "J")
+#define TYPE_FILE_OTHER_FIELDS(X)                                                                                      \
+    X(headLine, "")                                                                                                    \
+    X(structureCode, "KX")                                                                                             \
+    X(bitmapName, "DP_NORM")                                                                                           \
+    X(libraryName, "ISNONAME")                                                                                         \
+    X(slotOffset, "000")                                                                                               \
+    X(slotNumbering, "") X(maxDataLen, "048") X(commonPrmLen, "000") X(eterDelay, "000") X(responseDelay, "000")
+#define TYPE_FILE_GROUPS(X)                                                                                            \
+    X(prms)                                                                                                            \
+    X(presetSlots) X(deviceDiag) X(channelDiag) X(orderNumbers) X(moduleLists) X(slotPrmBlocks) X(slotHelpBlocks)
+    // clang-format on
+#define TYPE_FILE_FIELD(name, value) std::string name = value;
+#define TYPE_FILE_GROUP(name) Records name;
+    TYPE_FILE_HEADER_FIELDS(TYPE_FILE_FIELD)
+    TYPE_FILE_FIXED_FIELDS(TYPE_FILE_FIELD)
+    TYPE_FILE_CATEGORY_II_FIELDS(TYPE_FILE_FIELD) // with deviceDiag the type data of category II
+    TYPE_FILE_OTHER_FIELDS(TYPE_FILE_FIELD)
+    TYPE_FILE_GROUPS(TYPE_FILE_GROUP)
+#undef TYPE_FILE_FIELD
+#undef TYPE_FILE_GROUP
+    Records userPrmBytes; // two hexadecimal digits each, without terminator
+    Records helpBlocks;   // the group is left out when there are none
+    bool categoryII = false;
 
     std::string build() const;
 
@@ -134,6 +120,9 @@ std::string replaced(std::string image, std::string_view from, std::string_view 
 
 /// A descriptor made from an image of at most 65527 characters, unchecked.
 std::unique_ptr<cTypDescriptor> descriptorOf(const std::string& image);
+
+/// A descriptor of that file; fails the test when the check does not succeed.
+std::unique_ptr<cTypDescriptor> checked(const TypeFileBuilder& file);
 
 /// What the check of a fresh descriptor of that image says.
 int checkResult(const std::string& image);
