@@ -23,6 +23,9 @@ struct Context;
 
 enum class Group { form, encoding, consistency, library };
 
+const char* severityName(Severity severity); // "error"
+const char* groupName(Group group);          // "form"
+
 struct Rule {
     const char* name; // "value-out-of-range": stable, part of the interface
     Severity severity;
