@@ -18,6 +18,7 @@ class Document;
 namespace typdescriptor::lint {
 
 class DeviceIndex;
+class StatementIndex;
 class Report;
 struct Context;
 
@@ -37,18 +38,17 @@ struct Rule {
     void (*run)(const Context&, Report&);
 };
 
-// What a rule may look at. The index is built once for all rules, when the first one asks for it.
+// What a rule may look at. The indexes are built once for all rules, when the first one asks for them.
 struct Context {
     const gsdfile::Document& document;
     std::string_view fileName; // without folders; empty when it has none
     std::string_view path;     // where the library can read the same bytes; empty when nowhere
 
-    Context(const gsdfile::Document& file, std::string_view name, std::string_view place);
-    ~Context();
-    const DeviceIndex& device() const;
+    const DeviceIndex& device() const;        // the facts about the device; defined in deviceIndex.cpp
+    const StatementIndex& statements() const; // statements by keyword, and blocks; defined in statementIndex.cpp
 
-private:
-    mutable std::unique_ptr<DeviceIndex> _device;
+    mutable std::shared_ptr<const DeviceIndex> deviceIndex = {};
+    mutable std::shared_ptr<const StatementIndex> statementIndex = {};
 };
 
 // Takes the findings of one rule after the other.
