@@ -37,6 +37,8 @@ Span faultPlace(const Document& document, const gsdfile::Fault& fault)
     return spanOf(document.tokens()[fault.token]);
 }
 
+constexpr std::string_view kTwoBits = "BitArea"; // the one keyword with "first-last" in its parentheses
+
 bool takesArgument(const Keyword& keyword)
 {
     return keyword.form == Form::argument || (keyword.form == Form::type && keyword.arguments.highest > 0);
@@ -68,8 +70,12 @@ void checkForm(const Context& context, Report& report)
             report.add(spanOf(document.tokens()[statement.equalsToken]), name + " takes no \"=\"");
         if (!hasEquals && takesEquals && !statement.values.empty())
             report.add(keywordPlace(document, statement), "no \"=\" stands between " + name + " and its value");
-        if (!statement.argument && takesArgument(keyword))
+        if (!statement.argument && takesArgument(keyword) && !hasFault(statement, FaultKind::openArgument) &&
+            !hasFault(statement, FaultKind::badArgument))
             report.add(keywordPlace(document, statement), name + " has no number in parentheses behind it");
+        if (statement.argument && statement.argument->last && takesArgument(keyword) && name != kTwoBits)
+            report.add(spanOf(document.tokens()[statement.argument->openToken]),
+                       name + " takes one number in parentheses");
         if (statement.argument && !takesArgument(keyword))
             report.add(spanOf(document.tokens()[statement.argument->openToken]),
                        name + " takes nothing in parentheses");
@@ -78,14 +84,26 @@ void checkForm(const Context& context, Report& report)
                 report.add(faultPlace(document, fault), "a second \"=\"");
             if (fault.kind == FaultKind::openArgument)
                 report.add(faultPlace(document, fault), "no \")\" closes the parenthesis");
-            if (fault.kind == FaultKind::badArgument && takesArgument(keyword))
-                report.add(faultPlace(document, fault), "in the parentheses of " + name + " stands a number" +
-                                                            (name == "BitArea" ? " - number" : ""));
+            if (fault.kind == FaultKind::badArgument && takesArgument(keyword) &&
+                !hasFault(statement, FaultKind::openArgument))
+                report.add(faultPlace(document, fault), "in the parentheses of " + name + " belongs a number" +
+                                                            (name == kTwoBits ? " - number" : ""));
         }
     });
 }
 
 // Missing and surplus values
+
+// [Slotnumber] in place of a parameter's name: of this library's dialect, with and without quotes.
+bool isSlotNumberName(const Value& value)
+{
+    return value.kind == Value::word && value.text.starts_with('[') && value.text.ends_with(']');
+}
+
+bool isSlotNumber(const Statement& statement)
+{
+    return statement.values.size() == 2 && isSlotNumberName(statement.values.back());
+}
 
 std::string wanted(const Item& item)
 {
@@ -109,6 +127,9 @@ void checkMissing(const Context& context, Report& report)
 {
     const Document& document = context.document;
     forEachKnown(context, [&](const Statement& statement, const Keyword& keyword) {
+        if (keyword.form == Form::type && statement.block != gsdfile::kNone &&
+            isSlotNumber(document.statements()[document.blocks()[statement.block].opening]))
+            return; // it has no default: the slot is known
         bool isReported = false;
         forEachItem(
             statement,
@@ -129,10 +150,19 @@ void checkMissing(const Context& context, Report& report)
     });
 }
 
+// The values are split where a fault stands that has its own finding.
+bool isSplit(const Statement& statement)
+{
+    return hasFault(statement, FaultKind::openQuote) || hasFault(statement, FaultKind::secondEquals) ||
+           hasFault(statement, FaultKind::strayCharacter);
+}
+
 void checkSurplus(const Context& context, Report& report)
 {
     const Document& document = context.document;
     forEachKnown(context, [&](const Statement& statement, const Keyword& keyword) {
+        if (isSplit(statement))
+            return;
         std::size_t most = 0;
         forEachItem(
             statement, [&](const Item&, std::span<const Value> values) { most += values.size(); },
@@ -189,7 +219,12 @@ void checkText(const Context& context, Report& report)
                 report.add(faultPlace(document, fault), "no double quote closes the text on its line");
     });
     forEachValue(context, [&](const Statement&, const Keyword& keyword, const Item& item, const Value& value) {
-        if (item.want == Want::text && !isOfKind(value, item.want))
+        if (item.want != Want::text || isOfKind(value, item.want))
+            return;
+        if (isSlotNumberName(value) && keyword.type == ValueType::definition)
+            report.add(Severity::hint, valuePlace(document, value),
+                       textAt(document, valuePlace(document, value)) + " without quotes is of this library's dialect");
+        else
             report.add(valuePlace(document, value), sentence(nameOf(keyword, item)) + " takes a text in double quotes");
     });
 }
@@ -289,7 +324,7 @@ void checkRange(const Context& context, Report& report)
 
 // Texts
 
-std::size_t characters(const std::string& text, gsdfile::Encoding encoding)
+std::size_t characters(std::string_view text, gsdfile::Encoding encoding)
 {
     if (encoding != gsdfile::Encoding::utf8)
         return text.size();
