@@ -126,11 +126,11 @@ bool isCause(When when, const Statement& statement)
 }
 
 // Whoever misspelt the keyword is told so where it stands.
-void noteMisspelt(const Document& document, const Keyword& missing, Finding& finding)
+void noteMisspelt(const Context& context, const Keyword& missing, Finding& finding)
 {
-    for (const Statement& statement : document.statements())
-        if (!statement.keyword && !statement.name.empty() && gsdfile::nearestKeyword(statement.name) == &missing)
-            finding.notes.push_back({keywordPlace(document, statement), "perhaps meant here"});
+    for (const Statement* statement : context.statements().unknown())
+        if (context.statements().nearest(*statement) == &missing)
+            finding.notes.push_back({keywordPlace(context.document, *statement), "perhaps meant here"});
 }
 
 void checkStation(const Context& context, Report& report)
@@ -157,7 +157,7 @@ void checkStation(const Context& context, Report& report)
                 place.end = valuePlace(document, cause->values.front()).end;
             message += "; " + textAt(document, place) + " makes it mandatory";
         }
-        noteMisspelt(document, *missing[i], report.add(kStationDuties[i].severity, place, message));
+        noteMisspelt(context, *missing[i], report.add(kStationDuties[i].severity, place, message));
     }
 }
 

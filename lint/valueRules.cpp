@@ -89,6 +89,9 @@ bool isLost(const Statement& statement)
 // What is wrong with the parentheses behind a keyword; true when something is.
 bool reportArgument(const Document& document, const Statement& statement, const Keyword& keyword, Report& report)
 {
+    if (statement.faults.empty() && statement.argument.has_value() == takesArgument(keyword) &&
+        !(statement.argument && statement.argument->last))
+        return false;
     const std::string name = keyword.name;
     if (const gsdfile::Fault* fault = faultOf(statement, FaultKind::openArgument))
         report.add(faultPlace(document, *fault), "no \")\" closes the parenthesis");
@@ -112,15 +115,15 @@ void checkForm(const Context& context, Report& report)
 {
     const Document& document = context.document;
     forEachKnown(context, [&](const Statement& statement, const Keyword& keyword) {
-        const std::string name = keyword.name;
         if (reportArgument(document, statement, keyword, report))
             return;
         if (const gsdfile::Fault* second = faultOf(statement, FaultKind::secondEquals))
             report.add(faultPlace(document, *second), "a second \"=\"");
         else if (!isEqualsRight(statement) && takesEquals(keyword))
-            report.add(keywordPlace(document, statement), "no \"=\" stands between " + name + " and its value");
+            report.add(keywordPlace(document, statement),
+                       "no \"=\" stands between " + std::string(keyword.name) + " and its value");
         else if (!isEqualsRight(statement))
-            report.add(spanOf(document.tokens()[statement.equalsToken]), name + " takes no \"=\"");
+            report.add(spanOf(document.tokens()[statement.equalsToken]), std::string(keyword.name) + " takes no \"=\"");
     });
 }
 
@@ -306,13 +309,17 @@ std::string allowed(Range range)
            std::to_string(range.highest);
 }
 
-void checkNumberRange(const gsdfile::Number& number, Range range, const std::string& name, Severity severity,
-                      const Document& document, Report& report)
+void checkNumberRange(const gsdfile::Number& number, const Keyword& keyword, const Item* item, const Document& document,
+                      Report& report)
 {
+    const Range range = item ? keyword.values : keyword.arguments; // without an item the number in parentheses
     if (range.holds(number.value) && !number.isTooLarge)
         return;
     const Span place = spanOf(document.tokens()[number.token]);
-    report.add(severity, place, sentence(name) + " is " + textAt(document, place) + "; " + allowed(range));
+    const std::string name =
+        item ? nameOf(keyword, *item) : std::string("the number in parentheses of ") + keyword.name;
+    report.add(item ? rangeSeverity(keyword) : Severity::error, place,
+               sentence(name) + " is " + textAt(document, place) + "; " + allowed(range));
 }
 
 void checkSet(const gsdfile::Number& number, const Keyword& keyword, const Document& document, Report& report)
@@ -332,20 +339,18 @@ void checkRange(const Context& context, Report& report)
     forEachKnown(context, [&](const Statement& statement, const Keyword& keyword) {
         if (!statement.argument || !takesArgument(keyword) || hasFault(statement, FaultKind::badArgument))
             return;
-        const std::string name = std::string("the number in parentheses of ") + keyword.name;
-        checkNumberRange(statement.argument->first, keyword.arguments, name, Severity::error, document, report);
+        checkNumberRange(statement.argument->first, keyword, nullptr, document, report);
         if (statement.argument->last)
-            checkNumberRange(*statement.argument->last, keyword.arguments, name, Severity::error, document, report);
+            checkNumberRange(*statement.argument->last, keyword, nullptr, document, report);
     });
     forEachValue(context, [&](const Statement&, const Keyword& keyword, const Item& item, const Value& value) {
         if (item.want == Want::text || item.want == Want::family || !isOfKind(value, item.want))
             return;
         if (keyword.type == ValueType::numberSet)
             return checkSet(value.first, keyword, document, report);
-        const std::string name = nameOf(keyword, item);
-        checkNumberRange(value.first, keyword.values, name, rangeSeverity(keyword), document, report);
+        checkNumberRange(value.first, keyword, &item, document, report);
         if (value.kind == Value::range)
-            checkNumberRange(value.last, keyword.values, name, rangeSeverity(keyword), document, report);
+            checkNumberRange(value.last, keyword, &item, document, report);
     });
 }
 
