@@ -133,6 +133,23 @@ void noteMisspelt(const Context& context, const Keyword& missing, Finding& findi
             finding.notes.push_back({keywordPlace(context.document, *statement), "perhaps meant here"});
 }
 
+// The cause with its value.
+Span causePlace(const Document& document, const Statement& cause)
+{
+    Span place = keywordPlace(document, cause);
+    if (cause.values.size() == 1 && cause.firstLine == cause.lastLine)
+        place.end = valuePlace(document, cause.values.front()).end;
+    return place;
+}
+
+std::string inOneLine(const Document& document, const Statement& cause)
+{
+    const std::string name = cause.keyword->name;
+    if (cause.values.size() != 1 || cause.values.front().kind != gsdfile::Value::number)
+        return name;
+    return name + " = " + textAt(document, valuePlace(document, cause.values.front()));
+}
+
 void checkStation(const Context& context, Report& report)
 {
     static const std::vector<const Keyword*> missing =
@@ -150,13 +167,9 @@ void checkStation(const Context& context, Report& report)
             continue;
         reported = missing[i];
         std::string message = std::string(missing[i]->name) + " is missing";
-        Span place = start;
-        if (cause) {
-            place = keywordPlace(document, *cause);
-            if (!cause->values.empty() && cause->firstLine == cause->lastLine)
-                place.end = valuePlace(document, cause->values.front()).end;
-            message += "; " + textAt(document, place) + " makes it mandatory";
-        }
+        if (cause)
+            message += "; " + inOneLine(document, *cause) + " makes it mandatory";
+        const Span place = cause ? causePlace(document, *cause) : start;
         noteMisspelt(context, *missing[i], report.add(kStationDuties[i].severity, place, message));
     }
 }

@@ -140,13 +140,14 @@ bool isSlotNumber(const Statement& statement)
     return statement.values.size() == 2 && isSlotNumberName(statement.values.back());
 }
 
-std::string wanted(const Item& item)
+std::string wanted(const Item& item, const Keyword& keyword)
 {
     if (item.want == Want::text)
         return "a text in double quotes";
     if (item.want == Want::range)
         return "a range such as 8-11";
-    return item.least == 1 ? "a number" : amount(item.least, "number", "numbers");
+    return (item.least == 1 ? "a number" : amount(item.least, "number", "numbers")) + " from " +
+           std::to_string(keyword.values.lowest) + " to " + std::to_string(keyword.values.highest);
 }
 
 // Where something is missing: at the last that stands there.
@@ -162,6 +163,8 @@ void checkMissing(const Context& context, Report& report)
 {
     const Document& document = context.document;
     forEachKnown(context, [&](const Statement& statement, const Keyword& keyword) {
+        if (hasFault(statement, FaultKind::openArgument))
+            return;
         if (keyword.form == Form::type && statement.block != gsdfile::kNone &&
             isSlotNumber(document.statements()[document.blocks()[statement.block].opening]))
             return; // it has no default: the slot is known
@@ -176,7 +179,7 @@ void checkMissing(const Context& context, Report& report)
                 report.add(
                     lastPlace(document, statement),
                     sentence(*item.name == '\0' ? "the value of " + std::string(keyword.name) : nameOf(keyword, item)) +
-                        " is missing: " + wanted(item) + found);
+                        " is missing: " + wanted(item, keyword) + found);
             },
             [](std::span<const Value>) {});
         for (const gsdfile::Fault& fault : statement.faults)
@@ -222,21 +225,21 @@ void forEachValue(const Context& context, Visit visit)
 void checkNumber(const Context& context, Report& report)
 {
     const Document& document = context.document;
-    forEachValue(
-        context, [&](const Statement& statement, const Keyword& keyword, const Item& item, const Value& value) {
-            if (item.want == Want::text || item.want == Want::family || isOfKind(value, item.want) || isLost(statement))
-                return;
-            const Span place = valuePlace(document, value);
-            const std::string found = textAt(document, place);
-            std::string message = sentence(nameOf(keyword, item)) + " takes " + wanted(item) + ", and this is ";
-            if (value.kind == Value::string)
-                message += "a text";
-            else if (value.kind == Value::word)
-                message += "none: " + found;
-            else
-                message += value.kind == Value::range ? "a range" : "a number";
-            report.add(place, message);
-        });
+    forEachValue(context, [&](const Statement& statement, const Keyword& keyword, const Item& item,
+                              const Value& value) {
+        if (item.want == Want::text || item.want == Want::family || isOfKind(value, item.want) || isLost(statement))
+            return;
+        const Span place = valuePlace(document, value);
+        const std::string found = textAt(document, place);
+        std::string message = sentence(nameOf(keyword, item)) + " takes " + wanted(item, keyword) + ", and this is ";
+        if (value.kind == Value::string)
+            message += "a text";
+        else if (value.kind == Value::word)
+            message += "none: " + found;
+        else
+            message += value.kind == Value::range ? "a range" : "a number";
+        report.add(place, message);
+    });
 }
 
 void checkText(const Context& context, Report& report)
