@@ -4,9 +4,12 @@
 
 #include "gsdfile/document.h"
 
+#include <algorithm>
+#include <cctype>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <system_error>
 #include <unistd.h>
@@ -68,14 +71,25 @@ std::shared_ptr<const LibraryVerdict> verdictOf(const std::string& path)
     return verdict;
 }
 
+// Whether the library takes a file of that name for a GSD file.
+bool isGsdName(std::string_view name)
+{
+    const auto upper = [name](std::size_t fromEnd) { return std::toupper(static_cast<unsigned char>(name[name.size() - fromEnd])); };
+    return name.size() >= 3 && upper(3) == 'G' && upper(2) == 'S';
+}
+
 } // namespace
 
-std::shared_ptr<const LibraryVerdict> libraryVerdict(const Context& context)
+const LibraryVerdict* Context::verdict() const
 {
-    if (!context.path.empty())
-        return verdictOf(std::string(context.path));
-    const TemporaryFile file(context.document.bytes());
-    return file.name().empty() ? nullptr : verdictOf(file.name());
+    if (libraryVerdict)
+        return libraryVerdict.get();
+    if (isGsdName(path)) {
+        libraryVerdict = verdictOf(std::string(path));
+    } else if (const TemporaryFile file(document.bytes()); !file.name().empty()) {
+        libraryVerdict = verdictOf(file.name());
+    }
+    return libraryVerdict.get();
 }
 
 } // namespace typdescriptor::lint

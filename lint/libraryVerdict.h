@@ -6,12 +6,9 @@
 #include "descriptor/cTypDescriptor.h"
 
 #include <array>
-#include <memory>
 #include <vector>
 
 namespace typdescriptor::lint {
-
-struct Context;
 
 struct LibraryVerdict {
     static constexpr std::size_t kMandatory = 18;
@@ -22,8 +19,5 @@ struct LibraryVerdict {
     std::vector<GSD_WARNING_ITEM> warnings;
     std::array<unsigned char, kMandatory> mandatory{}; // as getGsdFoundMandatories() gives them
 };
-
-// Null when no file can be handed to the library.
-std::shared_ptr<const LibraryVerdict> libraryVerdict(const Context& context);
 
 } // namespace typdescriptor::lint

@@ -12,8 +12,6 @@ namespace typdescriptor::lint {
 
 namespace {
 
-constexpr std::size_t kLongestText = 32;
-
 struct ValueRange {
     std::string_view keyword;
     std::int64_t lowest;
@@ -186,10 +184,10 @@ bool isAllowedIn(std::string_view block, std::string_view keyword)
 
 Reason syntaxReason(const RefusedLine& line)
 {
-    if (line.keyword.empty() && line.blockPlace.end > 0)
+    if (line.isAtEnd && line.blockPlace.end > 0)
         return {line.blockPlace, "the block is still open at the end of the file"};
     const std::string_view known = libraryKeywordAtStart(line.text);
-    if (!known.empty() && !line.isReadByLibrary && known.size() < line.keyword.size())
+    if (!known.empty() && known.size() < line.keyword.size())
         return {line.keywordPlace,
                 "the library does not know " + std::string(line.keyword) + " and takes it for " + std::string(known) +
                     ", with which it begins; a keyword that begins with none of the library's would be skipped"};
@@ -268,10 +266,7 @@ Reason textReason(const RefusedLine& line)
     if (line.entry != nullptr && line.entry->text)
         return {line.entry->text->place, "the text has " + std::to_string(line.entry->text->text.size()) +
                                              " characters, the library takes at most 32"};
-    const std::size_t open = line.text.find('"');
-    const std::size_t end = open == std::string_view::npos ? open : line.text.find('"', open + 1);
-    const std::size_t length = end == std::string_view::npos ? kLongestText : end - open - 1;
-    return {line.place, "the text has " + std::to_string(length) + " characters, the library takes at most 32"};
+    return {line.place, "the library takes texts of at most 32 characters"};
 }
 
 Reason emptyBlockReason(const RefusedLine& line)

@@ -16,15 +16,20 @@ struct Entry;
 
 // The statement at which the compilation ended, as far as it can be read.
 struct RefusedLine {
-    Span place; // of the whole statement
+    Span place; // of the statement, its first line
     Span keywordPlace;
-    std::string_view keyword;     // as it is written; empty when the statement begins with none
-    std::string_view text;        // the statement as it is written, its comments left out
-    bool isReadByLibrary = false; // the keyword is one of the library's
-    const Entry* entry = nullptr; // when it could be read
+    std::string_view keyword;     // empty where the statement begins with none
+    std::string text;             // the statement in one line, its comments left out
+    const Entry* entry = nullptr; // null where there is no statement at all
     std::string_view block;       // the keyword of the block it stands in, empty outside of all
     Span blockPlace;
+    bool isAtEnd = false; // the compilation ended behind the last statement
 };
+
+// The statement to which a physical line belongs, counted from 1 as the library counts them; null when none stands before.
+const Entry* entryAt(const DeviceIndex& device, std::string_view bytes, long line);
+
+RefusedLine refusedLine(const DeviceIndex& device, std::string_view bytes, long line);
 
 struct Reason {
     Span place;

@@ -1,0 +1,158 @@
+// What the library does with the file: what it refuses, cuts, keeps in fewer bits and leaves out.
+//
+// A fault that another rule has found already is told once: the finding gets the library's code, and what the library says
+// about it as a note.
+
+#include "lint/deviceIndex.h"
+#include "lint/imageCulprit.h"
+#include "lint/libraryLosses.h"
+#include "lint/libraryVerdict.h"
+#include "lint/phrases.h"
+#include "lint/refusalReason.h"
+#include "lint/tables.h"
+
+#include "gsdfile/document.h"
+
+#include <algorithm>
+#include <set>
+
+namespace typdescriptor::lint {
+
+namespace {
+
+bool overlap(Span one, Span other) { return one.begin < other.end && other.begin < one.end; }
+
+// The finding of another rule about the same fault: an error in the same statement, or a warning at the same token.
+Finding* sameFault(Report& report, Span statement, Span token)
+{
+    for (Finding& finding : report.findings())
+        if (finding.code == 0 && finding.severity == Severity::error && statement.end > 0 && overlap(finding.place, statement))
+            return &finding;
+    for (Finding& finding : report.findings())
+        if (finding.code == 0 && finding.severity == Severity::warning && token.end > 0 && finding.place == token)
+            return &finding;
+    return nullptr;
+}
+
+// Tells why the library refuses the file, at the finding of another rule where there is one.
+void tellRefusal(int code, Span statement, const Reason& reason, const char* what, Report& report)
+{
+    Finding* known = sameFault(report, statement, reason.place);
+    if (known == nullptr) {
+        Finding& finding = report.add(reason.place, reason.why);
+        finding.code = code;
+        finding.notes = reason.notes;
+        return;
+    }
+    known->code = code;
+    known->severity = Severity::error;
+    known->notes.push_back({reason.place, std::string(what) + ": " + reason.why});
+}
+
+void checkCompilation(const Context& context, Report& report)
+{
+    const LibraryVerdict* verdict = context.verdict();
+    if (verdict == nullptr) {
+        report.add(Severity::warning, {}, "the library cannot be asked about the file: no temporary file can be written for it");
+        return;
+    }
+    if (verdict->isCompiled)
+        return;
+    const DeviceIndex& device = context.device();
+    const RefusedLine line = refusedLine(device, context.document.bytes(), verdict->line);
+    const Reason reason = reasonOf(*verdict, line, device);
+    const bool isWholeFile = reason.place.end == 0;
+    tellRefusal(verdict->code, isWholeFile ? Span{} : line.isAtEnd ? reason.place : line.place, reason, "the library ends here", report);
+}
+
+void checkImage(const Context& context, Report& report)
+{
+    const LibraryVerdict* verdict = context.verdict();
+    if (verdict == nullptr || !verdict->isCompiled || verdict->code >= 0)
+        return;
+    const std::optional<Culprit> culprit = culpritOf(verdict->code, context.device());
+    if (!culprit) {
+        Finding& finding = report.add({}, std::string("the library compiles the file and then refuses the type file: ") +
+                                              resultText(verdict->code) + " Which statement leads to it could not be found");
+        finding.code = verdict->code;
+        return;
+    }
+    tellRefusal(verdict->code, culprit->place, {culprit->place, culprit->why, culprit->notes},
+                "the library compiles the file and then refuses the type file", report);
+}
+
+// Adds a finding for each warning of the library with that code.
+template <typename Describe>
+void tellWarnings(const Context& context, int code, Describe describe, Report& report)
+{
+    const LibraryVerdict* verdict = context.verdict();
+    if (verdict == nullptr)
+        return;
+    for (const GSD_WARNING_ITEM& warning : verdict->warnings) {
+        if (warning.code != code)
+            continue;
+        const Entry* entry = entryAt(context.device(), context.document.bytes(), static_cast<long>(warning.lineNumber));
+        const std::optional<Reason> reason = entry != nullptr ? describe(*entry) : std::nullopt;
+        if (reason)
+            report.add(reason->place, reason->why).code = code;
+    }
+}
+
+void checkTexts(const Context& context, Report& report) { tellWarnings(context, kWarnTextCut, cutText, report); }
+
+void checkTypes(const Context& context, Report& report) { tellWarnings(context, kWarnDataType, narrowedNumbers, report); }
+
+void checkAreas(const Context& context, Report& report) { tellWarnings(context, kWarnDiagArea, cutArea, report); }
+
+// The spellings that the library takes with a warning; a finding of another rule about the keyword gets the code.
+void checkSpellings(const Context& context, Report& report)
+{
+    const auto describe = [&report](int code, const char* usual) {
+        return [&report, code, usual](const Entry& entry) -> std::optional<Reason> {
+            for (Finding& finding : report.findings())
+                if (finding.place == entry.place && finding.code == 0) {
+                    finding.code = code;
+                    return std::nullopt;
+                }
+            return Reason{entry.place, "the library takes " + std::string(entry.keyword) + " for " + usual + ", as the usual spelling is"};
+        };
+    };
+    tellWarnings(context, kWarnPrmTextRef, describe(kWarnPrmTextRef, "Prm_Text_Ref"), report);
+    tellWarnings(context, kWarnChannelDiag, describe(kWarnChannelDiag, "Channel_Diag"), report);
+}
+
+} // namespace
+
+std::span<const Rule> libraryRules()
+{
+    static constexpr Rule kRules[] = {
+        {"library-refuses", Severity::error, Group::library, "The library compiles the file.",
+         "The library ends a compilation at the first thing that it does not take, with a code. It is stricter than the format in "
+         "places: it knows 106 keywords, skips every other one, but takes a keyword that begins with one of its own for that "
+         "one; it takes texts of 32 characters at most; and it knows DP slaves only.",
+         "Unit_Diag_Bit_Help(0) = \"check the fan\"", "; Unit_Diag_Bit_Help(0) = \"check the fan\"", checkCompilation},
+        {"library-refuses-type-file", Severity::error, Group::library, "The library's check takes what was compiled from the file.",
+         "A file may compile and still describe a device that no type file can: the check of the compiled type file then gives a "
+         "code. The statement that leads to it is looked for by the limits of the type file.",
+         "Max_Input_Len = 0\nMax_Output_Len = 0", "Max_Input_Len = 8\nMax_Output_Len = 0", checkImage},
+        {"library-cuts-text", Severity::hint, Group::library, "A text fits into its field of the type file.",
+         "GSD allows texts of 32 characters; a type file has room for 10 of Vendor_Name, 17 of Model_Name, 7 of Bitmap_Device, 10 of "
+         "Periphery and 30 of most others. Blanks are taken out first, the last one first; then the text is cut.",
+         "Vendor_Name = \"Example Devices Ltd.\"", "Vendor_Name = \"Example\"", checkTexts},
+        {"library-narrows-parameter", Severity::hint, Group::library, "A parameter has a data type that the type file has.",
+         "A type file has parameters of one byte without and two bytes with or without a sign. Of Unsigned32 and Signed32 the "
+         "lower 16 bits are kept, Signed8 loses its sign.",
+         "Unsigned32 100000 0-200000", "Unsigned16 10000 0-20000", checkTypes},
+        {"library-cuts-area", Severity::hint, Group::library, "A diagnostic area lies within one octet.",
+         "A type file has areas of at most eight bits in one octet. Of others the bits in the octet of the last one are dropped, and "
+         "of the values what does not fit.",
+         "Unit_Diag_Area = 6-9", "Unit_Diag_Area = 8-11", checkAreas},
+        {"library-old-spelling", Severity::hint, Group::library, "Keywords have their usual spelling.",
+         "PrmTextRef and ChannelDiag stand in old files for Prm_Text_Ref and Channel_Diag. The library takes them, other tools "
+         "skip them.",
+         "ChannelDiag(16) = \"hot\"", "Channel_Diag(16) = \"hot\"", checkSpellings},
+    };
+    return kRules;
+}
+
+} // namespace typdescriptor::lint
