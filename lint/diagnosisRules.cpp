@@ -177,11 +177,13 @@ void checkOverlaps(const Context& context, Report& report)
         for (const TakenBits& one : taken) {
             if (widest != nullptr && one.first <= widest->last) {
                 const bool isBehind = widest->place.begin < one.place.begin;
-                Finding& finding =
-                    report.add(isBehind ? one.place : widest->place, "bit " + std::to_string(one.first) +
-                                                                         " has texts twice, here and in another " +
-                                                                         (one.isArea || !isBehind ? "place" : "area"));
-                finding.notes.push_back({isBehind ? widest->place : one.place, "the other place"});
+                const TakenBits& later = isBehind ? one : *widest;
+                const TakenBits& earlier = isBehind ? *widest : one;
+                const char* what = !earlier.isArea ? " has a text of its own as well"
+                                   : later.isArea  ? " belongs to another area as well"
+                                                   : " belongs to an area";
+                Finding& finding = report.add(later.place, "bit " + std::to_string(one.first) + what);
+                finding.notes.push_back({earlier.place, "the other place"});
             }
             if (one.isArea && (widest == nullptr || one.last > widest->last))
                 widest = &one;

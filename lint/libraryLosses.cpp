@@ -50,8 +50,8 @@ std::optional<Reason> cutText(const Entry& entry)
     const std::string kept = keptText(text, row == std::end(kTextRooms) ? kUsualRoom : *row);
     if (kept == text)
         return std::nullopt;
-    return Reason{entry.text->place,
-                  "the library keeps " + quoted(kept) + ", " + std::to_string(kept.size()) + " of " + std::to_string(text.size()) + " characters"};
+    return Reason{entry.text->place, "the library keeps " + inQuotes(kept) + ", " + std::to_string(kept.size()) +
+                                         " of " + std::to_string(text.size()) + " characters"};
 }
 
 std::optional<Reason> cutArea(const Entry& entry)
@@ -61,8 +61,9 @@ std::optional<Reason> cutArea(const Entry& entry)
     const std::int64_t first = entry.numbers[0].value, last = entry.numbers[1].value;
     const std::int64_t kept = last - (last % 8 + 1);
     return Reason{joined(entry.numbers[0].place, entry.numbers[1].place),
-                  "the library keeps the bits of one octet: " + std::to_string(first) + " to " + std::to_string(kept) + " of " +
-                      std::to_string(first) + " to " + std::to_string(last) + ", and of the values what fits into them"};
+                  "the library keeps the bits of one octet: " + std::to_string(first) + " to " + std::to_string(kept) +
+                      " of " + std::to_string(first) + " to " + std::to_string(last) +
+                      ", and of the values what fits into them"};
 }
 
 std::optional<Reason> narrowedNumbers(const Entry& entry)
@@ -70,7 +71,10 @@ std::optional<Reason> narrowedNumbers(const Entry& entry)
     constexpr std::int64_t kBytes = 0xFF, kWords = 0xFFFF;
     const bool isByte = entry.keyword == "Signed8";
     const std::int64_t mask = isByte ? kBytes : kWords;
-    std::string why = "the library keeps " + std::string(entry.keyword) + (isByte ? " as one byte without a sign" : " in 16 of its 32 bits, without a sign");
+    std::string why =
+        "the library keeps " + std::string(entry.keyword) + (isByte ? " as one byte" : " in 16 of its 32 bits");
+    if (entry.keyword != "Unsigned32")
+        why += " without a sign";
     constexpr const char* kNames[] = {"default", "minimum", "maximum"};
     const bool isList = entry.numbers.size() > std::size(kNames);
     bool hasLoss = false;
@@ -78,7 +82,11 @@ std::optional<Reason> narrowedNumbers(const Entry& entry)
         const std::int64_t value = entry.numbers[i].value;
         if ((value & mask) == value)
             continue;
-        why.append(hasLoss ? ", " : ": ").append("the ").append(kNames[i]).append(" ").append(changed(value, value & mask));
+        why.append(hasLoss ? ", " : ": ")
+            .append("the ")
+            .append(kNames[i])
+            .append(" ")
+            .append(changed(value, value & mask));
         hasLoss = true;
     }
     if (entry.numbers.size() == 1)

@@ -12,21 +12,27 @@
 #include "lint/tables.h"
 
 #include "gsdfile/document.h"
+#include "gsdfile/keywords.h"
 
 #include <algorithm>
-#include <set>
+#include <string>
+#include <vector>
 
 namespace typdescriptor::lint {
 
 namespace {
 
-bool overlap(Span one, Span other) { return one.begin < other.end && other.begin < one.end; }
+bool overlap(Span one, Span other)
+{
+    return one.begin < other.end && other.begin < one.end;
+}
 
 // The finding of another rule about the same fault: an error in the same statement, or a warning at the same token.
 Finding* sameFault(Report& report, Span statement, Span token)
 {
     for (Finding& finding : report.findings())
-        if (finding.code == 0 && finding.severity == Severity::error && statement.end > 0 && overlap(finding.place, statement))
+        if (finding.code == 0 && finding.severity == Severity::error && statement.end > 0 &&
+            overlap(finding.place, statement))
             return &finding;
     for (Finding& finding : report.findings())
         if (finding.code == 0 && finding.severity == Severity::warning && token.end > 0 && finding.place == token)
@@ -53,7 +59,8 @@ void checkCompilation(const Context& context, Report& report)
 {
     const LibraryVerdict* verdict = context.verdict();
     if (verdict == nullptr) {
-        report.add(Severity::warning, {}, "the library cannot be asked about the file: no temporary file can be written for it");
+        report.add(Severity::warning, {},
+                   "the library cannot be asked about the file: no temporary file can be written for it");
         return;
     }
     if (verdict->isCompiled)
@@ -61,8 +68,12 @@ void checkCompilation(const Context& context, Report& report)
     const DeviceIndex& device = context.device();
     const RefusedLine line = refusedLine(device, context.document.bytes(), verdict->line);
     const Reason reason = reasonOf(*verdict, line, device);
-    const bool isWholeFile = reason.place.end == 0;
-    tellRefusal(verdict->code, isWholeFile ? Span{} : line.isAtEnd ? reason.place : line.place, reason, "the library ends here", report);
+    // Where the fault may be told already: a block without content at its beginning, an open one there as well.
+    const bool isOfBlock = line.isAtEnd || verdict->code == kErrGsdEmptyBlock;
+    const Span place = reason.place.end == 0                  ? Span{}
+                       : isOfBlock && line.blockPlace.end > 0 ? line.blockPlace
+                                                              : line.place;
+    tellRefusal(verdict->code, place, reason, "the library ends here", report);
 }
 
 void checkImage(const Context& context, Report& report)
@@ -72,8 +83,9 @@ void checkImage(const Context& context, Report& report)
         return;
     const std::optional<Culprit> culprit = culpritOf(verdict->code, context.device());
     if (!culprit) {
-        Finding& finding = report.add({}, std::string("the library compiles the file and then refuses the type file: ") +
-                                              resultText(verdict->code) + " Which statement leads to it could not be found");
+        Finding& finding =
+            report.add({}, std::string("the library compiles the file and then refuses the type file: ") +
+                               resultText(verdict->code) + " Which statement leads to it could not be found");
         finding.code = verdict->code;
         return;
     }
@@ -98,11 +110,20 @@ void tellWarnings(const Context& context, int code, Describe describe, Report& r
     }
 }
 
-void checkTexts(const Context& context, Report& report) { tellWarnings(context, kWarnTextCut, cutText, report); }
+void checkTexts(const Context& context, Report& report)
+{
+    tellWarnings(context, kWarnTextCut, cutText, report);
+}
 
-void checkTypes(const Context& context, Report& report) { tellWarnings(context, kWarnDataType, narrowedNumbers, report); }
+void checkTypes(const Context& context, Report& report)
+{
+    tellWarnings(context, kWarnDataType, narrowedNumbers, report);
+}
 
-void checkAreas(const Context& context, Report& report) { tellWarnings(context, kWarnDiagArea, cutArea, report); }
+void checkAreas(const Context& context, Report& report)
+{
+    tellWarnings(context, kWarnDiagArea, cutArea, report);
+}
 
 // The spellings that the library takes with a warning; a finding of another rule about the keyword gets the code.
 void checkSpellings(const Context& context, Report& report)
@@ -114,11 +135,55 @@ void checkSpellings(const Context& context, Report& report)
                     finding.code = code;
                     return std::nullopt;
                 }
-            return Reason{entry.place, "the library takes " + std::string(entry.keyword) + " for " + usual + ", as the usual spelling is"};
+            return Reason{entry.place, "the library takes " + std::string(entry.keyword) + " for " + usual +
+                                           ", as the usual spelling is"};
         };
     };
     tellWarnings(context, kWarnPrmTextRef, describe(kWarnPrmTextRef, "Prm_Text_Ref"), report);
     tellWarnings(context, kWarnChannelDiag, describe(kWarnChannelDiag, "Channel_Diag"), report);
+}
+
+// Rows of keywords that the library skips; those that begin with one of its own it refuses.
+std::vector<bool> skippedRows()
+{
+    std::vector<bool> rows;
+    for (const gsdfile::Keyword& row : gsdfile::keywords())
+        rows.push_back(row.readerId == gsdfile::kNotRead && libraryKeywordAtStart(row.name).empty());
+    return rows;
+}
+
+// The keywords that the library skips, in one finding: each by itself is as it should be.
+void checkSkipped(const Context& context, Report& report)
+{
+    constexpr std::size_t kShown = 8;
+    static const std::vector<bool> kSkipped = skippedRows();
+    const gsdfile::Keyword* const rows = gsdfile::keywords().data();
+    std::vector<bool> isNamed(kSkipped.size());
+    std::vector<const char*> names;
+    Span first;
+    std::size_t statements = 0;
+    for (const gsdfile::Statement& statement : context.document.statements()) {
+        const std::size_t row =
+            statement.keyword != nullptr ? static_cast<std::size_t>(statement.keyword - rows) : kSkipped.size();
+        if (row >= kSkipped.size() || !kSkipped[row])
+            continue;
+        if (++statements == 1) {
+            const gsdfile::Token& token = context.document.tokens()[statement.keywordToken];
+            first = {token.begin, token.end};
+        }
+        if (!isNamed[row])
+            names.push_back(statement.keyword->name);
+        isNamed[row] = true;
+    }
+    if (statements == 0)
+        return;
+    std::string list;
+    for (std::size_t i = 0; i < std::min(kShown, names.size()); ++i)
+        list.append(i == 0 ? "" : ", ").append(names[i]);
+    if (names.size() > kShown)
+        list += " and " + std::to_string(names.size() - kShown) + " more";
+    report.add(first,
+               "the library does not read " + counted(statements, "statement", "statements") + " of the file: " + list);
 }
 
 } // namespace
@@ -127,30 +192,44 @@ std::span<const Rule> libraryRules()
 {
     static constexpr Rule kRules[] = {
         {"library-refuses", Severity::error, Group::library, "The library compiles the file.",
-         "The library ends a compilation at the first thing that it does not take, with a code. It is stricter than the format in "
-         "places: it knows 106 keywords, skips every other one, but takes a keyword that begins with one of its own for that "
+         "The library ends a compilation at the first thing that it does not take, with a code. It is stricter than "
+         "the format in "
+         "places: it knows 106 keywords, skips every other one, but takes a keyword that begins with one of its own "
+         "for that "
          "one; it takes texts of 32 characters at most; and it knows DP slaves only.",
          "Unit_Diag_Bit_Help(0) = \"check the fan\"", "; Unit_Diag_Bit_Help(0) = \"check the fan\"", checkCompilation},
-        {"library-refuses-type-file", Severity::error, Group::library, "The library's check takes what was compiled from the file.",
-         "A file may compile and still describe a device that no type file can: the check of the compiled type file then gives a "
+        {"library-refuses-type-file", Severity::error, Group::library,
+         "The library's check takes what was compiled from the file.",
+         "A file may compile and still describe a device that no type file can: the check of the compiled type file "
+         "then gives a "
          "code. The statement that leads to it is looked for by the limits of the type file.",
          "Max_Input_Len = 0\nMax_Output_Len = 0", "Max_Input_Len = 8\nMax_Output_Len = 0", checkImage},
         {"library-cuts-text", Severity::hint, Group::library, "A text fits into its field of the type file.",
-         "GSD allows texts of 32 characters; a type file has room for 10 of Vendor_Name, 17 of Model_Name, 7 of Bitmap_Device, 10 of "
+         "GSD allows texts of 32 characters; a type file has room for 10 of Vendor_Name, 17 of Model_Name, 7 of "
+         "Bitmap_Device, 10 of "
          "Periphery and 30 of most others. Blanks are taken out first, the last one first; then the text is cut.",
          "Vendor_Name = \"Example Devices Ltd.\"", "Vendor_Name = \"Example\"", checkTexts},
-        {"library-narrows-parameter", Severity::hint, Group::library, "A parameter has a data type that the type file has.",
-         "A type file has parameters of one byte without and two bytes with or without a sign. Of Unsigned32 and Signed32 the "
+        {"library-narrows-parameter", Severity::hint, Group::library,
+         "A parameter has a data type that the type file has.",
+         "A type file has parameters of one byte without and two bytes with or without a sign. Of Unsigned32 and "
+         "Signed32 the "
          "lower 16 bits are kept, Signed8 loses its sign.",
          "Unsigned32 100000 0-200000", "Unsigned16 10000 0-20000", checkTypes},
         {"library-cuts-area", Severity::hint, Group::library, "A diagnostic area lies within one octet.",
-         "A type file has areas of at most eight bits in one octet. Of others the bits in the octet of the last one are dropped, and "
+         "A type file has areas of at most eight bits in one octet. Of others the bits in the octet of the last one "
+         "are dropped, and "
          "of the values what does not fit.",
          "Unit_Diag_Area = 6-9", "Unit_Diag_Area = 8-11", checkAreas},
         {"library-old-spelling", Severity::hint, Group::library, "Keywords have their usual spelling.",
-         "PrmTextRef and ChannelDiag stand in old files for Prm_Text_Ref and Channel_Diag. The library takes them, other tools "
+         "PrmTextRef and ChannelDiag stand in old files for Prm_Text_Ref and Channel_Diag. The library takes them, "
+         "other tools "
          "skip them.",
          "ChannelDiag(16) = \"hot\"", "Channel_Diag(16) = \"hot\"", checkSpellings},
+        {"library-skips-keyword", Severity::hint, Group::library, "The library reads every keyword of the file.",
+         "The library reads the keywords that its type file has room for and skips every other one. Such a line is "
+         "right; a host of "
+         "the library just does not learn what it says. The finding stands once in a file, at the first of them.",
+         "C1_Max_Data_Len = 64", "", checkSkipped},
     };
     return kRules;
 }

@@ -74,7 +74,9 @@ std::shared_ptr<const LibraryVerdict> verdictOf(const std::string& path)
 // Whether the library takes a file of that name for a GSD file.
 bool isGsdName(std::string_view name)
 {
-    const auto upper = [name](std::size_t fromEnd) { return std::toupper(static_cast<unsigned char>(name[name.size() - fromEnd])); };
+    const auto upper = [name](std::size_t fromEnd) {
+        return std::toupper(static_cast<unsigned char>(name[name.size() - fromEnd]));
+    };
     return name.size() >= 3 && upper(3) == 'G' && upper(2) == 'S';
 }
 

@@ -44,38 +44,31 @@ void checkIdentifiers(const Context& context, Report& report)
     }
 }
 
-struct Limit {
-    std::string_view keyword;
-    const char* what;
-    bool ofInputs;
-    bool ofOutputs;
-};
-
-constexpr Limit kLimits[] = {
-    {"Max_Input_Len", " of input", true, false},
-    {"Max_Output_Len", " of output", false, true},
-    {"Max_Data_Len", " of input and output", true, true},
-};
+// Tells when a module has more bytes than one of the station's lengths; the result says whether it does.
+bool tellSize(const Module& module, const Entry* most, unsigned size, const char* what, Report& report)
+{
+    if (most == nullptr || most->numbers.empty() || size <= most->number())
+        return false;
+    Finding& finding = report.add(bytesPlace(module), "the module has " + counted(size, "byte", "bytes") + what +
+                                                          ", the station at most " + std::to_string(most->number()));
+    finding.notes.push_back({most->valuePlace(), std::string(most->keyword) + " of the station"});
+    return true;
+}
 
 void checkSizes(const Context& context, Report& report)
 {
     const DeviceIndex& device = context.device();
-    for (const Limit& limit : kLimits) {
-        const Entry* most = device.entry(limit.keyword);
-        const bool isUnlimited =
-            limit.ofInputs && limit.ofOutputs && device.number(limit.keyword) == 0; // told elsewhere
-        if (most == nullptr || most->numbers.empty() || isUnlimited)
+    const Entry* input = device.entry("Max_Input_Len");
+    const Entry* output = device.entry("Max_Output_Len");
+    const Entry* both = device.isOn("Max_Data_Len") ? device.entry("Max_Data_Len") : nullptr; // 0 is told elsewhere
+    for (const Module& module : device.modules) {
+        const ModuleConfig& config = module.config;
+        if (config.missing > 0)
             continue;
-        for (const Module& module : device.modules) {
-            const unsigned size =
-                (limit.ofInputs ? module.config.inputBytes : 0) + (limit.ofOutputs ? module.config.outputBytes : 0);
-            if (module.config.missing > 0 || size <= most->number())
-                continue;
-            Finding& finding =
-                report.add(bytesPlace(module), "the module has " + counted(size, "byte", "bytes") + limit.what +
-                                                   ", the station at most " + std::to_string(most->number()));
-            finding.notes.push_back({most->valuePlace(), std::string(limit.keyword) + " of the station"});
-        }
+        const bool isInputTooLarge = tellSize(module, input, config.inputBytes, " of input", report);
+        const bool isOutputTooLarge = tellSize(module, output, config.outputBytes, " of output", report);
+        if (!isInputTooLarge && !isOutputTooLarge)
+            tellSize(module, both, config.inputBytes + config.outputBytes, " of input and output", report);
     }
 }
 
@@ -141,8 +134,8 @@ void checkMissingReferences(const Context& context, Report& report)
     }
     if (first == nullptr)
         return;
-    const std::string others = without > 1 ? ", nor have " + std::to_string(without - 1) + " more" : "";
-    Finding& finding = report.add(first->place, "the module has no reference number on the line behind it" + others);
+    const std::string all = without > 1 ? "; " + std::to_string(without) + " modules have none" : "";
+    Finding& finding = report.add(first->place, "the module has no reference number on the line behind it" + all);
     if (device.slotDefinition != nullptr)
         finding.notes.push_back({device.slotDefinition->place, "the slots name modules by their numbers"});
     else if (const Entry* revision = device.entry("GSD_Revision"))

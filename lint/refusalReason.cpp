@@ -3,6 +3,8 @@
 #include "lint/deviceIndex.h"
 #include "lint/phrases.h"
 
+#include "gsdfile/keywords.h"
+
 #include <algorithm>
 #include <array>
 #include <cctype>
@@ -245,6 +247,9 @@ Reason countReason(const RefusedLine& line, const DeviceIndex& device)
                 {{length->valuePlace(), "the length"}}};
     if (keyword == "Ext_User_Prm_Data_Ref" || keyword == "Ext_User_Prm_Data_Const")
         return {line.place, "what is placed here ends behind the length that stands before it"};
+    constexpr std::size_t kLongestList = 16;
+    if (line.entry != nullptr && line.entry->numbers.size() > kLongestList + 1)
+        return {line.entry->numbers[kLongestList + 1].place, "the library takes a list of at most 16 values"};
     return {line.place, "the list has more values than the library takes"};
 }
 
@@ -278,6 +283,21 @@ Reason emptyBlockReason(const RefusedLine& line)
 }
 
 } // namespace
+
+std::string_view libraryKeywordAtStart(std::string_view text)
+{
+    const auto same = [](unsigned char one, unsigned char other) { return std::tolower(one) == std::tolower(other); };
+    const gsdfile::Keyword* first = nullptr; // the library takes the one with the lowest number
+    for (const gsdfile::Keyword& row : gsdfile::keywords()) {
+        const std::string_view name = row.name;
+        if (row.readerId == gsdfile::kNotRead || name.size() > text.size() ||
+            (first != nullptr && first->readerId < row.readerId))
+            continue;
+        if (std::equal(name.begin(), name.end(), text.begin(), same))
+            first = &row;
+    }
+    return first != nullptr ? std::string_view(first->name) : std::string_view();
+}
 
 Reason reasonOf(const LibraryVerdict& verdict, const RefusedLine& line, const DeviceIndex& device)
 {

@@ -21,7 +21,10 @@ std::size_t endOfLine(std::string_view bytes, long line)
     return std::min(end, bytes.size());
 }
 
-bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+bool isBlank(char c)
+{
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
 
 // A line without its comment and without the blanks at its ends.
 std::string_view content(std::string_view line)
@@ -56,8 +59,10 @@ std::string joinedLines(std::string_view lines)
     return text;
 }
 
-constexpr std::array<std::string_view, 5> kBlocks = {"ExtUserPrmData", "Module", "KGPModule", "PrmText", "Unit_Diag_Area"};
-constexpr std::array<std::string_view, 4> kEnds = {"EndExtUserPrmData", "EndModule", "EndPrmText", "Unit_Diag_Area_End"};
+constexpr std::array<std::string_view, 5> kBlocks = {"ExtUserPrmData", "Module", "KGPModule", "PrmText",
+                                                     "Unit_Diag_Area"};
+constexpr std::array<std::string_view, 4> kEnds = {"EndExtUserPrmData", "EndModule", "EndPrmText",
+                                                   "Unit_Diag_Area_End"};
 
 bool isOneOf(std::string_view keyword, std::span<const std::string_view> list)
 {
@@ -69,7 +74,8 @@ bool isOneOf(std::string_view keyword, std::span<const std::string_view> list)
 const Entry* entryAt(const DeviceIndex& device, std::string_view bytes, long line)
 {
     const std::size_t end = endOfLine(bytes, line);
-    const auto behind = std::ranges::partition_point(device.entries, [end](const Entry& entry) { return entry.place.begin < end; });
+    const auto behind =
+        std::ranges::partition_point(device.entries, [end](const Entry& entry) { return entry.place.begin < end; });
     return behind == device.entries.begin() ? nullptr : &*std::prev(behind);
 }
 

@@ -48,7 +48,7 @@ struct Context {
     const DeviceIndex& device() const;        // the facts about the device; defined in deviceIndex.cpp
     const StatementIndex& statements() const; // statements by keyword, and blocks; defined in statementIndex.cpp
 
-    const LibraryVerdict* verdict() const;    // what the library says, null when it cannot be asked; in libraryVerdict.cpp
+    const LibraryVerdict* verdict() const; // what the library says, null when it cannot be asked; in libraryVerdict.cpp
 
     mutable std::shared_ptr<const DeviceIndex> deviceIndex = {};
     mutable std::shared_ptr<const StatementIndex> statementIndex = {};

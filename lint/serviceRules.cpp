@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
+#include <vector>
 
 namespace typdescriptor::lint {
 
@@ -241,19 +243,20 @@ void checkRedundancy(const Context& context, Report& report)
         report.add(entry->valuePlace(), "a redundant slave takes its commands with PrmCmd_supp = 1");
 }
 
-// The safety parameters of one level: whether there are any, and their block's length.
 void checkSafetyOf(const Entry& first, const DeviceIndex& device, Report& report)
 {
-    for (const std::string_view needed : {"Prm_Block_Structure_supp", "DPV1_Slave"}) {
+    std::string missing;
+    std::vector<Note> notes;
+    for (const std::string_view needed : {"DPV1_Slave", "Prm_Block_Structure_supp"}) {
         if (device.isOn(needed))
             continue;
-        const Entry* entry = device.entry(needed);
-        Finding& finding =
-            report.add(first.place, "safety parameters are sent as a block of their own, and " + std::string(needed) +
-                                        (entry != nullptr ? " is 0" : " is not given"));
-        if (entry != nullptr)
-            finding.notes.push_back({entry->valuePlace(), "not supported"});
+        missing.append(missing.empty() ? "" : " and ").append(needed);
+        if (const Entry* entry = device.entry(needed))
+            notes.push_back({entry->valuePlace(), "not supported"});
     }
+    if (!missing.empty())
+        report.add(first.place, "safety parameters are sent as a block of their own, which needs " + missing).notes =
+            std::move(notes);
 }
 
 void checkSafety(const Context& context, Report& report)
