@@ -28,8 +28,8 @@ enum class Encoding : std::uint8_t { ascii, latin1, utf8, utf16Little, utf16Big 
 enum class LineEnd : std::uint8_t { none, lineFeed, carriageReturnLineFeed, carriageReturn };
 
 enum class TokenKind : std::uint8_t {
-    mark,         // the byte order mark
-    freeText,     // a line outside of the section
+    mark,     // the byte order mark
+    freeText, // a line outside of the section
     blank,
     lineEnd,
     comment,      // from the semicolon on
@@ -39,12 +39,12 @@ enum class TokenKind : std::uint8_t {
     close,        // ")"
     equals,
     comma,
-    hyphen,       // between two numbers
-    at,           // "@"
-    number,       // with its sign
-    string,       // with its quotes; a piece of it where it goes on in the next line
+    hyphen, // between two numbers
+    at,     // "@"
+    number, // with its sign
+    string, // with its quotes; a piece of it where it goes on in the next line
     word,
-    other,        // a byte that has no place in a statement
+    other, // a byte that has no place in a statement
 };
 
 /// A run of bytes of the file.
@@ -52,7 +52,7 @@ struct Token {
     TokenKind kind = TokenKind::other;
     std::uint32_t begin = 0; // offset in the file
     std::uint32_t end = 0;
-    std::uint32_t line = 0;  // of the physical line, from 1
+    std::uint32_t line = 0; // of the physical line, from 1
 };
 
 /// A physical line.
@@ -63,8 +63,8 @@ struct Line {
 };
 
 struct Place {
-    std::uint32_t line = 0;   // from 1
-    std::uint32_t column = 0; // in bytes, from 1
+    std::uint32_t line = 0;      // from 1
+    std::uint32_t column = 0;    // in bytes, from 1
     std::uint32_t character = 0; // in characters of the file's encoding, from 1
 };
 
@@ -80,10 +80,10 @@ struct Value {
     enum Kind : std::uint8_t { number, range, string, word };
 
     Kind kind = word;
-    Number first;             // number and range
-    Number last;              // range
-    std::string_view text;    // word: as written
-    std::string content;      // string: without quotes, its pieces joined
+    Number first;          // number and range
+    Number last;           // range
+    std::string_view text; // word: as written
+    std::string content;   // string: without quotes, its pieces joined
     std::size_t firstToken = kNone;
     std::size_t lastToken = kNone;
     bool isBehindComma = false;
@@ -98,16 +98,16 @@ struct Argument {
 };
 
 enum class FaultKind : std::uint8_t {
-    openQuote,        // a string that nothing closes on its line
-    openArgument,     // "(" without ")"
-    badArgument,      // what stands in the parentheses is neither a number nor a range
+    openQuote,    // a string that nothing closes on its line
+    openArgument, // "(" without ")"
+    badArgument,  // what stands in the parentheses is neither a number nor a range
     secondEquals,
-    missingValue,     // nothing behind the equals sign
-    missingItem,      // nothing between two commas or behind the last
-    badNumber,        // begins with a digit and is no number
-    strayCharacter,   // a character that has no place there
-    strayBackslash,   // a backslash other than at the end of a line
-    continuedAtEnd,   // the file ends behind a continued line
+    missingValue,   // nothing behind the equals sign
+    missingItem,    // nothing between two commas or behind the last
+    badNumber,      // begins with a digit and is no number
+    strayCharacter, // a character that has no place there
+    strayBackslash, // a backslash other than at the end of a line
+    continuedAtEnd, // the file ends behind a continued line
 };
 
 struct Fault {

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace typdescriptor::gsdfile {
@@ -27,22 +28,25 @@ enum class BlockKind : std::uint8_t {
 
 /// Places that a keyword may stand in, as bits: slave level is bit 0, the inside of a block the bit of its kind.
 using Places = std::uint16_t;
-constexpr Places placeOf(BlockKind kind) { return static_cast<Places>(1U << static_cast<unsigned>(kind)); }
+constexpr Places placeOf(BlockKind kind)
+{
+    return static_cast<Places>(1U << static_cast<unsigned>(kind));
+}
 inline constexpr Places kSlaveLevel = placeOf(BlockKind::none);
 
 /// What stands behind the keyword.
 enum class Form : std::uint8_t {
-    bare,         // nothing
-    value,        // = value
-    argument,     // (argument) = value
-    type,         // a data type: blank, default, range or list; Bit and BitArea with an argument ahead
+    bare,     // nothing
+    value,    // = value
+    argument, // (argument) = value
+    type,     // a data type: blank, default, range or list; Bit and BitArea with an argument ahead
 };
 
 enum class ValueType : std::uint8_t {
     none,
     boolean,
     number,     // within `values`
-    numberSet,  // a number, one of those that the meaning lists
+    numberSet,  // a number, one of those that allowedValues() names
     range,      // first-last, each within `values`
     string,     // of at most `maxText` characters
     byteList,   // numbers within `values`
@@ -81,21 +85,26 @@ struct Keyword {
     Places places;
     Form form;
     ValueType type;
-    Range values;      // of its numbers
+    Range values;          // of its numbers
     std::uint16_t maxText; // of its string
-    Range arguments;   // of its argument
+    Range arguments;       // of its argument
     Repeat repeat;
-    BlockKind opens;   // the block that it opens, or none
-    BlockKind closes;  // the block that it closes, or none
-    int readerId;      // the library's number of it; kNotRead when the library skips it
+    BlockKind opens;  // the block that it opens, or none
+    BlockKind closes; // the block that it closes, or none
+    int readerId;     // the library's number of it; kNotRead when the library skips it
     Origin origin;
-    Sureness sureness;     // of name and type
-    const char* duty;      // whether it must stand, in words
-    const char* meaning;   // in words
+    Sureness sureness;   // of name and type
+    const char* duty;    // whether it must stand, in words
+    const char* meaning; // in words
 };
 
 /// All rows, ordered by their names in small letters.
 std::span<const Keyword> keywords();
+
+/// Whether a number may be a keyword's value (each of its values).
+bool allowsValue(const Keyword& keyword, std::int64_t value);
+/// For people: "0 to 255", "0 or 48 to 240", "375, 750, 1500, 3000, 6000 or 12000".
+std::string allowedValues(const Keyword& keyword);
 
 /// The row of a name in any case; null when there is none.
 const Keyword* findKeyword(std::string_view name);

@@ -1,0 +1,72 @@
+#include "gsdfile/document.h"
+
+#include "gsdfile/reader.h"
+#include "gsdfile/textForm.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace typdescriptor::gsdfile {
+
+Document::Document(std::string bytes) : _bytes(std::move(bytes))
+{
+    if (_bytes.size() > kMostBytes)
+        _bytes.resize(kMostBytes);
+    const TextForm form = textForm(_bytes);
+    _encoding = form.encoding;
+    _markSize = form.markSize;
+    if (_encoding == Encoding::utf16Little || _encoding == Encoding::utf16Big) {
+        _unit = 2;
+        _narrow = narrowed(_bytes, form);
+    }
+    Reader(*this, form.endsLinesWithReturn).read();
+}
+
+std::string_view Document::text(std::uint32_t begin, std::uint32_t end) const
+{
+    if (_unit == 1)
+        return std::string_view(_bytes).substr(begin, end - begin);
+    const std::size_t from = begin < _markSize ? 0 : (begin - _markSize) / _unit;
+    const std::size_t to = end < _markSize ? 0 : (end - _markSize) / _unit;
+    return std::string_view(_narrow).substr(from, to - from);
+}
+
+std::size_t Document::tokenAt(std::uint32_t offset) const
+{
+    const auto behind = std::upper_bound(_tokens.begin(), _tokens.end(), offset,
+                                         [](std::uint32_t wanted, const Token& token) { return wanted < token.begin; });
+    return behind == _tokens.begin() ? 0 : static_cast<std::size_t>(behind - _tokens.begin()) - 1;
+}
+
+bool Document::isInString(std::uint32_t offset) const
+{
+    return offset < _bytes.size() && _tokens[tokenAt(offset)].kind == TokenKind::string;
+}
+
+Place Document::place(std::uint32_t offset) const
+{
+    const auto behind = std::upper_bound(_lines.begin(), _lines.end(), offset,
+                                         [](std::uint32_t wanted, const Line& line) { return wanted < line.begin; });
+    const std::size_t index = behind == _lines.begin() ? 0 : static_cast<std::size_t>(behind - _lines.begin()) - 1;
+    if (_lines.empty())
+        return {1, 1, 1};
+    const std::uint32_t begin = _lines[index].begin;
+    const std::uint32_t end = std::min(offset, static_cast<std::uint32_t>(_bytes.size()));
+    Place place{static_cast<std::uint32_t>(index) + 1, end - std::min(begin, end) + 1, 1};
+    place.character = (place.column - 1) / _unit + 1;
+    if (_encoding == Encoding::utf8) {
+        const auto continues = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; };
+        place.character -=
+            static_cast<std::uint32_t>(std::count_if(_bytes.begin() + begin, _bytes.begin() + end, continues));
+    }
+    return place;
+}
+
+Token Document::span(const Value& value) const
+{
+    Token whole = _tokens[value.firstToken];
+    whole.end = _tokens[value.lastToken].end;
+    return whole;
+}
+
+} // namespace typdescriptor::gsdfile

@@ -1,0 +1,66 @@
+// Reads the bytes of a document into its tokens, statements and blocks. In two steps for each logical line: its tokens,
+// then what they say.
+
+#pragma once
+
+#include "gsdfile/document.h"
+#include "gsdfile/keywords.h"
+
+namespace typdescriptor::gsdfile {
+
+class Reader {
+public:
+    Reader(Document& target, bool returnEndsLines) : _document(target), _returnEndsLines(returnEndsLines) {}
+
+    void read();
+
+private:
+    // Bytes, by positions in the text: what stands behind the mark, one byte for each unit.
+    std::string_view _text;
+    std::size_t _position = 0;
+
+    bool isAtEnd() const { return _position >= _text.size(); }
+    char at(std::size_t position) const { return position < _text.size() ? _text[position] : '\0'; }
+    bool isLineEnd(std::size_t position) const;
+    std::size_t endOfLine(std::size_t position) const;
+    std::uint32_t offsetOf(std::size_t position) const;
+    void push(TokenKind kind, std::size_t end);
+    void pushLineEnd();
+    void pushRest();
+
+    // Lines.
+    void readFreeLine();
+    bool isSectionLine(std::size_t position) const;
+    void readLogicalLine();
+
+    // Tokens of a logical line.
+    void readTokens();
+    bool readContinuation();
+    void readLexeme();
+    void readString();
+    void readNumberOrWord();
+    void readFamilyText();
+    std::size_t wordEnd(std::size_t position) const;
+
+    // What the tokens say.
+    void parseStatement(std::size_t firstToken, std::uint32_t firstLine);
+    void parseArgument(Statement& statement, std::size_t& token);
+    void parseValues(Statement& statement, std::size_t token);
+    void parseString(Statement& statement, std::size_t& token);
+    void parseNumber(Statement& statement, std::size_t& token, bool isBehindComma);
+    bool takeNumber(std::size_t token, Number& number, Statement& statement);
+    std::size_t nextToken(std::size_t token) const;
+    TokenKind kindOf(std::size_t token) const;
+    void placeInBlocks(Statement& statement);
+    void closeInner(std::size_t until, std::size_t statement);
+
+    Document& _document;
+    bool _returnEndsLines;
+    bool _isInSection = false;
+    bool _isInString = false;       // of the line being read, over a continuation
+    bool _hasKeyword = false;       // of the line being read
+    bool _isFamily = false;         // its texts stand behind "@" without quotes
+    std::size_t _innermost = kNone; // block
+};
+
+} // namespace typdescriptor::gsdfile
