@@ -73,7 +73,7 @@ void checkCompilation(const Context& context, Report& report)
     const Span place = reason.place.end == 0                  ? Span{}
                        : isOfBlock && line.blockPlace.end > 0 ? line.blockPlace
                                                               : line.place;
-    tellRefusal(verdict->code, place, reason, "the library ends here", report);
+    tellRefusal(verdict->code, place, reason, "the compilation ends here", report);
 }
 
 void checkImage(const Context& context, Report& report)
@@ -90,7 +90,7 @@ void checkImage(const Context& context, Report& report)
         return;
     }
     tellRefusal(verdict->code, culprit->place, {culprit->place, culprit->why, culprit->notes},
-                "the library compiles the file and then refuses the type file", report);
+                "the compiled type file is refused", report);
 }
 
 // Adds a finding for each warning of the library with that code.

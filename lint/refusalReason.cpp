@@ -144,11 +144,6 @@ Reason numberReason(const RefusedLine& line)
     return {entry.place, "a number is written in a way that the library does not read"};
 }
 
-bool isBlank(char c)
-{
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
 // Where a character stands outside of quotes for the n-th time; npos when it does not.
 std::size_t outsideQuotes(std::string_view text, char wanted, std::size_t nth)
 {
