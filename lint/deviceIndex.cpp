@@ -8,9 +8,23 @@
 #include "gsdfile/document.h"
 #include "gsdfile/keywords.h"
 
+#include <unordered_map>
+
 namespace typdescriptor::lint {
 
 namespace {
+
+// The names of the keywords' table with the numbers of their rows.
+const std::unordered_map<std::string_view, std::size_t>& rowsByName()
+{
+    static const std::unordered_map<std::string_view, std::size_t> kRows = [] {
+        std::unordered_map<std::string_view, std::size_t> rows;
+        for (const gsdfile::Keyword& row : gsdfile::keywords())
+            rows.emplace(row.name, rows.size());
+        return rows;
+    }();
+    return kRows;
+}
 
 Span placeOf(const gsdfile::Token& token)
 {
@@ -24,6 +38,7 @@ public:
 
     const Statement& read(const gsdfile::Statement& from)
     {
+        _statement.row = from.keyword;
         _statement.keyword = from.keyword != nullptr ? std::string_view(from.keyword->name) : from.name;
         _statement.place = placeOfToken(from.keywordToken != gsdfile::kNone ? from.keywordToken : from.firstToken);
         _statement.argument.clear();
@@ -82,7 +97,8 @@ private:
 
 } // namespace
 
-DeviceIndex::DeviceIndex(const gsdfile::Document& document) : hasSection(document.section() != gsdfile::kNone)
+DeviceIndex::DeviceIndex(const gsdfile::Document& document)
+    : hasSection(document.section() != gsdfile::kNone), _station(gsdfile::keywords().size())
 {
     DeviceReader reader(*this);
     StatementReader statements(document);
@@ -93,8 +109,8 @@ DeviceIndex::DeviceIndex(const gsdfile::Document& document) : hasSection(documen
 
 const Entry* DeviceIndex::entry(std::string_view keyword) const
 {
-    const auto found = _station.find(keyword);
-    return found == _station.end() ? nullptr : found->second;
+    const auto row = rowsByName().find(keyword);
+    return row == rowsByName().end() ? nullptr : _station[row->second];
 }
 
 std::optional<std::int64_t> DeviceIndex::number(std::string_view keyword) const

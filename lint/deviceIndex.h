@@ -11,7 +11,6 @@
 #include <deque>
 #include <optional>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace typdescriptor::gsdfile {
@@ -202,11 +201,10 @@ public:
     const Entry* slotDefinition = nullptr;
     std::vector<Slot> slots;
     std::deque<DiagTexts> diagTexts; // the first one is that of the station
-    std::vector<Constants> userPrmData;
 
 private:
     friend class DeviceReader;
-    std::unordered_map<std::string_view, const Entry*> _station;
+    std::vector<const Entry*> _station; // the first of each row of the keywords' table
 };
 
 } // namespace typdescriptor::lint

@@ -1,5 +1,7 @@
 #include "lint/deviceReader.h"
 
+#include "gsdfile/keywords.h"
+
 #include <algorithm>
 
 namespace typdescriptor::lint {
@@ -69,9 +71,13 @@ DeviceReader::DeviceReader(DeviceIndex& device) : _device(device)
     _device.diagTexts.emplace_back();
 }
 
-const std::unordered_map<std::string_view, DeviceReader::Handler>& DeviceReader::handlers()
+DeviceReader::Handler DeviceReader::handlerOf(std::string_view keyword)
 {
-    static const std::unordered_map<std::string_view, Handler> kHandlers = {
+    struct Row {
+        std::string_view keyword;
+        Handler handler;
+    };
+    static constexpr Row kRows[] = {
         {"PrmText", &DeviceReader::beginTextBlock},
         {"Text", &DeviceReader::takeText},
         {"EndPrmText", &DeviceReader::endBlock},
@@ -90,7 +96,6 @@ const std::unordered_map<std::string_view, DeviceReader::Handler>& DeviceReader:
         {"Module", &DeviceReader::beginModule},
         {"KGPModule", &DeviceReader::beginModule},
         {"Module_Reference", &DeviceReader::takeModuleReference},
-        {"", &DeviceReader::takeModuleReference},
         {"EndModule", &DeviceReader::endBlock},
         {"Ext_Module_Prm_Data_Len", &DeviceReader::takeLength},
         {"X_Ext_Module_Prm_Data_Len", &DeviceReader::takeLength},
@@ -126,6 +131,19 @@ const std::unordered_map<std::string_view, DeviceReader::Handler>& DeviceReader:
         {"UnitDiagType", &DeviceReader::beginDiagType},
         {"EndUnitDiagType", &DeviceReader::endBlock},
     };
+    const auto row = std::ranges::find(kRows, keyword, &Row::keyword);
+    return row == std::end(kRows) ? &DeviceReader::keepEntry : row->handler;
+}
+
+// One for each row of the keywords' table.
+const std::vector<DeviceReader::Handler>& DeviceReader::handlers()
+{
+    static const std::vector<Handler> kHandlers = [] {
+        std::vector<Handler> all;
+        for (const gsdfile::Keyword& row : gsdfile::keywords())
+            all.push_back(handlerOf(row.name));
+        return all;
+    }();
     return kHandlers;
 }
 
@@ -140,9 +158,10 @@ void DeviceReader::take(const Statement& statement)
     entry.numbers = statement.numbers;
     _entry = &entry;
 
-    const auto handler = handlers().find(statement.keyword);
-    if (handler != handlers().end())
-        (this->*handler->second)(statement);
+    if (statement.row != nullptr)
+        (this->*handlers()[static_cast<std::size_t>(statement.row - gsdfile::keywords().data())])(statement);
+    else if (statement.keyword.empty())
+        takeModuleReference(statement);
     else
         keepEntry(statement);
 }
@@ -205,7 +224,11 @@ void DeviceReader::keepEntry(const Statement& statement)
         return;
     }
     _device.stationEntries.push_back(_entry);
-    _device._station.emplace(statement.keyword, _entry);
+    if (statement.row == nullptr)
+        return;
+    const Entry*& first = _device._station[static_cast<std::size_t>(statement.row - gsdfile::keywords().data())];
+    if (first == nullptr)
+        first = _entry;
 }
 
 void DeviceReader::beginTextBlock(const Statement& statement)

@@ -8,13 +8,18 @@
 #include <unordered_map>
 #include <vector>
 
+namespace typdescriptor::gsdfile {
+struct Keyword;
+}
+
 namespace typdescriptor::lint {
 
 // A statement as its tokens say it, not yet what it means.
 struct Statement {
-    std::string_view keyword;     // as the keyword's table spells it; empty for a number alone on its line
-    Span place;                   // of the keyword
-    std::vector<Number> argument; // one number, or the two of "first-last"
+    const gsdfile::Keyword* row = nullptr; // null when the keyword is unknown, or there is none
+    std::string_view keyword;              // as the table spells it; empty for a number alone on its line
+    Span place;                            // of the keyword
+    std::vector<Number> argument;          // one number, or the two of "first-last"
     Span argumentPlace;
     std::optional<Text> text;
     std::vector<Number> numbers;
@@ -32,7 +37,8 @@ public:
 
 private:
     using Handler = void (DeviceReader::*)(const Statement&);
-    static const std::unordered_map<std::string_view, Handler>& handlers();
+    static Handler handlerOf(std::string_view keyword);
+    static const std::vector<Handler>& handlers();
 
     void beginTextBlock(const Statement& statement);
     void takeText(const Statement& statement);
