@@ -12,6 +12,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -71,7 +72,7 @@ struct Place {
 /// A number as it stands there.
 struct Number {
     std::int64_t value = 0;
-    std::size_t token = kNone;
+    std::uint32_t token = 0;
     bool isHex = false;
     bool isTooLarge = false; // above 63 bits: the value is the largest
 };
@@ -80,12 +81,12 @@ struct Value {
     enum Kind : std::uint8_t { number, range, string, word };
 
     Kind kind = word;
-    Number first;          // number and range
-    Number last;           // range
-    std::string_view text; // word: as written
-    std::string content;   // string: without quotes, its pieces joined
-    std::size_t firstToken = kNone;
-    std::size_t lastToken = kNone;
+    Number first;             // number and range
+    Number last;              // range
+    std::string_view text;    // word: as written
+    std::string_view content; // string: without quotes, its pieces joined
+    std::uint32_t firstToken = 0;
+    std::uint32_t lastToken = 0;
     bool isBehindComma = false;
     bool isBehindAt = false; // text of a sub-family
 };
@@ -186,6 +187,7 @@ private:
     std::vector<Token> _tokens;
     std::vector<Statement> _statements;
     std::vector<Block> _blocks;
+    std::deque<std::string> _joined; // contents of strings that continuations part
     std::size_t _section = kNone;
 };
 

@@ -97,9 +97,13 @@ bool Reader::isLineEnd(std::size_t position) const
     return c == '\n' || (c == '\r' && (_returnEndsLines || at(position + 1) == '\n'));
 }
 
-std::size_t Reader::endOfLine(std::size_t position) const
+std::size_t Reader::endOfLine(std::size_t position)
 {
-    const std::size_t end = std::min(_text.find(_returnEndsLines ? '\r' : '\n', position), _text.size());
+    if (position >= _knownEnd || position < _knownBegin) {
+        _knownBegin = position;
+        _knownEnd = std::min(_text.find(_returnEndsLines ? '\r' : '\n', position), _text.size());
+    }
+    const std::size_t end = _knownEnd;
     const bool hasReturn = !_returnEndsLines && end < _text.size() && end > position && _text[end - 1] == '\r';
     return hasReturn ? end - 1 : end;
 }
@@ -159,27 +163,32 @@ void Reader::readLogicalLine()
     _hasKeyword = false;
     _isFamily = false;
     _isInString = false;
+    _isContinuedAtEnd = false;
     readTokens();
     parseStatement(firstToken, firstLine);
 }
 
-/// Every token up to the line end that no backslash goes before, that one included.
+/// Every token up to the line end that no backslash goes before, that one included. Empty lines and lines with nothing but
+/// a comment do not end what is continued.
 void Reader::readTokens()
 {
-    for (;;) {
-        if (isAtEnd())
-            return;
+    bool isContinued = false; // and nothing has followed yet
+    while (!isAtEnd()) {
         if (isLineEnd(_position)) {
             _isInString = false;
             pushLineEnd();
-            return;
-        }
-        if (readContinuation()) {
+            if (!isContinued)
+                return;
+        } else if (readContinuation()) {
             pushLineEnd();
-            continue;
+            isContinued = true;
+        } else {
+            readLexeme();
+            const TokenKind kind = _document._tokens.back().kind;
+            isContinued = isContinued && (kind == TokenKind::blank || kind == TokenKind::comment);
         }
-        readLexeme();
     }
+    _isContinuedAtEnd = isContinued;
 }
 
 /// A backslash with nothing behind it on its line but blanks and a comment, and what stands behind it.
@@ -341,9 +350,7 @@ void Reader::parseStatement(std::size_t firstToken, std::uint32_t firstLine)
         if (_document._tokens[i].kind == TokenKind::comment)
             statement.commentToken = i;
     }
-    if (_document._tokens.back().kind == TokenKind::continuation ||
-        (_document._tokens.back().kind == TokenKind::lineEnd && isAtEnd() && statement.endToken - firstToken > 1 &&
-         _document._tokens[statement.endToken - 2].kind == TokenKind::continuation))
+    if (_isContinuedAtEnd)
         statement.faults.push_back({FaultKind::continuedAtEnd, statement.endToken - 1});
     if (kindOf(token) == TokenKind::keyword) {
         statement.keywordToken = token;
@@ -434,7 +441,7 @@ void Reader::parseValues(Statement& statement, std::size_t token)
             Value value;
             value.kind = Value::word;
             value.text = _document.text(_document._tokens[token]);
-            value.firstToken = value.lastToken = token;
+            value.firstToken = value.lastToken = static_cast<std::uint32_t>(token);
             statement.values.push_back(std::move(value));
             token = nextToken(token + 1);
             break;
@@ -465,8 +472,9 @@ void Reader::parseString(Statement& statement, std::size_t& token)
 {
     Value value;
     value.kind = Value::string;
-    value.firstToken = token;
+    value.firstToken = static_cast<std::uint32_t>(token);
     bool isClosed = false;
+    std::size_t pieces = 0; // behind the first
     while (token != kNone && kindOf(token) == TokenKind::string && !isClosed) {
         std::string_view piece = _document.text(_document._tokens[token]);
         if (token == value.firstToken)
@@ -475,8 +483,15 @@ void Reader::parseString(Statement& statement, std::size_t& token)
             isClosed = true;
             piece.remove_suffix(1);
         }
-        value.content += piece;
-        value.lastToken = token;
+        if (token == value.firstToken) {
+            value.content = piece;
+        } else {
+            if (pieces++ == 0)
+                _document._joined.emplace_back(value.content);
+            _document._joined.back() += piece;
+            value.content = _document._joined.back();
+        }
+        value.lastToken = static_cast<std::uint32_t>(token);
         token = nextToken(token + 1);
     }
     if (!isClosed)
@@ -488,7 +503,7 @@ void Reader::parseNumber(Statement& statement, std::size_t& token, bool isBehind
 {
     Value value;
     value.kind = Value::number;
-    value.firstToken = value.lastToken = token;
+    value.firstToken = value.lastToken = static_cast<std::uint32_t>(token);
     value.isBehindComma = isBehindComma;
     const bool isGood = takeNumber(token, value.first, statement);
     token = nextToken(token + 1);
@@ -500,7 +515,7 @@ void Reader::parseNumber(Statement& statement, std::size_t& token, bool isBehind
         token = nextToken(token + 1);
         if (token != kNone && kindOf(token) == TokenKind::number && takeNumber(token, value.last, statement)) {
             value.kind = Value::range;
-            value.lastToken = token;
+            value.lastToken = static_cast<std::uint32_t>(token);
             token = nextToken(token + 1);
         } else {
             statement.faults.push_back({FaultKind::strayCharacter, hyphen});
@@ -515,7 +530,7 @@ bool Reader::takeNumber(std::size_t token, Number& number, Statement& statement)
     if (kindOf(token) != TokenKind::number)
         return false;
     std::string_view digits = _document.text(_document._tokens[token]);
-    number.token = token;
+    number.token = static_cast<std::uint32_t>(token);
     const bool isNegative = digits.front() == '-';
     if (isNegative)
         digits.remove_prefix(1);

@@ -18,11 +18,13 @@ private:
     // Bytes, by positions in the text: what stands behind the mark, one byte for each unit.
     std::string_view _text;
     std::size_t _position = 0;
+    std::size_t _knownBegin = 0; // positions whose line end is known: from here
+    std::size_t _knownEnd = 0;   // to it, and this is it
 
     bool isAtEnd() const { return _position >= _text.size(); }
     char at(std::size_t position) const { return position < _text.size() ? _text[position] : '\0'; }
     bool isLineEnd(std::size_t position) const;
-    std::size_t endOfLine(std::size_t position) const;
+    std::size_t endOfLine(std::size_t position);
     std::uint32_t offsetOf(std::size_t position) const;
     void push(TokenKind kind, std::size_t end);
     void pushLineEnd();
@@ -58,6 +60,7 @@ private:
     bool _returnEndsLines;
     bool _isInSection = false;
     bool _isInString = false;       // of the line being read, over a continuation
+    bool _isContinuedAtEnd = false; // the file ends behind a continuation
     bool _hasKeyword = false;       // of the line being read
     bool _isFamily = false;         // its texts stand behind "@" without quotes
     std::size_t _innermost = kNone; // block

@@ -12,8 +12,14 @@ namespace {
 constexpr std::string_view kMark = "typdesc:";
 constexpr std::string_view kAllow = "allow";
 
-bool isBlank(char c) { return c == ' ' || c == '\t'; }
-bool isOfName(char c) { return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-'; }
+bool isBlank(char c)
+{
+    return c == ' ' || c == '\t';
+}
+bool isOfName(char c)
+{
+    return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-';
+}
 
 std::size_t behindBlanks(std::string_view text, std::size_t at)
 {
@@ -39,9 +45,10 @@ void collect(std::string_view comment, Span place, Span statement, std::vector<A
         while (at < comment.size() && isOfName(comment[at]))
             ++at;
         if (at > begin)
-            found.push_back({comment.substr(begin, at - begin),
-                             {static_cast<std::uint32_t>(place.begin + begin), static_cast<std::uint32_t>(place.begin + at)},
-                             statement});
+            found.push_back(
+                {comment.substr(begin, at - begin),
+                 {static_cast<std::uint32_t>(place.begin + begin), static_cast<std::uint32_t>(place.begin + at)},
+                 statement});
     }
 }
 
@@ -52,7 +59,8 @@ bool isAllowed(const Finding& finding, const std::vector<Allowance>& allowed)
                allowance.ruleName == finding.rule->name;
     };
     // Statements do not overlap: the last one that begins at the finding or before is the only one that can hold it.
-    auto behind = std::ranges::upper_bound(allowed, finding.place.begin, {}, [](const Allowance& a) { return a.statement.begin; });
+    auto behind = std::ranges::upper_bound(allowed, finding.place.begin, {},
+                                           [](const Allowance& a) { return a.statement.begin; });
     for (; behind != allowed.begin() && std::prev(behind)->statement.end > finding.place.begin; --behind)
         if (concerns(*std::prev(behind)))
             return true;

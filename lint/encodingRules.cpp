@@ -16,8 +16,14 @@ namespace {
 
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
-std::uint32_t offset(std::size_t position) { return static_cast<std::uint32_t>(position); }
-std::uint8_t byteAt(std::string_view bytes, std::size_t i) { return static_cast<std::uint8_t>(bytes[i]); }
+std::uint32_t offset(std::size_t position)
+{
+    return static_cast<std::uint32_t>(position);
+}
+std::uint8_t byteAt(std::string_view bytes, std::size_t i)
+{
+    return static_cast<std::uint8_t>(bytes[i]);
+}
 
 std::string counted(std::size_t n, const char* one, const char* many)
 {
@@ -70,8 +76,7 @@ void checkUtf16(const Context& context, Report& report)
     const std::optional<Order> order = utf16Order(bytes);
     if (!order)
         return;
-    Finding& finding = report.add({}, std::string("the file is UTF-16, ") +
-                                          (*order == Order::low ? "low" : "high") +
+    Finding& finding = report.add({}, std::string("the file is UTF-16, ") + (*order == Order::low ? "low" : "high") +
                                           " byte first: no GSD reader finds a keyword in it; save it as ISO 8859-1");
     if (const std::optional<std::string> text = latin1OfUtf16(bytes, *order))
         finding.mend.push_back({{0, offset(bytes.size())}, *text});
@@ -115,8 +120,7 @@ bool isLatin1(std::string_view bytes, Span character)
 
 std::string latin1Of(std::string_view bytes, Span character)
 {
-    const unsigned code =
-        (byteAt(bytes, character.begin) & 0x1FU) << 6U | (byteAt(bytes, character.begin + 1) & 0x3FU);
+    const unsigned code = (byteAt(bytes, character.begin) & 0x1FU) << 6U | (byteAt(bytes, character.begin + 1) & 0x3FU);
     return {static_cast<char>(code)};
 }
 
@@ -130,11 +134,10 @@ void checkUtf8(const Context& context, Report& report)
     const auto inText = std::ranges::find_if(characters, isInText);
     const Span first = inText == characters.end() ? characters.front() : *inText;
     const std::string shown(bytes.substr(first.begin, first.end - first.begin));
-    Finding& finding =
-        report.add(inText == characters.end() ? Severity::hint : Severity::warning, first,
-                   "the file is UTF-8: \"" + shown + "\" stands in " + std::to_string(shown.size()) +
-                       " bytes, and each is read as a character; the file has " +
-                       counted(characters.size(), "such character", "such characters"));
+    Finding& finding = report.add(inText == characters.end() ? Severity::hint : Severity::warning, first,
+                                  "the file is UTF-8: \"" + shown + "\" stands in " + std::to_string(shown.size()) +
+                                      " bytes, and each is read as a character; the file has " +
+                                      counted(characters.size(), "such character", "such characters"));
     if (!std::ranges::all_of(characters, [&](Span character) { return isLatin1(bytes, character); }))
         return; // ISO 8859-1 does not have them all
     for (const Span character : characters)
@@ -149,10 +152,11 @@ void checkUtf8Mark(const Context& context, Report& report)
     const Span mark{0, offset(kUtf8Mark.size())};
     const std::string_view line = bytes.substr(kUtf8Mark.size(), bytes.find_first_of("\r\n"));
     const bool hidesStart = line.substr(std::min(line.find_first_not_of(" \t"), line.size())).starts_with('#');
-    Finding& finding = hidesStart ? report.add(Severity::error, mark,
-                                               "the byte order mark of UTF-8 stands before #Profibus_DP: that line is not "
-                                               "recognised as the start of the section")
-                                  : report.add(mark, "the file begins with the byte order mark of UTF-8");
+    Finding& finding = hidesStart
+                           ? report.add(Severity::error, mark,
+                                        "the byte order mark of UTF-8 stands before #Profibus_DP: that line is not "
+                                        "recognised as the start of the section")
+                           : report.add(mark, "the file begins with the byte order mark of UTF-8");
     finding.mend.push_back({mark, ""});
 }
 
@@ -165,7 +169,8 @@ void checkNul(const Context& context, Report& report)
     if (first == bytes.npos || utf16Order(bytes))
         return;
     report.add({offset(first), offset(first + 1)},
-               "the file holds " + counted(static_cast<std::size_t>(std::ranges::count(bytes, '\0')), "NUL byte", "NUL bytes") +
+               "the file holds " +
+                   counted(static_cast<std::size_t>(std::ranges::count(bytes, '\0')), "NUL byte", "NUL bytes") +
                    "; a reader ends the line there");
 }
 
@@ -219,33 +224,42 @@ void checkMixedLineEnds(const Context& context, Report& report)
 
 constexpr Rule kRules[] = {
     {"utf-16", Severity::error, Group::encoding, "A GSD file is not UTF-16.",
-     "A GSD file has one byte for each character. Saved as UTF-16 (\"Unicode\" in some editors) every second byte is NUL, and no "
+     "A GSD file has one byte for each character. Saved as UTF-16 (\"Unicode\" in some editors) every second byte is "
+     "NUL, and no "
      "reader finds a keyword. Save it as ISO 8859-1 (\"ANSI\", \"Western\").",
      "FF FE 23 00 50 00 72 00", "23 50 72 6F (#Pro)", checkUtf16},
     {"utf-8", Severity::warning, Group::encoding, "A GSD file is not UTF-8.",
-     "A GSD file has one byte for each character. In UTF-8 a letter such as \"\xC3\xBC\" has two: device texts show two wrong "
-     "characters in its place, and a text may grow beyond its longest length. Save the file as ISO 8859-1. A file that has "
+     "A GSD file has one byte for each character. In UTF-8 a letter such as \"\xC3\xBC\" has two: device texts show "
+     "two wrong "
+     "characters in its place, and a text may grow beyond its longest length. Save the file as ISO 8859-1. A file that "
+     "has "
      "such letters only in comments is read as it is meant.",
      "Model_Name = \"Ger\xC3\xA4t\" ; 6 bytes", "Model_Name = \"Ger\xC3\xA4t\" ; 5 bytes", checkUtf8},
     {"utf-8-mark", Severity::warning, Group::encoding, "A GSD file does not begin with a byte order mark.",
-     "Three bytes (EF BB BF) that some editors put in front of UTF-8. When #Profibus_DP is the first line, they hide it and the "
+     "Three bytes (EF BB BF) that some editors put in front of UTF-8. When #Profibus_DP is the first line, they hide "
+     "it and the "
      "whole file is empty to a reader. Save the file without the mark.",
      "EF BB BF #Profibus_DP", "#Profibus_DP", checkUtf8Mark},
     {"nul-byte", Severity::error, Group::encoding, "A GSD file holds no NUL byte.",
-     "Readers take NUL for the end of the line; what follows is lost. It comes from a damaged copy or from a program that "
+     "Readers take NUL for the end of the line; what follows is lost. It comes from a damaged copy or from a program "
+     "that "
      "wrote more than its text.",
      "Max_Module = 4<NUL>", "Max_Module = 4", checkNul},
     {"cr-only-line-ends", Severity::error, Group::encoding, "Lines end in CR LF or LF.",
      "A file whose lines end in CR alone, as old Macintosh programs wrote them, is one single line to a reader.",
      "#Profibus_DP<CR>GSD_Revision = 1<CR>", "#Profibus_DP<CR><LF>GSD_Revision = 1<CR><LF>", checkCrOnly},
     {"mixed-line-ends", Severity::hint, Group::encoding, "All lines end in the same way.",
-     "CR LF and LF are both right, and readers take a file that has both. Editors and version control may change the whole file "
+     "CR LF and LF are both right, and readers take a file that has both. Editors and version control may change the "
+     "whole file "
      "without being asked, though. A CR that is followed by no LF ends no line.",
      "FMS_supp = 0<CR><LF>\nRedundancy = 0<LF>", "FMS_supp = 0<LF>\nRedundancy = 0<LF>", checkMixedLineEnds},
 };
 
 } // namespace
 
-std::span<const Rule> encodingRules() { return kRules; }
+std::span<const Rule> encodingRules()
+{
+    return kRules;
+}
 
 } // namespace typdescriptor::lint

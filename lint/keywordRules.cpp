@@ -17,7 +17,10 @@ using gsdfile::Statement;
 
 namespace {
 
-bool mayStand(const Keyword& keyword, BlockKind kind) { return (keyword.places & gsdfile::placeOf(kind)) != 0; }
+bool mayStand(const Keyword& keyword, BlockKind kind)
+{
+    return (keyword.places & gsdfile::placeOf(kind)) != 0;
+}
 
 std::string levelName(BlockKind kind)
 {
@@ -48,10 +51,12 @@ void checkUnknown(const Context& context, Report& report)
             if (isAssignment || statement.values.empty())
                 report.add(Severity::hint, place, message + "; readers skip it");
         } else if (!isWanted(*near, context, statement)) {
-            report.add(Severity::hint, place, message + "; it is like " + near->name + ", which has no place here or stands there already");
+            report.add(Severity::hint, place,
+                       message + "; it is like " + near->name + ", which has no place here or stands there already");
         } else {
-            const bool isMissing = std::string_view(near->duty).starts_with("mandatory");
-            Finding& finding = report.add(place, message + "; did you mean " + near->name + (isMissing ? ", which is missing?" : "?"));
+            const bool isMissing = std::string_view(near->duty) == "mandatory";
+            Finding& finding =
+                report.add(place, message + "; did you mean " + near->name + (isMissing ? ", which is missing?" : "?"));
             finding.mend.push_back({place, near->name});
         }
     }
@@ -68,8 +73,8 @@ constexpr Variant kVariants[] = {
     {"PrmTextRef", "Prm_Text_Ref", "", true},
     {"ChannelDiag", "Channel_Diag", "", true},
     {"Unit_Diag_!Bit", "Unit_Diag_Not_Bit", "; the library shows the text only when it is spelled so", false},
-    {"Module_Reference", "", "is not known to all readers: the reference of a module is a number alone on the line behind Module",
-     false},
+    {"Module_Reference", "",
+     "is not known to all readers: the reference of a module is a number alone on the line behind Module", false},
 };
 
 void checkVariant(const Context& context, Report& report)
@@ -101,7 +106,8 @@ void checkLetterCase(const Context& context, Report& report)
             edits.push_back({keywordPlace(context.document, statement), statement.keyword->name});
     if (edits.empty() || context.document.unit() != 1)
         return;
-    const std::string others = edits.size() == 1 ? "" : "; so are " + amount(edits.size() - 1, "other keyword", "other keywords");
+    const std::string others =
+        edits.size() == 1 ? "" : "; so are " + amount(edits.size() - 1, "other keyword", "other keywords");
     Finding& finding = report.add(edits.front().place, textAt(context.document, edits.front().place) + " is " +
                                                            edits.front().text + " in other letters" + others);
     finding.mend = std::move(edits);
@@ -128,11 +134,13 @@ void checkRevision(const Context& context, Report& report)
     const std::vector<Statement>& statements = context.document.statements();
     for (std::size_t i = 0; i < statements.size(); ++i) {
         const Keyword* keyword = statements[i].keyword;
-        if (!keyword || keyword->revision <= *stated || keyword->closes != BlockKind::none || !context.statements().isFirst(i))
+        if (!keyword || keyword->revision <= *stated || keyword->closes != BlockKind::none ||
+            !context.statements().isFirst(i))
             continue;
-        Finding& finding = report.add(keywordPlace(context.document, statements[i]),
-                                      std::string(keyword->name) + " came with revision " + std::to_string(keyword->revision) +
-                                          "; the file states " + std::to_string(*stated));
+        Finding& finding =
+            report.add(keywordPlace(context.document, statements[i]),
+                       std::string(keyword->name) + " came with revision " + std::to_string(keyword->revision) +
+                           "; the file states " + std::to_string(*stated));
         finding.notes.push_back({place, "the revision of the file"});
     }
 }
@@ -188,12 +196,13 @@ void checkPlace(const Context& context, Report& report)
         const Block* block = statement.block == gsdfile::kNone ? nullptr : &document.blocks()[statement.block];
         if (block && block->closing == gsdfile::kNone && mayStand(*keyword, BlockKind::none))
             continue; // the block that is not closed is the fault
-        Finding& finding = report.add(keyword->sureness == gsdfile::Sureness::sure ? Severity::error : Severity::warning,
-                                      keywordPlace(document, statement),
-                                      std::string(keyword->name) + " stands " + levelName(kind) + "; it belongs " +
-                                          wherePossible(*keyword));
+        Finding& finding = report.add(
+            keyword->sureness == gsdfile::Sureness::sure ? Severity::error : Severity::warning,
+            keywordPlace(document, statement),
+            std::string(keyword->name) + " stands " + levelName(kind) + "; it belongs " + wherePossible(*keyword));
         if (block)
-            finding.notes.push_back({keywordPlace(document, document.statements()[block->opening]), "the block begins here"});
+            finding.notes.push_back(
+                {keywordPlace(document, document.statements()[block->opening]), "the block begins here"});
     }
 }
 
@@ -207,9 +216,10 @@ void checkClosed(const Context& context, Report& report)
         const bool isAtEnd = block.end >= statements.size();
         const Statement& behind = isAtEnd ? statements.back() : statements[block.end];
         const std::string missing = gsdfile::closingName(block.kind);
-        Finding& finding = report.add(behind.keywordToken == gsdfile::kNone ? spanOf(document.tokens()[behind.firstToken])
-                                                                            : keywordPlace(document, behind),
-                                      missing + (isAtEnd ? " is missing at the end of the file" : " is missing before this line"));
+        Finding& finding =
+            report.add(behind.keywordToken == gsdfile::kNone ? spanOf(document.tokens()[behind.firstToken])
+                                                             : keywordPlace(document, behind),
+                       missing + (isAtEnd ? " is missing at the end of the file" : " is missing before this line"));
         finding.notes.push_back({keywordPlace(document, statements[block.opening]),
                                  std::string(gsdfile::openingName(block.kind)) + " begins here"});
     }
@@ -225,37 +235,44 @@ void checkEnd(const Context& context, Report& report)
     for (std::size_t i = 0; i < statements.size(); ++i) {
         const Keyword* keyword = statements[i].keyword;
         if (keyword && keyword->closes != BlockKind::none && !closes[i])
-            report.add(keywordPlace(context.document, statements[i]), std::string(keyword->name) + " closes nothing: no " +
-                                                                          gsdfile::openingName(keyword->closes) +
-                                                                          " is open here");
+            report.add(keywordPlace(context.document, statements[i]),
+                       std::string(keyword->name) + " closes nothing: no " + gsdfile::openingName(keyword->closes) +
+                           " is open here");
     }
 }
 
 constexpr Rule kRules[] = {
     {"unknown-keyword", Severity::warning, Group::form, "A keyword is one of the format's.",
-     "Readers skip a keyword that they do not know, so a misspelt one is silently without effect, and a mandatory one is missing. "
-     "When a keyword of the format is near and would be right in that place, it is named. Without one this is a hint: makers add "
+     "Readers skip a keyword that they do not know, so a misspelt one is silently without effect, and a mandatory one "
+     "is missing. "
+     "When a keyword of the format is near and would be right in that place, it is named. Without one this is a hint: "
+     "makers add "
      "keywords of their own, which does no harm.",
      "Max_Diag_Data_Length = 16", "Max_Diag_Data_Len = 16", checkUnknown},
     {"field-spelling", Severity::warning, Group::form, "A keyword is spelled as the format spells it.",
      "Some misspellings are so common that a number of readers take them: PrmTextRef for Prm_Text_Ref, ChannelDiag for "
-     "Channel_Diag. The spelling of the format is understood by all. Module_Reference is no keyword of the format: the reference of "
+     "Channel_Diag. The spelling of the format is understood by all. Module_Reference is no keyword of the format: the "
+     "reference of "
      "a module stands alone on the line behind Module.",
      "ChannelDiag(16) = \"No supply\"", "Channel_Diag(16) = \"No supply\"", checkVariant},
     {"letter-case", Severity::hint, Group::form, "Keywords are written with the format's capital and small letters.",
-     "Readers compare keywords without regard to case, so this harms nobody; files are easier to search and to compare when all are "
+     "Readers compare keywords without regard to case, so this harms nobody; files are easier to search and to compare "
+     "when all are "
      "written alike. One finding stands for the whole file.",
      "gsd_revision = 3", "GSD_Revision = 3", checkLetterCase},
     {"extension-keyword", Severity::hint, Group::form, "A keyword is one that all readers know.",
-     "The library reads some keywords that are not part of the format. Other readers skip them, so the device must be complete "
+     "The library reads some keywords that are not part of the format. Other readers skip them, so the device must be "
+     "complete "
      "without them. One finding stands for all statements of a keyword.",
      "Preset = 1", "; the module is plugged from the start", checkExtension},
     {"newer-than-revision", Severity::hint, Group::form, "A keyword is not newer than the file's GSD_Revision.",
-     "A reader may know no more than what the stated revision has. Raise GSD_Revision, or leave the keyword out. For some keywords "
+     "A reader may know no more than what the stated revision has. Raise GSD_Revision, or leave the keyword out. For "
+     "some keywords "
      "the revision that brought them is not certain. One finding stands for all statements of a keyword.",
      "GSD_Revision = 1\nDPV1_Slave = 1", "GSD_Revision = 3\nDPV1_Slave = 1", checkRevision},
     {"master-keyword", Severity::warning, Group::form, "The file of a slave has no keywords of masters.",
-     "Keywords such as Download_supp or Max_MPS_Length describe a master of class 1. In the file of a slave they have no effect; they "
+     "Keywords such as Download_supp or Max_MPS_Length describe a master of class 1. In the file of a slave they have "
+     "no effect; they "
      "are left over from a template, as a rule.",
      "Station_Type = 0\nMax_MPS_Length = 0", "Station_Type = 0", checkMaster},
     {"duplicate-keyword", Severity::error, Group::form, "A keyword that may stand once stands once.",
@@ -263,19 +280,22 @@ constexpr Rule kRules[] = {
      "Max_Module = 4\nMax_Module = 8", "Max_Module = 8", checkDuplicate},
     {"wrong-place", Severity::error, Group::form, "A keyword stands on the level or in the block where it belongs.",
      "In another place readers refuse it, skip it or take it for something else.",
-     "Module = \"DI 8\" 0x10\nVendor_Name = \"Halden\"\nEndModule", "Vendor_Name = \"Halden\"\nModule = \"DI 8\" 0x10\nEndModule",
-     checkPlace},
+     "Module = \"DI 8\" 0x10\nVendor_Name = \"Halden\"\nEndModule",
+     "Vendor_Name = \"Halden\"\nModule = \"DI 8\" 0x10\nEndModule", checkPlace},
     {"block-not-closed", Severity::error, Group::form, "A block ends with its end keyword.",
      "Without it everything that follows belongs to the block, and readers refuse the file or lose the rest.",
-     "PrmText = 1\nText(0) = \"off\"\nModule = \"DI 8\" 0x10", "PrmText = 1\nText(0) = \"off\"\nEndPrmText\nModule = \"DI 8\" 0x10",
-     checkClosed},
+     "PrmText = 1\nText(0) = \"off\"\nModule = \"DI 8\" 0x10",
+     "PrmText = 1\nText(0) = \"off\"\nEndPrmText\nModule = \"DI 8\" 0x10", checkClosed},
     {"end-without-block", Severity::error, Group::form, "An end keyword closes a block.",
-     "Either the line that opens the block is missing or misspelt, or the end stands twice.", "EndModule\nEndModule", "EndModule",
-     checkEnd},
+     "Either the line that opens the block is missing or misspelt, or the end stands twice.", "EndModule\nEndModule",
+     "EndModule", checkEnd},
 };
 
 } // namespace
 
-std::span<const Rule> keywordRules() { return kRules; }
+std::span<const Rule> keywordRules()
+{
+    return kRules;
+}
 
 } // namespace typdescriptor::lint

@@ -80,7 +80,8 @@ void checkLength(const Context& context, Report& report)
     }
     if (!first)
         return;
-    std::string others = count == 1 ? "" : "; the file has " + amount(count - 1, "more line", "more lines") + " above 80";
+    std::string others =
+        count == 1 ? "" : "; the file has " + amount(count - 1, "more line", "more lines") + " above 80";
     report.add({first->begin, first->end},
                "the line has " + std::to_string(length(*first)) + " characters; the format allows 80" + others);
 }
@@ -147,28 +148,34 @@ void checkAllowances(const Context& context, Report& report)
 }
 
 constexpr Rule kRules[] = {
-    {"section-start-missing", Severity::error, Group::form, "A line with nothing but #Profibus_DP begins the description.",
+    {"section-start-missing", Severity::error, Group::form,
+     "A line with nothing but #Profibus_DP begins the description.",
      "What stands before #Profibus_DP is free text to every reader. A file without that line describes nothing.",
      "GSD_Revision = 1", "#Profibus_DP\nGSD_Revision = 1", checkStart},
     {"section-start-twice", Severity::error, Group::form, "#Profibus_DP stands once.",
-     "The next line that begins with # ends the section, so what follows a second #Profibus_DP is read by some and skipped by "
+     "The next line that begins with # ends the section, so what follows a second #Profibus_DP is read by some and "
+     "skipped by "
      "others. It is left over, as a rule, when files were put together.",
      "#Profibus_DP\nGSD_Revision = 1\n#Profibus_DP", "#Profibus_DP\nGSD_Revision = 1", checkSecondStart},
     {"line-too-long", Severity::hint, Group::form, "A line has 80 characters at most.",
-     "The format allows 80 characters in a line, each line of a continued statement counted by itself. Nearly all readers take "
+     "The format allows 80 characters in a line, each line of a continued statement counted by itself. Nearly all "
+     "readers take "
      "longer ones. End the line with a backslash and go on in the next. One finding stands for the whole file.",
-     "User_Prm_Data = 0x00, 0x00, and so on for more than 80 characters", "User_Prm_Data = 0x00, 0x00, \\\n    0x00, 0x00",
-     checkLength},
+     "User_Prm_Data = 0x00, 0x00, and so on for more than 80 characters",
+     "User_Prm_Data = 0x00, 0x00, \\\n    0x00, 0x00", checkLength},
     {"no-statement", Severity::warning, Group::form, "A line is a statement, a comment or empty.",
-     "A comment begins with a semicolon. A line that begins with something else than a keyword is often a comment without it, or "
+     "A comment begins with a semicolon. A line that begins with something else than a keyword is often a comment "
+     "without it, or "
      "the second half of a statement whose first line lacks its backslash. Readers skip it or refuse the file.",
      "Rates:\n9.6_supp = 1", "; Rates:\n9.6_supp = 1", checkStatement},
     {"stray-character", Severity::error, Group::form, "A statement has no characters without a meaning.",
-     "Behind a value only a comma, a comment or a backslash at the line's end can follow. Readers refuse the rest, or lose what "
+     "Behind a value only a comma, a comment or a backslash at the line's end can follow. Readers refuse the rest, or "
+     "lose what "
      "stands behind it.",
      "Max_Module = 4 !", "Max_Module = 4 ; !", checkStrays},
     {"unknown-rule-allowed", Severity::warning, Group::form, "A comment \"typdesc: allow\" names rules that exist.",
-     "The comment keeps quiet what the rules it names find in the statement of its line. A name that no rule has keeps nothing "
+     "The comment keeps quiet what the rules it names find in the statement of its line. A name that no rule has keeps "
+     "nothing "
      "quiet.",
      "Max_Module = 250 ; typdesc: allow value-out-of-rage", "Max_Module = 250 ; typdesc: allow value-out-of-range",
      checkAllowances},
@@ -176,6 +183,9 @@ constexpr Rule kRules[] = {
 
 } // namespace
 
-std::span<const Rule> lineRules() { return kRules; }
+std::span<const Rule> lineRules()
+{
+    return kRules;
+}
 
 } // namespace typdescriptor::lint

@@ -12,7 +12,10 @@
 
 namespace typdescriptor::lint {
 
-inline Span spanOf(const gsdfile::Token& token) { return {token.begin, token.end}; }
+inline Span spanOf(const gsdfile::Token& token)
+{
+    return {token.begin, token.end};
+}
 
 inline Span keywordPlace(const gsdfile::Document& document, const gsdfile::Statement& statement)
 {

@@ -9,7 +9,10 @@ using gsdfile::Statement;
 
 namespace {
 
-std::size_t rowOf(const Keyword& keyword) { return static_cast<std::size_t>(&keyword - gsdfile::keywords().data()); }
+std::size_t rowOf(const Keyword& keyword)
+{
+    return static_cast<std::size_t>(&keyword - gsdfile::keywords().data());
+}
 
 } // namespace
 

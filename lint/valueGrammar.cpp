@@ -18,9 +18,8 @@ constexpr Item kModule[] = {{Want::text, 1, 1, "name"}, {Want::number, 1, 244, "
 constexpr Item kKgpModule[] = {{Want::text, 1, 1, "name"}, {Want::number, 5, 5, "byte"}};
 constexpr Item kKgpGui[] = {{Want::text, 1, 1, "text"}, {Want::number, 3, 3, "byte"}};
 constexpr Item kDefinition[] = {{Want::number, 1, 1, "reference"}, {Want::text, 1, 1, "name"}};
-constexpr Item kSlot[] = {{Want::text, 1, 1, "name"},
-                          {Want::number, 1, 1, "default module"},
-                          {Want::limits, 1, kMany, "allowed module"}};
+constexpr Item kSlot[] = {
+    {Want::text, 1, 1, "name"}, {Want::number, 1, 1, "default module"}, {Want::limits, 1, kMany, "allowed module"}};
 constexpr Item kLimits[] = {{Want::number, 1, 1, "default"}, {Want::limits, 0, kMany, "limit"}};
 
 } // namespace

@@ -32,7 +32,10 @@ bool hasFault(const Statement& statement, FaultKind kind)
     return std::ranges::find(statement.faults, kind, &gsdfile::Fault::kind) != statement.faults.end();
 }
 
-Span faultPlace(const Document& document, const gsdfile::Fault& fault) { return spanOf(document.tokens()[fault.token]); }
+Span faultPlace(const Document& document, const gsdfile::Fault& fault)
+{
+    return spanOf(document.tokens()[fault.token]);
+}
 
 bool takesArgument(const Keyword& keyword)
 {
@@ -68,7 +71,8 @@ void checkForm(const Context& context, Report& report)
         if (!statement.argument && takesArgument(keyword))
             report.add(keywordPlace(document, statement), name + " has no number in parentheses behind it");
         if (statement.argument && !takesArgument(keyword))
-            report.add(spanOf(document.tokens()[statement.argument->openToken]), name + " takes nothing in parentheses");
+            report.add(spanOf(document.tokens()[statement.argument->openToken]),
+                       name + " takes nothing in parentheses");
         for (const gsdfile::Fault& fault : statement.faults) {
             if (fault.kind == FaultKind::secondEquals)
                 report.add(faultPlace(document, fault), "a second \"=\"");
@@ -113,9 +117,10 @@ void checkMissing(const Context& context, Report& report)
                     return;
                 isReported = true;
                 const std::string found = item.least > 1 ? "; " + std::to_string(values.size()) + " found" : "";
-                report.add(lastPlace(document, statement),
-                           sentence(*item.name == '\0' ? "the value of " + std::string(keyword.name) : nameOf(keyword, item)) +
-                               " is missing: " + wanted(item) + found);
+                report.add(
+                    lastPlace(document, statement),
+                    sentence(*item.name == '\0' ? "the value of " + std::string(keyword.name) : nameOf(keyword, item)) +
+                        " is missing: " + wanted(item) + found);
             },
             [](std::span<const Value>) {});
         for (const gsdfile::Fault& fault : statement.faults)
@@ -200,23 +205,28 @@ struct NumberSet {
 
 const std::vector<NumberSet>& numberSets()
 {
-    static const std::vector<Range> bases = {{375, 375}, {750, 750}, {1500, 1500}, {3000, 3000}, {6000, 6000}, {12000, 12000}};
+    static const std::vector<Range> bases = {{375, 375},   {750, 750},   {1500, 1500},
+                                             {3000, 3000}, {6000, 6000}, {12000, 12000}};
     static const std::vector<NumberSet> sets = {
         {"TBASE_DP", "375, 750, 1500, 3000, 6000 and 12000", bases},
         {"TBASE_IO", "375, 750, 1500, 3000, 6000 and 12000", bases},
         {"Alarm_Sequence_Mode_Count", "0 and 2 to 32", {{0, 0}, {2, 32}}},
         {"C2_Max_Data_Len", "0 and 48 to 240", {{0, 0}, {48, 240}}},
         {"Max_Initiate_PDU_Length", "0 and 52 to 244", {{0, 0}, {52, 244}}},
-        {"Protocol_Ident", "0 and 16 to 255", {{0, 0}, {16, 255}}},
-        {"Slave_Redundancy_supp", "0, 1, 8 and 9", {{0, 1}, {8, 9}}},
     };
     return sets;
 }
 
 // Their types are certain and their ranges likely.
-constexpr std::string_view kLikelyRanges[] = {"GSD_Revision", "Min_Slave_Intervall", "Max_Module", "Protocol_Ident",
-                                              "Physical_Interface", "Slave_Redundancy_supp", "Subsys_Dir_Index",
-                                              "Subsys_Module_Dir_Index", "Slave_Family", "Slot"};
+constexpr std::string_view kLikelyRanges[] = {"GSD_Revision",
+                                              "Min_Slave_Intervall",
+                                              "Max_Module",
+                                              "Physical_Interface",
+                                              "Slave_Redundancy_supp",
+                                              "Subsys_Dir_Index",
+                                              "Subsys_Module_Dir_Index",
+                                              "Slave_Family",
+                                              "Slot"};
 
 Severity rangeSeverity(const Keyword& keyword)
 {
@@ -290,20 +300,22 @@ std::size_t characters(const std::string& text, gsdfile::Encoding encoding)
 void checkLength(const Context& context, Report& report)
 {
     const Document& document = context.document;
-    forEachValue(context, [&](const Statement& statement, const Keyword& keyword, const Item& item, const Value& value) {
-        if (item.want != Want::text || value.kind != Value::string || keyword.maxText == 0 ||
-            hasFault(statement, FaultKind::openQuote))
-            return;
-        const std::size_t length = characters(value.content, document.encoding());
-        const std::string most = std::to_string(keyword.maxText);
-        const Severity severity = keyword.sureness == gsdfile::Sureness::sure ? Severity::error : Severity::warning;
-        const std::string name = sentence(nameOf(keyword, item));
-        if (length > keyword.maxText)
-            report.add(severity, valuePlace(document, value),
-                       name + " has " + std::to_string(length) + " characters; at most " + most + " are allowed");
-        if (length == 0)
-            report.add(severity, valuePlace(document, value), name + " is empty; 1 to " + most + " characters are allowed");
-    });
+    forEachValue(
+        context, [&](const Statement& statement, const Keyword& keyword, const Item& item, const Value& value) {
+            if (item.want != Want::text || value.kind != Value::string || keyword.maxText == 0 ||
+                hasFault(statement, FaultKind::openQuote))
+                return;
+            const std::size_t length = characters(value.content, document.encoding());
+            const std::string most = std::to_string(keyword.maxText);
+            const Severity severity = keyword.sureness == gsdfile::Sureness::sure ? Severity::error : Severity::warning;
+            const std::string name = sentence(nameOf(keyword, item));
+            if (length > keyword.maxText)
+                report.add(severity, valuePlace(document, value),
+                           name + " has " + std::to_string(length) + " characters; at most " + most + " are allowed");
+            if (length == 0)
+                report.add(severity, valuePlace(document, value),
+                           name + " is empty; 1 to " + most + " characters are allowed");
+        });
 }
 
 void checkVisible(const Context& context, Report& report)
@@ -315,21 +327,24 @@ void checkVisible(const Context& context, Report& report)
         if (control == value.content.end())
             return;
         const int code = static_cast<unsigned char>(*control);
-        report.add(valuePlace(document, value), sentence(nameOf(keyword, item)) + " has a character that nobody can see: " +
+        report.add(valuePlace(document, value), sentence(nameOf(keyword, item)) +
+                                                    " has a character that nobody can see: " +
                                                     (code == '\t' ? "a tab" : "code " + std::to_string(code)));
     });
 }
 
 constexpr Rule kRules[] = {
     {"wrong-form", Severity::error, Group::form, "A statement has the form of its keyword.",
-     "Most keywords stand before \"=\" and a value. Block ends and a few others stand alone, data types have no \"=\", and some "
+     "Most keywords stand before \"=\" and a value. Block ends and a few others stand alone, data types have no \"=\", "
+     "and some "
      "keywords need a number in parentheses. Written otherwise, a statement is refused or skipped.",
      "Station_Type 0\nUnit_Diag_Bit = \"Fault\"", "Station_Type = 0\nUnit_Diag_Bit(0) = \"Fault\"", checkForm},
     {"missing-value", Severity::error, Group::form, "A statement has all the values of its keyword.",
-     "A keyword without its value describes nothing, and readers refuse it or take 0.", "Station_Type =\nModule = \"DI 8\"",
-     "Station_Type = 0\nModule = \"DI 8\" 0x10", checkMissing},
+     "A keyword without its value describes nothing, and readers refuse it or take 0.",
+     "Station_Type =\nModule = \"DI 8\"", "Station_Type = 0\nModule = \"DI 8\" 0x10", checkMissing},
     {"surplus-value", Severity::error, Group::form, "A statement has no more values than its keyword takes.",
-     "What follows the last value that the keyword takes is refused by some readers and overlooked by others. A comment begins with a "
+     "What follows the last value that the keyword takes is refused by some readers and overlooked by others. A "
+     "comment begins with a "
      "semicolon; a comma announces another value.",
      "Max_Module = 4, 8\nFMS_supp = 0 DP only", "Max_Module = 4\nFMS_supp = 0 ; DP only", checkSurplus},
     {"malformed-number", Severity::error, Group::form, "A number is decimal, or 0x and hexadecimal digits.",
@@ -339,10 +354,13 @@ constexpr Rule kRules[] = {
      "A text begins and ends with a double quote in one statement and has none inside: there is no way to write one.",
      "Vendor_Name = \"Halden\nRevision = 1.0", "Vendor_Name = \"Halden\"\nRevision = \"1.0\"", checkText},
     {"value-out-of-range", Severity::error, Group::form, "A number is in the range of its keyword.",
-     "A value outside cannot be sent, or means nothing. Where the range is not certain for every revision this is a warning.",
+     "A value outside cannot be sent, or means nothing. Where the range is not certain for every revision this is a "
+     "warning.",
      "Max_Input_Len = 249\nFreeze_Mode_supp = 2", "Max_Input_Len = 244\nFreeze_Mode_supp = 1", checkRange},
-    {"text-too-long", Severity::error, Group::form, "A text has as many characters as its keyword allows, and at least one.",
-     "Names and texts have 1 to 32 characters, names of pictures 1 to 8, help texts and Info_Text 1 to 256. Some readers cut longer "
+    {"text-too-long", Severity::error, Group::form,
+     "A text has as many characters as its keyword allows, and at least one.",
+     "Names and texts have 1 to 32 characters, names of pictures 1 to 8, help texts and Info_Text 1 to 256. Some "
+     "readers cut longer "
      "ones, others refuse the file.",
      "Bitmap_Device = \"HALDENDI8\"", "Bitmap_Device = \"HALDENDI\"", checkLength},
     {"invisible-character", Severity::warning, Group::form, "Texts have visible characters only.",
@@ -352,6 +370,9 @@ constexpr Rule kRules[] = {
 
 } // namespace
 
-std::span<const Rule> valueRules() { return kRules; }
+std::span<const Rule> valueRules()
+{
+    return kRules;
+}
 
 } // namespace typdescriptor::lint

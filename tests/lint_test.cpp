@@ -39,9 +39,12 @@ std::vector<lint::Finding> findingsIn(const std::string& bytes, const std::files
 
 std::string lineOf(const gsdfile::Document& document, lint::Span place, const std::string& text)
 {
-    const auto [line, column] = document.positionOf(place.begin);
-    return std::to_string(line) + ':' + std::to_string(column) + '-' + std::to_string(document.positionOf(place.end).column) +
-           ": " + text + '\n';
+    if (place == lint::Span{})
+        return "file: " + text + '\n';
+    const gsdfile::Place begin = document.place(place.begin), end = document.place(place.end);
+    const std::string to = begin.line == end.line ? "" : std::to_string(end.line) + ':';
+    return std::to_string(begin.line) + ':' + std::to_string(begin.character) + '-' + to +
+           std::to_string(end.character) + ": " + text + '\n';
 }
 
 std::string shown(const std::string& bytes, const std::vector<lint::Finding>& findings)
@@ -121,7 +124,8 @@ TEST(Lint, PlacesLieInTheFile)
 {
     for (const auto& path : cases()) {
         const std::string whole = fileContents(path.string());
-        for (std::size_t size = 0; size <= whole.size(); size += 7) // and of every beginning of a file, as far as it goes
+        for (std::size_t size = 0; size <= whole.size();
+             size += 7) // and of every beginning of a file, as far as it goes
             for (const lint::Finding& finding : findingsIn(whole.substr(0, size), path)) {
                 EXPECT_LE(finding.place.begin, finding.place.end);
                 EXPECT_LE(finding.place.end, size);
