@@ -94,15 +94,25 @@ bool isAllowed(const TypeLine& type, std::int64_t value)
     return lowest <= value && value <= highest;
 }
 
+// What a type holds is told by the rule about ranges of values; how many bits there are is seen here.
+constexpr std::string_view kBitArea = "BitArea";
+
+bool fitsType(const TypeLine& type, std::int64_t value)
+{
+    return type.lowest <= value && value <= type.highest;
+}
+
 void checkPresets(const Context& context, Report& report)
 {
     forEachType(context.device(), [&report](const TypeLine& type) {
         if (!type.preset || isReversed(type) || isAllowed(type, type.preset->value))
             return;
         const std::string value = std::to_string(type.preset->value);
-        if (type.limits.empty() || type.preset->value < type.lowest || type.preset->value > type.highest) {
-            report.add(type.preset->place, "the default " + value + " is outside of " + std::string(type.keyword) +
-                                               ", which holds " + rangeText(type.lowest, type.highest));
+        if (!fitsType(type, type.preset->value)) {
+            if (type.keyword == kBitArea)
+                report.add(type.preset->place, "the default " + value + " does not fit into " +
+                                                   counted(type.bitCount, "bit", "bits") + ", which hold " +
+                                                   rangeText(type.lowest, type.highest));
             return;
         }
         const std::string allowed = type.isRange ? "outside of " + rangeText(type.limits[0].value, type.limits[1].value)
@@ -125,10 +135,13 @@ void checkRanges(const Context& context, Report& report)
 void checkLimits(const Context& context, Report& report)
 {
     forEachType(context.device(), [&report](const TypeLine& type) {
+        if (type.keyword != kBitArea)
+            return;
         for (const Number& limit : type.limits)
-            if (limit.value < type.lowest || limit.value > type.highest)
-                report.add(limit.place, std::to_string(limit.value) + " is outside of " + std::string(type.keyword) +
-                                            ", which holds " + rangeText(type.lowest, type.highest));
+            if (!fitsType(type, limit.value))
+                report.add(limit.place, std::to_string(limit.value) + " does not fit into " +
+                                            counted(type.bitCount, "bit", "bits") + ", which hold " +
+                                            rangeText(type.lowest, type.highest));
     });
 }
 
@@ -144,14 +157,10 @@ void checkLists(const Context& context, Report& report)
 
 void checkBits(const Context& context, Report& report)
 {
-    constexpr std::string_view kArea = "BitArea";
     for (const Definition& definition : context.device().definitions)
         for (const TypeLine& type : definition.types)
-            if (!type.isKnown)
-                report.add(type.argument,
-                           type.keyword == kArea
-                               ? "BitArea(first-last) takes two bits from 0 to 7, the first below the last"
-                               : "Bit(n) takes one bit from 0 to 7");
+            if (type.hasReversedBits)
+                report.add(type.argument, "the first bit of a BitArea is below its last; a single bit is Bit(n)");
 }
 
 void checkTextReferences(const Context& context, Report& report)
@@ -291,16 +300,15 @@ constexpr Rule kRules[] = {
     {"reversed-range", Severity::error, Group::consistency, "The minimum of a parameter is not above its maximum.",
      "A range is written minimum-maximum. The other way round it allows no value at all.", "Unsigned8 2 3-0",
      "Unsigned8 2 0-3", checkRanges},
-    {"limit-outside-type", Severity::error, Group::consistency, "The allowed values of a parameter fit its data type.",
-     "Unsigned8 holds 0 to 255, Signed16 -32768 to 32767, n bits 0 to 2^n - 1. A limit beyond it can never be reached.",
-     "BitArea(0-1) 0 0-4", "BitArea(0-1) 0 0-3", checkLimits},
+    {"limit-beyond-bits", Severity::error, Group::consistency, "The allowed values of a BitArea fit into its bits.",
+     "n bits hold 0 to 2^n - 1. A limit beyond it can never be reached.", "BitArea(0-1) 0 0-4", "BitArea(0-1) 0 0-3",
+     checkLimits},
     {"long-value-list", Severity::warning, Group::consistency, "A list of allowed values has at most 16 of them.",
      "Readers keep no more than 16 values, and some refuse the line. A range does it where the values have no gaps.",
      "Unsigned8 0 0,1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16", "Unsigned8 0 0-16", checkLists},
-    {"bit-position", Severity::error, Group::consistency,
-     "Bit and BitArea name bits from 0 to 7, the first below the last.",
-     "The bits are those of the byte that Ext_User_Prm_Data_Ref names. A single bit is Bit(n).", "BitArea(4-2) 0 0-7",
-     "BitArea(2-4) 0 0-7", checkBits},
+    {"reversed-bits", Severity::error, Group::consistency, "The first bit of a BitArea is below its last.",
+     "The bits are those of the byte that Ext_User_Prm_Data_Ref names, 0 to 7. A single bit is Bit(n).",
+     "BitArea(4-2) 0 0-7", "BitArea(2-4) 0 0-7", checkBits},
     {"unknown-text-reference", Severity::error, Group::consistency,
      "Prm_Text_Ref names a PrmText block that stands before.",
      "Readers look the block up when they read the reference. One that stands further down is not found by them.",

@@ -63,10 +63,8 @@ private:
     {
         const std::size_t close = argument.closeToken != gsdfile::kNone ? argument.closeToken : argument.openToken;
         _statement.argumentPlace = {placeOfToken(argument.openToken).begin, placeOfToken(close).end};
-        if (argument.first.token == gsdfile::kNone)
-            return;
         _statement.argument.push_back(numberOf(argument.first));
-        if (argument.last && argument.last->token != gsdfile::kNone)
+        if (argument.last)
             _statement.argument.push_back(numberOf(*argument.last));
     }
 

@@ -68,6 +68,7 @@ struct TypeLine {
     unsigned bitCount = 8;
     bool isBits = false; // Bit and BitArea: the byte may be shared
     bool isKnown = true; // false: the argument is not one to go by
+    bool hasReversedBits = false;
     std::optional<Number> preset;
     std::vector<Number> limits; // the two of a range, or the values of a list
     bool isRange = false;

@@ -33,6 +33,7 @@ void setBits(TypeLine& type, const Statement& statement)
     type.isBits = true;
     type.isKnown = bits.size() == (isArea ? 2U : 1U) && bits.front().value >= 0 && bits.back().value < kBitsOfByte &&
                    (!isArea || bits.front().value < bits.back().value);
+    type.hasReversedBits = isArea && bits.size() == 2 && bits.front().value >= bits.back().value;
     if (!type.isKnown)
         return;
     type.firstBit = static_cast<unsigned>(bits.front().value);

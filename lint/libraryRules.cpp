@@ -15,6 +15,7 @@
 #include "gsdfile/keywords.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <vector>
 
@@ -41,9 +42,8 @@ Finding* sameFault(Report& report, Span statement, Span token)
 }
 
 // Tells why the library refuses the file, at the finding of another rule where there is one.
-void tellRefusal(int code, Span statement, const Reason& reason, const char* what, Report& report)
+void tellRefusal(int code, const Reason& reason, const char* what, Finding* known, Report& report)
 {
-    Finding* known = sameFault(report, statement, reason.place);
     if (known == nullptr) {
         Finding& finding = report.add(reason.place, reason.why);
         finding.code = code;
@@ -55,6 +55,88 @@ void tellRefusal(int code, Span statement, const Reason& reason, const char* wha
     known->notes.push_back({reason.place, std::string(what) + ": " + reason.why});
 }
 
+// What the library needs, in the order of the marks that it leaves, and the rule that misses the same.
+struct Needed {
+    const char* what;
+    const char* rule;
+};
+
+constexpr const char* kMissing = "missing-mandatory-keyword";
+
+constexpr std::array<Needed, LibraryVerdict::kMandatory> kNeeded = {{
+    {"Vendor_Name", kMissing},
+    {"Model_Name", kMissing},
+    {"Revision", kMissing},
+    {"Ident_Number", kMissing},
+    {"Protocol_Ident", kMissing},
+    {"Station_Type", kMissing},
+    {"Hardware_Release", kMissing},
+    {"Software_Release", kMissing},
+    {"Module", kMissing},
+    {"Min_Slave_Intervall", kMissing},
+    {"a rate (9.6_supp to 12M_supp)", "no-rate-supported"},
+    {"a MaxTsdr", ""},
+    {"Max_Module", kMissing},
+    {"Max_Input_Len", kMissing},
+    {"Max_Output_Len", kMissing},
+    {"Max_Data_Len", kMissing},
+    {"Slave_Family", kMissing},
+    {"Max_Diag_Data_Len", kMissing},
+}};
+
+// Whether another rule misses the same; its finding then has the library's code.
+bool isMissedByRule(const Needed& needed, Report& report)
+{
+    const std::string_view rule = needed.rule;
+    const std::string message = std::string(needed.what) + " is missing";
+    for (Finding& finding : report.findings()) {
+        if (finding.rule->name != rule || (rule == kMissing && !finding.message.starts_with(message)))
+            continue;
+        finding.code = kErrGsdMandatory;
+        finding.severity = Severity::error;
+        return true;
+    }
+    return false;
+}
+
+void tellMissing(const LibraryVerdict& verdict, Report& report)
+{
+    std::string names;
+    for (std::size_t i = 0; i < kNeeded.size(); ++i)
+        if (verdict.mandatory[i] == 0 && !isMissedByRule(kNeeded[i], report))
+            names.append(names.empty() ? "" : ", ").append(kNeeded[i].what);
+    if (!names.empty())
+        report.add({}, "the library needs what the file does not have: " + names).code = kErrGsdMandatory;
+}
+
+// The spellings that the library takes with a warning: the rule about them gets the code.
+void addSpellingCodes(const Context& context, const LibraryVerdict& verdict, Report& report)
+{
+    for (const GSD_WARNING_ITEM& warning : verdict.warnings) {
+        if (warning.code != kWarnPrmTextRef && warning.code != kWarnChannelDiag)
+            continue;
+        const Entry* entry = entryAt(context.device(), context.document.bytes(), static_cast<long>(warning.lineNumber));
+        for (Finding& finding : report.findings())
+            if (entry != nullptr && finding.place == entry->place &&
+                finding.rule->name == std::string_view("field-spelling"))
+                finding.code = warning.code;
+    }
+}
+
+// The finding of the rule that tells the same about the file or a block as a whole.
+Finding* wholeFault(int code, Span block, Report& report)
+{
+    for (Finding& finding : report.findings()) {
+        const std::string_view rule = finding.rule->name;
+        if (code == kErrGsdNoSection && rule == "section-start-missing")
+            return &finding;
+        const bool isOpenBlock = code == kErrGsdSyntax && block.end > 0 && rule == "block-not-closed";
+        if (isOpenBlock && std::ranges::find(finding.notes, block, &Note::place) != finding.notes.end())
+            return &finding;
+    }
+    return nullptr;
+}
+
 void checkCompilation(const Context& context, Report& report)
 {
     const LibraryVerdict* verdict = context.verdict();
@@ -63,17 +145,24 @@ void checkCompilation(const Context& context, Report& report)
                    "the library cannot be asked about the file: no temporary file can be written for it");
         return;
     }
+    addSpellingCodes(context, *verdict, report);
     if (verdict->isCompiled)
         return;
+    if (verdict->code == kErrGsdMandatory) {
+        tellMissing(*verdict, report);
+        return;
+    }
     const DeviceIndex& device = context.device();
     const RefusedLine line = refusedLine(device, context.document.bytes(), verdict->line);
     const Reason reason = reasonOf(*verdict, line, device);
-    // Where the fault may be told already: a block without content at its beginning, an open one there as well.
-    const bool isOfBlock = line.isAtEnd || verdict->code == kErrGsdEmptyBlock;
-    const Span place = reason.place.end == 0                  ? Span{}
-                       : isOfBlock && line.blockPlace.end > 0 ? line.blockPlace
+    // A block without content is told where it begins.
+    const Span statement = verdict->code == kErrGsdEmptyBlock ? line.blockPlace
+                           : reason.place.end == 0            ? Span{}
                                                               : line.place;
-    tellRefusal(verdict->code, place, reason, "the compilation ends here", report);
+    Finding* known = wholeFault(verdict->code, line.blockPlace, report);
+    if (known == nullptr)
+        known = sameFault(report, statement, reason.place);
+    tellRefusal(verdict->code, reason, "the compilation ends here", known, report);
 }
 
 void checkImage(const Context& context, Report& report)
@@ -89,8 +178,9 @@ void checkImage(const Context& context, Report& report)
         finding.code = verdict->code;
         return;
     }
-    tellRefusal(verdict->code, culprit->place, {culprit->place, culprit->why, culprit->notes},
-                "the compiled type file is refused", report);
+    Finding* known = sameFault(report, culprit->place, culprit->place);
+    tellRefusal(verdict->code, {culprit->place, culprit->why, culprit->notes}, "the compiled type file is refused",
+                known, report);
 }
 
 // Adds a finding for each warning of the library with that code.
@@ -123,24 +213,6 @@ void checkTypes(const Context& context, Report& report)
 void checkAreas(const Context& context, Report& report)
 {
     tellWarnings(context, kWarnDiagArea, cutArea, report);
-}
-
-// The spellings that the library takes with a warning; a finding of another rule about the keyword gets the code.
-void checkSpellings(const Context& context, Report& report)
-{
-    const auto describe = [&report](int code, const char* usual) {
-        return [&report, code, usual](const Entry& entry) -> std::optional<Reason> {
-            for (Finding& finding : report.findings())
-                if (finding.place == entry.place && finding.code == 0) {
-                    finding.code = code;
-                    return std::nullopt;
-                }
-            return Reason{entry.place, "the library takes " + std::string(entry.keyword) + " for " + usual +
-                                           ", as the usual spelling is"};
-        };
-    };
-    tellWarnings(context, kWarnPrmTextRef, describe(kWarnPrmTextRef, "Prm_Text_Ref"), report);
-    tellWarnings(context, kWarnChannelDiag, describe(kWarnChannelDiag, "Channel_Diag"), report);
 }
 
 // Rows of keywords that the library skips; those that begin with one of its own it refuses.
@@ -220,11 +292,6 @@ std::span<const Rule> libraryRules()
          "are dropped, and "
          "of the values what does not fit.",
          "Unit_Diag_Area = 6-9", "Unit_Diag_Area = 8-11", checkAreas},
-        {"library-old-spelling", Severity::hint, Group::library, "Keywords have their usual spelling.",
-         "PrmTextRef and ChannelDiag stand in old files for Prm_Text_Ref and Channel_Diag. The library takes them, "
-         "other tools "
-         "skip them.",
-         "ChannelDiag(16) = \"hot\"", "Channel_Diag(16) = \"hot\"", checkSpellings},
         {"library-skips-keyword", Severity::hint, Group::library, "The library reads every keyword of the file.",
          "The library reads the keywords that its type file has room for and skips every other one. Such a line is "
          "right; a host of "

@@ -299,14 +299,11 @@ void checkFixedData(const Context& context, Report& report)
         return;
     const auto count = static_cast<std::int64_t>(data->numbers.size());
     const Span place = joined(data->numbers.front().place, data->numbers.back().place);
-    const std::string bytes = counted(data->numbers.size(), "byte", "bytes");
-    if (length == nullptr)
-        report.add(place, "User_Prm_Data has " + bytes + ", but User_Prm_Data_Len is missing");
-    else if (hasNumber(length) && length->number() != count) {
-        Finding& finding = report.add(place, "User_Prm_Data has " + bytes + ", User_Prm_Data_Len says " +
-                                                 std::to_string(length->number()));
-        finding.notes.push_back({length->valuePlace(), "the length"});
-    }
+    if (!hasNumber(length) || length->number() == count)
+        return;
+    Finding& finding = report.add(place, "User_Prm_Data has " + counted(data->numbers.size(), "byte", "bytes") +
+                                             ", User_Prm_Data_Len says " + std::to_string(length->number()));
+    finding.notes.push_back({length->valuePlace(), "the length"});
 }
 
 void checkTwoDescriptions(const Context& context, Report& report)

@@ -6,7 +6,6 @@
 #include "gsdfile/keywords.h"
 
 #include <algorithm>
-#include <array>
 #include <cctype>
 #include <optional>
 
@@ -67,25 +66,6 @@ constexpr ValueRange kArgumentRanges[] = {
     {"BitArea", 0, 7},
     {"Value", 0, 65535},
 };
-
-constexpr std::array<const char*, LibraryVerdict::kMandatory> kMandatory = {"Vendor_Name",
-                                                                            "Model_Name",
-                                                                            "Revision",
-                                                                            "Ident_Number",
-                                                                            "Protocol_Ident",
-                                                                            "Station_Type",
-                                                                            "Hardware_Release",
-                                                                            "Software_Release",
-                                                                            "Module",
-                                                                            "Min_Slave_Intervall",
-                                                                            "a rate (9.6_supp to 12M_supp)",
-                                                                            "a MaxTsdr",
-                                                                            "Max_Module",
-                                                                            "Max_Input_Len",
-                                                                            "Max_Output_Len",
-                                                                            "Max_Data_Len",
-                                                                            "Slave_Family",
-                                                                            "Max_Diag_Data_Len"};
 
 std::string rangeText(const ValueRange& range)
 {
@@ -185,9 +165,8 @@ Reason syntaxReason(const RefusedLine& line)
         return {line.blockPlace, "the block is still open at the end of the file"};
     const std::string_view known = libraryKeywordAtStart(line.text);
     if (!known.empty() && known.size() < line.keyword.size())
-        return {line.keywordPlace,
-                "the library does not know " + std::string(line.keyword) + " and takes it for " + std::string(known) +
-                    ", with which it begins; a keyword that begins with none of the library's would be skipped"};
+        return {line.keywordPlace, "the library does not know " + std::string(line.keyword) + " and takes it for " +
+                                       std::string(known) + ", with which it begins"};
     if (line.text.find('\\') != std::string_view::npos)
         return {line.place, "the library takes a backslash only as the last character of a line, in texts as well"};
     if (outsideQuotes(line.text, '=', 1) != std::string_view::npos)
@@ -203,15 +182,6 @@ Reason syntaxReason(const RefusedLine& line)
     return {
         line.place,
         "the library does not read a statement of this form: something is missing, or too much, behind the keyword"};
-}
-
-Reason mandatoryReason(const LibraryVerdict& verdict)
-{
-    std::string names;
-    for (std::size_t i = 0; i < kMandatory.size(); ++i)
-        if (verdict.mandatory[i] == 0)
-            names.append(names.empty() ? "" : ", ").append(kMandatory[i]);
-    return {{}, "the library needs what the file does not have: " + names};
 }
 
 Reason repeatedReason(const RefusedLine& line, const DeviceIndex& device)
@@ -302,8 +272,6 @@ Reason reasonOf(const LibraryVerdict& verdict, const RefusedLine& line, const De
         return syntaxReason(line);
     case kErrGsdProtocol:
         return {value, "the library takes Protocol_Ident 0 (PROFIBUS-DP) only"};
-    case kErrGsdMandatory:
-        return mandatoryReason(verdict);
     case kErrGsdSlotNumberType:
         return {line.keywordPlace, "the slot-number parameter is Unsigned8, Unsigned16 or Signed16"};
     case kErrGsdNoSection:

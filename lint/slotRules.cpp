@@ -58,8 +58,6 @@ void checkNumbers(const Context& context, Report& report)
             Finding& finding =
                 report.add(slot.number.place, "slot " + std::to_string(slot.number.value) + " is defined already");
             finding.notes.push_back({first->second->number.place, "the first time"});
-        } else if (slot.number.value == 0) {
-            report.add(Severity::warning, slot.number.place, "slots are counted from 1");
         } else if (most != nullptr && !most->numbers.empty() && slot.number.value > most->number()) {
             Finding& finding =
                 report.add(slot.number.place, "the station has only " +
@@ -186,7 +184,7 @@ constexpr Rule kRules[] = {
      "Modular_Station = 0\nSlotDefinition\nSlot(1) = \"Head\" 1 1\nEndSlotDefinition",
      "Modular_Station = 1\nSlotDefinition\nSlot(1) = \"Head\" 1 1\nEndSlotDefinition", checkCompact},
     {"slot-number", Severity::error, Group::consistency, "Slots have numbers of their own from 1 to Max_Module.",
-     "A number twice, 0, or one above Max_Module is no slot of the station.",
+     "A number twice or one above Max_Module is no slot of the station.",
      "Max_Module = 2\nSlot(1) = \"A\" 1 1\nSlot(1) = \"B\" 1 1",
      "Max_Module = 2\nSlot(1) = \"A\" 1 1\nSlot(2) = \"B\" 1 1", checkNumbers},
     {"slot-unknown-module", Severity::error, Group::consistency, "A slot names modules that exist.",

@@ -48,8 +48,9 @@ void checkRates(const Context& context, Report& report)
         if (entry != nullptr && (first == nullptr || entry->place.begin < first->place.begin))
             first = entry;
     }
-    if (first != nullptr)
-        report.add(first->valuePlace(),
+    const Entry* start = device.entry("#Profibus_DP");
+    if (first != nullptr || start != nullptr)
+        report.add(first != nullptr ? first->valuePlace() : start->place,
                    "none of the keywords from 9.6_supp to 12M_supp is 1: the station supports no rate");
 }
 
