@@ -229,12 +229,12 @@ constexpr Rule kRules[] = {
      "reader finds a keyword. Save it as ISO 8859-1 (\"ANSI\", \"Western\").",
      "FF FE 23 00 50 00 72 00", "23 50 72 6F (#Pro)", checkUtf16},
     {"utf-8", Severity::warning, Group::encoding, "A GSD file is not UTF-8.",
-     "A GSD file has one byte for each character. In UTF-8 a letter such as \"\xC3\xBC\" has two: device texts show "
+     "A GSD file has one byte for each character. In UTF-8 a letter such as u with two dots has two: device texts show "
      "two wrong "
      "characters in its place, and a text may grow beyond its longest length. Save the file as ISO 8859-1. A file that "
      "has "
      "such letters only in comments is read as it is meant.",
-     "Model_Name = \"Ger\xC3\xA4t\" ; 6 bytes", "Model_Name = \"Ger\xC3\xA4t\" ; 5 bytes", checkUtf8},
+     "Model_Name = \"Ger<C3><A4>t\"", "Model_Name = \"Ger<E4>t\"", checkUtf8},
     {"utf-8-mark", Severity::warning, Group::encoding, "A GSD file does not begin with a byte order mark.",
      "Three bytes (EF BB BF) that some editors put in front of UTF-8. When #Profibus_DP is the first line, they hide "
      "it and the "

@@ -79,12 +79,14 @@ constexpr Variant kVariants[] = {
 
 void checkVariant(const Context& context, Report& report)
 {
-    for (const Statement& statement : context.document.statements()) {
+    const std::vector<Statement>& statements = context.document.statements();
+    for (std::size_t i = 0; i < statements.size(); ++i) {
+        const Statement& statement = statements[i];
         if (!statement.keyword || statement.keyword->origin != gsdfile::Origin::fieldVariant)
             continue;
         const auto variant = std::ranges::find(kVariants, std::string_view(statement.keyword->name), &Variant::name);
-        if (variant == std::end(kVariants))
-            continue;
+        if (variant == std::end(kVariants) || (!variant->isSafe && !context.statements().isFirst(i)))
+            continue; // what cannot be mended is said once
         const Span place = keywordPlace(context.document, statement);
         const std::string name(statement.name);
         if (*variant->official == '\0') {
@@ -107,7 +109,7 @@ void checkLetterCase(const Context& context, Report& report)
     if (edits.empty() || context.document.unit() != 1)
         return;
     const std::string others =
-        edits.size() == 1 ? "" : "; so are " + amount(edits.size() - 1, "other keyword", "other keywords");
+        edits.size() == 1 ? "" : ", as in " + amount(edits.size() - 1, "more place", "more places");
     Finding& finding = report.add(edits.front().place, textAt(context.document, edits.front().place) + " is " +
                                                            edits.front().text + " in other letters" + others);
     finding.mend = std::move(edits);
@@ -156,12 +158,14 @@ void checkMaster(const Context& context, Report& report)
                        std::string(statement.name) + " is a keyword of masters, and the file describes a slave");
 }
 
+constexpr std::string_view kSection = "#Profibus_DP"; // has rules of its own
+
 void checkDuplicate(const Context& context, Report& report)
 {
     const std::vector<Statement>& statements = context.document.statements();
     for (std::size_t i = 0; i < statements.size(); ++i) {
         const Keyword* keyword = statements[i].keyword;
-        if (!keyword || keyword->closes != BlockKind::none || i == context.document.section() ||
+        if (!keyword || keyword->closes != BlockKind::none || keyword->name == kSection ||
             (keyword->repeat != Repeat::once && keyword->repeat != Repeat::oncePerBlock))
             continue;
         const Statement* first = context.statements().earlier(i);

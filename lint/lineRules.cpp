@@ -116,6 +116,8 @@ void checkStatement(const Context& context, Report& report)
     }
 }
 
+const std::string kNul(1, '\0'); // has a rule of its own
+
 struct Stray {
     FaultKind kind;
     const char* message;
@@ -134,8 +136,9 @@ void checkStrays(const Context& context, Report& report)
             continue;
         for (const gsdfile::Fault& fault : statement.faults) {
             const auto stray = std::ranges::find(kStrays, fault.kind, &Stray::kind);
-            if (stray != std::end(kStrays))
-                report.add(spanOf(context.document.tokens()[fault.token]), stray->message);
+            const Span place = spanOf(context.document.tokens()[fault.token]);
+            if (stray != std::end(kStrays) && textAt(context.document, place) != kNul)
+                report.add(place, stray->message);
         }
     }
 }

@@ -153,9 +153,9 @@ void checkStation(const Context& context, Report& report)
         Span place = start;
         if (cause) {
             place = keywordPlace(document, *cause);
-            if (!cause->values.empty())
+            if (!cause->values.empty() && cause->firstLine == cause->lastLine)
                 place.end = valuePlace(document, cause->values.front()).end;
-            message += ", which this makes mandatory";
+            message += "; " + textAt(document, place) + " makes it mandatory";
         }
         noteMisspelt(document, *missing[i], report.add(kStationDuties[i].severity, place, message));
     }

@@ -27,15 +27,24 @@ void forEachKnown(const Context& context, Visit visit)
             visit(statement, *statement.keyword);
 }
 
+// Null when the statement has no fault of that kind.
+const gsdfile::Fault* faultOf(const Statement& statement, FaultKind kind)
+{
+    const auto fault = std::ranges::find(statement.faults, kind, &gsdfile::Fault::kind);
+    return fault == statement.faults.end() ? nullptr : &*fault;
+}
+
 bool hasFault(const Statement& statement, FaultKind kind)
 {
-    return std::ranges::find(statement.faults, kind, &gsdfile::Fault::kind) != statement.faults.end();
+    return faultOf(statement, kind) != nullptr;
 }
 
 Span faultPlace(const Document& document, const gsdfile::Fault& fault)
 {
     return spanOf(document.tokens()[fault.token]);
 }
+
+constexpr std::string_view kTwoBits = "BitArea"; // the one keyword with "first-last" in its parentheses
 
 bool takesArgument(const Keyword& keyword)
 {
@@ -57,35 +66,76 @@ std::string sentence(std::string text)
 
 // Form
 
+bool takesEquals(const Keyword& keyword)
+{
+    return keyword.form == Form::value || keyword.form == Form::argument;
+}
+
+// Whether "=" stands there as it should.
+bool isEqualsRight(const Statement& statement)
+{
+    const bool hasEquals = statement.equalsToken != gsdfile::kNone;
+    return takesEquals(*statement.keyword) ? hasEquals || statement.values.empty() : !hasEquals;
+}
+
+// Values are not what they seem where a fault stands that has a finding of its own.
+bool isLost(const Statement& statement)
+{
+    return !isEqualsRight(statement) || hasFault(statement, FaultKind::openQuote) ||
+           hasFault(statement, FaultKind::secondEquals) || hasFault(statement, FaultKind::strayCharacter) ||
+           hasFault(statement, FaultKind::strayBackslash);
+}
+
+// What is wrong with the parentheses behind a keyword; true when something is.
+bool reportArgument(const Document& document, const Statement& statement, const Keyword& keyword, Report& report)
+{
+    const std::string name = keyword.name;
+    if (const gsdfile::Fault* fault = faultOf(statement, FaultKind::openArgument))
+        report.add(faultPlace(document, *fault), "no \")\" closes the parenthesis");
+    else if (const gsdfile::Fault* bad = faultOf(statement, FaultKind::badArgument); bad && takesArgument(keyword))
+        report.add(faultPlace(document, *bad),
+                   "in the parentheses of " + name + " belongs a number" + (name == kTwoBits ? " - number" : ""));
+    else if (bad || (statement.argument && !takesArgument(keyword)))
+        report.add(bad ? faultPlace(document, *bad) : spanOf(document.tokens()[statement.argument->openToken]),
+                   name + " takes nothing in parentheses");
+    else if (!statement.argument && takesArgument(keyword))
+        report.add(keywordPlace(document, statement), name + " has no number in parentheses behind it");
+    else if (statement.argument && statement.argument->last && name != kTwoBits)
+        report.add(spanOf(document.tokens()[statement.argument->openToken]), name + " takes one number in parentheses");
+    else
+        return false;
+    return true;
+}
+
+// One finding for a statement: where its form is lost, the rest of it follows.
 void checkForm(const Context& context, Report& report)
 {
     const Document& document = context.document;
     forEachKnown(context, [&](const Statement& statement, const Keyword& keyword) {
         const std::string name = keyword.name;
-        const bool takesEquals = keyword.form == Form::value || keyword.form == Form::argument;
-        const bool hasEquals = statement.equalsToken != gsdfile::kNone;
-        if (hasEquals && !takesEquals)
-            report.add(spanOf(document.tokens()[statement.equalsToken]), name + " takes no \"=\"");
-        if (!hasEquals && takesEquals && !statement.values.empty())
+        if (reportArgument(document, statement, keyword, report))
+            return;
+        if (const gsdfile::Fault* second = faultOf(statement, FaultKind::secondEquals))
+            report.add(faultPlace(document, *second), "a second \"=\"");
+        else if (!isEqualsRight(statement) && takesEquals(keyword))
             report.add(keywordPlace(document, statement), "no \"=\" stands between " + name + " and its value");
-        if (!statement.argument && takesArgument(keyword))
-            report.add(keywordPlace(document, statement), name + " has no number in parentheses behind it");
-        if (statement.argument && !takesArgument(keyword))
-            report.add(spanOf(document.tokens()[statement.argument->openToken]),
-                       name + " takes nothing in parentheses");
-        for (const gsdfile::Fault& fault : statement.faults) {
-            if (fault.kind == FaultKind::secondEquals)
-                report.add(faultPlace(document, fault), "a second \"=\"");
-            if (fault.kind == FaultKind::openArgument)
-                report.add(faultPlace(document, fault), "no \")\" closes the parenthesis");
-            if (fault.kind == FaultKind::badArgument && takesArgument(keyword))
-                report.add(faultPlace(document, fault), "in the parentheses of " + name + " stands a number" +
-                                                            (name == "BitArea" ? " - number" : ""));
-        }
+        else if (!isEqualsRight(statement))
+            report.add(spanOf(document.tokens()[statement.equalsToken]), name + " takes no \"=\"");
     });
 }
 
 // Missing and surplus values
+
+// [Slotnumber] in place of a parameter's name: of this library's dialect, with and without quotes.
+bool isSlotNumberName(const Value& value)
+{
+    return value.kind == Value::word && value.text.starts_with('[') && value.text.ends_with(']');
+}
+
+bool isSlotNumber(const Statement& statement)
+{
+    return statement.values.size() == 2 && isSlotNumberName(statement.values.back());
+}
 
 std::string wanted(const Item& item)
 {
@@ -109,6 +159,9 @@ void checkMissing(const Context& context, Report& report)
 {
     const Document& document = context.document;
     forEachKnown(context, [&](const Statement& statement, const Keyword& keyword) {
+        if (keyword.form == Form::type && statement.block != gsdfile::kNone &&
+            isSlotNumber(document.statements()[document.blocks()[statement.block].opening]))
+            return; // it has no default: the slot is known
         bool isReported = false;
         forEachItem(
             statement,
@@ -133,6 +186,8 @@ void checkSurplus(const Context& context, Report& report)
 {
     const Document& document = context.document;
     forEachKnown(context, [&](const Statement& statement, const Keyword& keyword) {
+        if (isLost(statement))
+            return;
         std::size_t most = 0;
         forEachItem(
             statement, [&](const Item&, std::span<const Value> values) { most += values.size(); },
@@ -164,20 +219,21 @@ void forEachValue(const Context& context, Visit visit)
 void checkNumber(const Context& context, Report& report)
 {
     const Document& document = context.document;
-    forEachValue(context, [&](const Statement&, const Keyword& keyword, const Item& item, const Value& value) {
-        if (item.want == Want::text || item.want == Want::family || isOfKind(value, item.want))
-            return;
-        const Span place = valuePlace(document, value);
-        const std::string found = textAt(document, place);
-        std::string message = sentence(nameOf(keyword, item)) + " takes " + wanted(item) + ", and this is ";
-        if (value.kind == Value::string)
-            message += "a text";
-        else if (value.kind == Value::word)
-            message += "none: " + found;
-        else
-            message += value.kind == Value::range ? "a range" : "a number";
-        report.add(place, message);
-    });
+    forEachValue(
+        context, [&](const Statement& statement, const Keyword& keyword, const Item& item, const Value& value) {
+            if (item.want == Want::text || item.want == Want::family || isOfKind(value, item.want) || isLost(statement))
+                return;
+            const Span place = valuePlace(document, value);
+            const std::string found = textAt(document, place);
+            std::string message = sentence(nameOf(keyword, item)) + " takes " + wanted(item) + ", and this is ";
+            if (value.kind == Value::string)
+                message += "a text";
+            else if (value.kind == Value::word)
+                message += "none: " + found;
+            else
+                message += value.kind == Value::range ? "a range" : "a number";
+            report.add(place, message);
+        });
 }
 
 void checkText(const Context& context, Report& report)
@@ -188,8 +244,14 @@ void checkText(const Context& context, Report& report)
             if (fault.kind == FaultKind::openQuote)
                 report.add(faultPlace(document, fault), "no double quote closes the text on its line");
     });
-    forEachValue(context, [&](const Statement&, const Keyword& keyword, const Item& item, const Value& value) {
-        if (item.want == Want::text && !isOfKind(value, item.want))
+    forEachValue(context, [&](const Statement& statement, const Keyword& keyword, const Item& item,
+                              const Value& value) {
+        if (item.want != Want::text || isOfKind(value, item.want) || isLost(statement))
+            return;
+        if (isSlotNumberName(value) && keyword.type == ValueType::definition)
+            report.add(Severity::hint, valuePlace(document, value),
+                       textAt(document, valuePlace(document, value)) + " without quotes is of this library's dialect");
+        else
             report.add(valuePlace(document, value), sentence(nameOf(keyword, item)) + " takes a text in double quotes");
     });
 }
@@ -289,7 +351,7 @@ void checkRange(const Context& context, Report& report)
 
 // Texts
 
-std::size_t characters(const std::string& text, gsdfile::Encoding encoding)
+std::size_t characters(std::string_view text, gsdfile::Encoding encoding)
 {
     if (encoding != gsdfile::Encoding::utf8)
         return text.size();

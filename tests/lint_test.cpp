@@ -47,6 +47,13 @@ std::string lineOf(const gsdfile::Document& document, lint::Span place, const st
            std::to_string(end.character) + ": " + text + '\n';
 }
 
+std::string inOneLine(std::string text)
+{
+    std::ranges::replace(text, '\r', '|');
+    std::ranges::replace(text, '\n', '|');
+    return text.size() < 60 ? text : text.substr(0, 60) + "...";
+}
+
 std::string shown(const std::string& bytes, const std::vector<lint::Finding>& findings)
 {
     const gsdfile::Document document(bytes);
@@ -58,9 +65,11 @@ std::string shown(const std::string& bytes, const std::vector<lint::Finding>& fi
                            finding.rule->name + ']');
         for (const lint::Note& note : finding.notes)
             text += "  " + lineOf(document, note.place, "note: " + note.text);
-        for (const lint::Edit& edit : finding.mend)
-            if (edit.text.size() < 80) // not whole files
-                text += "  " + lineOf(document, edit.place, "mend: " + edit.text);
+        if (finding.mend.size() == 1)
+            text +=
+                "  " + lineOf(document, finding.mend.front().place, "mend: " + inOneLine(finding.mend.front().text));
+        else if (!finding.mend.empty())
+            text += "  mend: " + std::to_string(finding.mend.size()) + " changes\n";
     }
     return text;
 }
@@ -116,7 +125,10 @@ TEST(Lint, MendsMend)
 TEST(Lint, TenFaultsAreTenFindings)
 {
     const std::filesystem::path path = kFolder / "ten-faults.gsd";
-    EXPECT_EQ(countByRule(findingsIn(fileContents(path.string()), path)).size(), 10U);
+    auto findings = findingsIn(fileContents(path.string()), path);
+    std::erase_if(findings, [](const auto& finding) { return finding.rule->group == lint::Group::library; });
+    EXPECT_EQ(findings.size(), 10U);
+    EXPECT_EQ(countByRule(findings).size(), 10U);
 }
 
 // What stands in the file stays where it stood: a rule sees tokens, not bytes that it makes up.
