@@ -52,7 +52,8 @@ void tellRefusal(int code, const Reason& reason, const char* what, Finding* know
     }
     known->code = code;
     known->severity = Severity::error;
-    known->notes.push_back({reason.place, std::string(what) + ": " + reason.why});
+    const bool isSame = known->message.find(reason.why) != std::string::npos;
+    known->notes.push_back({reason.place, isSame ? what : what + (": " + reason.why)});
 }
 
 // What the library needs, in the order of the marks that it leaves, and the rule that misses the same.
@@ -128,7 +129,8 @@ Finding* wholeFault(int code, Span block, Report& report)
 {
     for (Finding& finding : report.findings()) {
         const std::string_view rule = finding.rule->name;
-        if (code == kErrGsdNoSection && rule == "section-start-missing")
+        const bool isUnreadable = finding.rule->group == Group::encoding && finding.severity == Severity::error;
+        if (code == kErrGsdNoSection && (isUnreadable || rule == "section-start-missing"))
             return &finding;
         const bool isOpenBlock = code == kErrGsdSyntax && block.end > 0 && rule == "block-not-closed";
         if (isOpenBlock && std::ranges::find(finding.notes, block, &Note::place) != finding.notes.end())

@@ -153,6 +153,17 @@ constexpr BlockContent kContents[] = {
     {"Unit_Diag_Area", " Value Unit_Diag_Area_End "},
 };
 
+// The block outside of which a keyword has no place for the library; empty when it has one.
+std::string_view onlyBlockOf(std::string_view keyword)
+{
+    if (keyword.starts_with("Channel") || keyword.starts_with("Ext_User_Prm_Data_"))
+        return {}; // of the station as well
+    for (const BlockContent& content : kContents)
+        if (content.keywords.find(' ' + std::string(keyword) + ' ') != std::string_view::npos)
+            return content.block;
+    return {};
+}
+
 bool isAllowedIn(std::string_view block, std::string_view keyword)
 {
     const auto row = std::ranges::find(kContents, block, &BlockContent::block);
@@ -175,6 +186,9 @@ Reason syntaxReason(const RefusedLine& line)
         return {line.keywordPlace,
                 "the library takes " + std::string(known) + " in no " + std::string(line.block) + " block",
                 {{line.blockPlace, "the block begins here"}}};
+    if (line.block.empty() && !onlyBlockOf(known).empty())
+        return {line.keywordPlace,
+                "the library takes " + std::string(known) + " only in a block of " + std::string(onlyBlockOf(known))};
     if (std::ranges::count(line.text, '"') % 2 != 0)
         return {line.place, "a text is not closed by a double quote"};
     if (line.text.find("\"\"") != std::string_view::npos)
