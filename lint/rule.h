@@ -19,6 +19,7 @@ namespace typdescriptor::lint {
 
 class DeviceIndex;
 class StatementIndex;
+struct LibraryVerdict;
 class Report;
 struct Context;
 
@@ -47,8 +48,11 @@ struct Context {
     const DeviceIndex& device() const;        // the facts about the device; defined in deviceIndex.cpp
     const StatementIndex& statements() const; // statements by keyword, and blocks; defined in statementIndex.cpp
 
+    const LibraryVerdict* verdict() const; // what the library says, null when it cannot be asked; in libraryVerdict.cpp
+
     mutable std::shared_ptr<const DeviceIndex> deviceIndex = {};
     mutable std::shared_ptr<const StatementIndex> statementIndex = {};
+    mutable std::shared_ptr<const LibraryVerdict> libraryVerdict = {};
 };
 
 // Takes the findings of one rule after the other.
@@ -59,6 +63,9 @@ public:
     // The reference holds until the next call; notes, mends and a code are added to it.
     Finding& add(Span place, std::string message) { return add(_rule->severity, place, std::move(message)); }
     Finding& add(Severity severity, Span place, std::string message);
+
+    // What the rules before this one found, for a rule that has more to say about the same fault.
+    std::vector<Finding>& findings() { return _findings; }
 
     std::vector<Finding> take() { return std::move(_findings); }
 
