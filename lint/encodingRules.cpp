@@ -127,6 +127,8 @@ std::string latin1Of(std::string_view bytes, Span character)
 void checkUtf8(const Context& context, Report& report)
 {
     const std::string_view bytes = context.document.bytes();
+    if (context.document.encoding() != gsdfile::Encoding::utf8)
+        return;
     const std::vector<Span> characters = utf8Characters(bytes);
     if (characters.empty())
         return;
@@ -203,10 +205,23 @@ void checkCrOnly(const Context& context, Report& report)
         finding.mend.push_back({end, "\r\n"});
 }
 
+// Whether every line ends as the first one does, and no CR stands elsewhere.
+bool isUniform(const gsdfile::Document& document)
+{
+    const std::vector<gsdfile::Line>& lines = document.lines();
+    std::size_t withCr = 0;
+    for (const gsdfile::Line& line : lines) {
+        if (line.lineEnd != lines.front().lineEnd && line.lineEnd != gsdfile::LineEnd::none)
+            return false;
+        withCr += line.lineEnd == gsdfile::LineEnd::carriageReturnLineFeed ? 1U : 0U;
+    }
+    return static_cast<std::size_t>(std::ranges::count(document.bytes(), '\r')) == withCr;
+}
+
 void checkMixedLineEnds(const Context& context, Report& report)
 {
     const std::string_view bytes = context.document.bytes();
-    if (bytes.find('\n') == bytes.npos || utf16Order(bytes))
+    if (isUniform(context.document) || bytes.find('\n') == bytes.npos || context.document.unit() != 1)
         return;
     const LineEnds ends(bytes);
     const std::size_t usual = ends.places[kLf].size() > ends.places[kCrLf].size() ? kLf : kCrLf;

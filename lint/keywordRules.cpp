@@ -40,12 +40,13 @@ bool isWanted(const Keyword& keyword, const Context& context, const Statement& s
 
 void checkUnknown(const Context& context, Report& report)
 {
-    for (const Statement& statement : context.document.statements()) {
-        if (statement.keyword || statement.name.empty() || gsdfile::isMasterKeyword(statement.name))
+    for (const Statement* unknown : context.statements().unknown()) {
+        const Statement& statement = *unknown;
+        if (gsdfile::isMasterKeyword(statement.name))
             continue;
         const Span place = keywordPlace(context.document, statement);
         const std::string message = "unknown keyword " + std::string(statement.name);
-        const Keyword* near = gsdfile::nearestKeyword(statement.name);
+        const Keyword* near = context.statements().nearest(statement);
         if (!near) {
             const bool isAssignment = statement.equalsToken != gsdfile::kNone || statement.argument;
             if (isAssignment || statement.values.empty())
@@ -152,10 +153,10 @@ void checkMaster(const Context& context, Report& report)
     static const Keyword& kStationType = *gsdfile::findKeyword("Station_Type");
     if (context.statements().number(kStationType).value_or(0) != 0)
         return;
-    for (const Statement& statement : context.document.statements())
-        if (!statement.keyword && gsdfile::isMasterKeyword(statement.name))
-            report.add(keywordPlace(context.document, statement),
-                       std::string(statement.name) + " is a keyword of masters, and the file describes a slave");
+    for (const Statement* statement : context.statements().unknown())
+        if (gsdfile::isMasterKeyword(statement->name))
+            report.add(keywordPlace(context.document, *statement),
+                       std::string(statement->name) + " is a keyword of masters, and the file describes a slave");
 }
 
 constexpr std::string_view kSection = "#Profibus_DP"; // has rules of its own

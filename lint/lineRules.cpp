@@ -2,6 +2,7 @@
 
 #include "lint/allowed.h"
 #include "lint/places.h"
+#include "lint/statementIndex.h"
 #include "lint/tables.h"
 
 #include <algorithm>
@@ -61,7 +62,7 @@ void checkSecondStart(const Context& context, Report& report)
         if (token.begin < first.end || (token.kind != TokenKind::freeText && token.kind != TokenKind::keyword))
             continue;
         const Span place = trimmed(document, token);
-        if (isStart(document.text(place.begin, place.end)))
+        if (document.text(place.begin, place.end).starts_with('#') && isStart(document.text(place.begin, place.end)))
             report.add(place, "the section is opened a second time").notes.push_back({first, "it begins here"});
     }
 }
@@ -95,10 +96,10 @@ const Token& firstWord(const Document& document, const Statement& statement)
     return document.tokens()[i];
 }
 
-bool looksLikeProse(const Statement& statement)
+bool looksLikeProse(const Context& context, const Statement& statement)
 {
     return !statement.keyword && statement.equalsToken == gsdfile::kNone && !statement.argument &&
-           !gsdfile::nearestKeyword(statement.name) && (!statement.values.empty() || !statement.faults.empty());
+           !context.statements().nearest(statement) && (!statement.values.empty() || !statement.faults.empty());
 }
 
 void checkStatement(const Context& context, Report& report)
@@ -106,7 +107,7 @@ void checkStatement(const Context& context, Report& report)
     for (const Statement& statement : context.document.statements()) {
         if (statement.isReference)
             continue;
-        if (!statement.name.empty() && !looksLikeProse(statement))
+        if (!statement.name.empty() && !looksLikeProse(context, statement))
             continue;
         const Span place = spanOf(firstWord(context.document, statement));
         if (statement.values.size() == 1 && statement.values.front().kind == gsdfile::Value::number)

@@ -126,11 +126,28 @@ bool isCause(When when, const Statement& statement)
 }
 
 // Whoever misspelt the keyword is told so where it stands.
-void noteMisspelt(const Document& document, const Keyword& missing, Finding& finding)
+void noteMisspelt(const Context& context, const Keyword& missing, Finding& finding)
 {
-    for (const Statement& statement : document.statements())
-        if (!statement.keyword && !statement.name.empty() && gsdfile::nearestKeyword(statement.name) == &missing)
-            finding.notes.push_back({keywordPlace(document, statement), "perhaps meant here"});
+    for (const Statement* statement : context.statements().unknown())
+        if (context.statements().nearest(*statement) == &missing)
+            finding.notes.push_back({keywordPlace(context.document, *statement), "perhaps meant here"});
+}
+
+// The cause with its value.
+Span causePlace(const Document& document, const Statement& cause)
+{
+    Span place = keywordPlace(document, cause);
+    if (cause.values.size() == 1 && cause.firstLine == cause.lastLine)
+        place.end = valuePlace(document, cause.values.front()).end;
+    return place;
+}
+
+std::string inOneLine(const Document& document, const Statement& cause)
+{
+    const std::string name = cause.keyword->name;
+    if (cause.values.size() != 1 || cause.values.front().kind != gsdfile::Value::number)
+        return name;
+    return name + " = " + textAt(document, valuePlace(document, cause.values.front()));
 }
 
 void checkStation(const Context& context, Report& report)
@@ -150,14 +167,10 @@ void checkStation(const Context& context, Report& report)
             continue;
         reported = missing[i];
         std::string message = std::string(missing[i]->name) + " is missing";
-        Span place = start;
-        if (cause) {
-            place = keywordPlace(document, *cause);
-            if (!cause->values.empty() && cause->firstLine == cause->lastLine)
-                place.end = valuePlace(document, cause->values.front()).end;
-            message += "; " + textAt(document, place) + " makes it mandatory";
-        }
-        noteMisspelt(document, *missing[i], report.add(kStationDuties[i].severity, place, message));
+        if (cause)
+            message += "; " + inOneLine(document, *cause) + " makes it mandatory";
+        const Span place = cause ? causePlace(document, *cause) : start;
+        noteMisspelt(context, *missing[i], report.add(kStationDuties[i].severity, place, message));
     }
 }
 

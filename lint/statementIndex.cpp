@@ -9,6 +9,9 @@ using gsdfile::Statement;
 
 namespace {
 
+// A file with more unknown keywords is no GSD file; looking for what each was meant to be would take long.
+constexpr std::size_t kMostNames = 1000;
+
 std::size_t rowOf(const Keyword& keyword)
 {
     return static_cast<std::size_t>(&keyword - gsdfile::keywords().data());
@@ -23,14 +26,33 @@ StatementIndex::StatementIndex(const gsdfile::Document& document)
     std::vector<std::uint32_t> latest(gsdfile::keywords().size(), kNoStatement);
     for (std::uint32_t i = 0; i < _earlier.size(); ++i) {
         const Statement& statement = document.statements()[i];
-        if (!statement.keyword)
+        if (!statement.keyword) {
+            addUnknown(statement);
             continue;
+        }
         const std::size_t row = rowOf(*statement.keyword);
         _earlier[i] = latest[row];
         latest[row] = i;
         if (statement.block == gsdfile::kNone && _outside[row] == kNoStatement)
             _outside[row] = i;
     }
+}
+
+void StatementIndex::addUnknown(const Statement& statement)
+{
+    if (statement.name.empty())
+        return;
+    _unknown.push_back(&statement);
+    const bool isOneTooMany = _nearest.size() >= kMostNames;
+    const auto [entry, isNew] = _nearest.emplace(statement.name, nullptr);
+    if (isNew && !isOneTooMany && !gsdfile::isMasterKeyword(statement.name))
+        entry->second = gsdfile::nearestKeyword(statement.name);
+}
+
+const Keyword* StatementIndex::nearest(const Statement& statement) const
+{
+    const auto entry = _nearest.find(statement.name);
+    return entry == _nearest.end() ? nullptr : entry->second;
 }
 
 const Statement* StatementIndex::outside(const Keyword& keyword) const

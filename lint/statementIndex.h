@@ -7,6 +7,8 @@
 
 #include <cstdint>
 #include <optional>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace typdescriptor::lint {
@@ -25,12 +27,21 @@ public:
     const gsdfile::Statement* earlier(std::size_t statement) const;
     /// Whether no other statement of the file has its keyword before.
     bool isFirst(std::size_t statement) const { return _earlier[statement] == kNoStatement; }
+    /// The keyword that an unknown one most likely stands for; null when none is near.
+    const gsdfile::Keyword* nearest(const gsdfile::Statement& statement) const;
+
+    /// The statements with an unknown keyword.
+    const std::vector<const gsdfile::Statement*>& unknown() const { return _unknown; }
 
 private:
     static constexpr std::uint32_t kNoStatement = 0xFFFFFFFFU;
 
+    void addUnknown(const gsdfile::Statement& statement);
+
     const gsdfile::Document& _document;
     std::vector<std::uint32_t> _outside; // for each keyword
+    std::vector<const gsdfile::Statement*> _unknown;
+    std::unordered_map<std::string_view, const gsdfile::Keyword*> _nearest; // for the name of each unknown keyword
     std::vector<std::uint32_t> _earlier; // for each statement: the one of the same keyword before, in whatever block
 };
 

@@ -89,6 +89,9 @@ bool isLost(const Statement& statement)
 // What is wrong with the parentheses behind a keyword; true when something is.
 bool reportArgument(const Document& document, const Statement& statement, const Keyword& keyword, Report& report)
 {
+    if (statement.faults.empty() && statement.argument.has_value() == takesArgument(keyword) &&
+        !(statement.argument && statement.argument->last))
+        return false;
     const std::string name = keyword.name;
     if (const gsdfile::Fault* fault = faultOf(statement, FaultKind::openArgument))
         report.add(faultPlace(document, *fault), "no \")\" closes the parenthesis");
@@ -112,15 +115,15 @@ void checkForm(const Context& context, Report& report)
 {
     const Document& document = context.document;
     forEachKnown(context, [&](const Statement& statement, const Keyword& keyword) {
-        const std::string name = keyword.name;
         if (reportArgument(document, statement, keyword, report))
             return;
         if (const gsdfile::Fault* second = faultOf(statement, FaultKind::secondEquals))
             report.add(faultPlace(document, *second), "a second \"=\"");
         else if (!isEqualsRight(statement) && takesEquals(keyword))
-            report.add(keywordPlace(document, statement), "no \"=\" stands between " + name + " and its value");
+            report.add(keywordPlace(document, statement),
+                       "no \"=\" stands between " + std::string(keyword.name) + " and its value");
         else if (!isEqualsRight(statement))
-            report.add(spanOf(document.tokens()[statement.equalsToken]), name + " takes no \"=\"");
+            report.add(spanOf(document.tokens()[statement.equalsToken]), std::string(keyword.name) + " takes no \"=\"");
     });
 }
 
@@ -137,13 +140,14 @@ bool isSlotNumber(const Statement& statement)
     return statement.values.size() == 2 && isSlotNumberName(statement.values.back());
 }
 
-std::string wanted(const Item& item)
+std::string wanted(const Item& item, const Keyword& keyword)
 {
     if (item.want == Want::text)
         return "a text in double quotes";
     if (item.want == Want::range)
         return "a range such as 8-11";
-    return item.least == 1 ? "a number" : amount(item.least, "number", "numbers");
+    return (item.least == 1 ? "a number" : amount(item.least, "number", "numbers")) + " from " +
+           std::to_string(keyword.values.lowest) + " to " + std::to_string(keyword.values.highest);
 }
 
 // Where something is missing: at the last that stands there.
@@ -159,6 +163,8 @@ void checkMissing(const Context& context, Report& report)
 {
     const Document& document = context.document;
     forEachKnown(context, [&](const Statement& statement, const Keyword& keyword) {
+        if (hasFault(statement, FaultKind::openArgument))
+            return;
         if (keyword.form == Form::type && statement.block != gsdfile::kNone &&
             isSlotNumber(document.statements()[document.blocks()[statement.block].opening]))
             return; // it has no default: the slot is known
@@ -173,7 +179,7 @@ void checkMissing(const Context& context, Report& report)
                 report.add(
                     lastPlace(document, statement),
                     sentence(*item.name == '\0' ? "the value of " + std::string(keyword.name) : nameOf(keyword, item)) +
-                        " is missing: " + wanted(item) + found);
+                        " is missing: " + wanted(item, keyword) + found);
             },
             [](std::span<const Value>) {});
         for (const gsdfile::Fault& fault : statement.faults)
@@ -219,21 +225,21 @@ void forEachValue(const Context& context, Visit visit)
 void checkNumber(const Context& context, Report& report)
 {
     const Document& document = context.document;
-    forEachValue(
-        context, [&](const Statement& statement, const Keyword& keyword, const Item& item, const Value& value) {
-            if (item.want == Want::text || item.want == Want::family || isOfKind(value, item.want) || isLost(statement))
-                return;
-            const Span place = valuePlace(document, value);
-            const std::string found = textAt(document, place);
-            std::string message = sentence(nameOf(keyword, item)) + " takes " + wanted(item) + ", and this is ";
-            if (value.kind == Value::string)
-                message += "a text";
-            else if (value.kind == Value::word)
-                message += "none: " + found;
-            else
-                message += value.kind == Value::range ? "a range" : "a number";
-            report.add(place, message);
-        });
+    forEachValue(context, [&](const Statement& statement, const Keyword& keyword, const Item& item,
+                              const Value& value) {
+        if (item.want == Want::text || item.want == Want::family || isOfKind(value, item.want) || isLost(statement))
+            return;
+        const Span place = valuePlace(document, value);
+        const std::string found = textAt(document, place);
+        std::string message = sentence(nameOf(keyword, item)) + " takes " + wanted(item, keyword) + ", and this is ";
+        if (value.kind == Value::string)
+            message += "a text";
+        else if (value.kind == Value::word)
+            message += "none: " + found;
+        else
+            message += value.kind == Value::range ? "a range" : "a number";
+        report.add(place, message);
+    });
 }
 
 void checkText(const Context& context, Report& report)
@@ -306,13 +312,17 @@ std::string allowed(Range range)
            std::to_string(range.highest);
 }
 
-void checkNumberRange(const gsdfile::Number& number, Range range, const std::string& name, Severity severity,
-                      const Document& document, Report& report)
+void checkNumberRange(const gsdfile::Number& number, const Keyword& keyword, const Item* item, const Document& document,
+                      Report& report)
 {
+    const Range range = item ? keyword.values : keyword.arguments; // without an item the number in parentheses
     if (range.holds(number.value) && !number.isTooLarge)
         return;
     const Span place = spanOf(document.tokens()[number.token]);
-    report.add(severity, place, sentence(name) + " is " + textAt(document, place) + "; " + allowed(range));
+    const std::string name =
+        item ? nameOf(keyword, *item) : std::string("the number in parentheses of ") + keyword.name;
+    report.add(item ? rangeSeverity(keyword) : Severity::error, place,
+               sentence(name) + " is " + textAt(document, place) + "; " + allowed(range));
 }
 
 void checkSet(const gsdfile::Number& number, const Keyword& keyword, const Document& document, Report& report)
@@ -332,20 +342,18 @@ void checkRange(const Context& context, Report& report)
     forEachKnown(context, [&](const Statement& statement, const Keyword& keyword) {
         if (!statement.argument || !takesArgument(keyword) || hasFault(statement, FaultKind::badArgument))
             return;
-        const std::string name = std::string("the number in parentheses of ") + keyword.name;
-        checkNumberRange(statement.argument->first, keyword.arguments, name, Severity::error, document, report);
+        checkNumberRange(statement.argument->first, keyword, nullptr, document, report);
         if (statement.argument->last)
-            checkNumberRange(*statement.argument->last, keyword.arguments, name, Severity::error, document, report);
+            checkNumberRange(*statement.argument->last, keyword, nullptr, document, report);
     });
     forEachValue(context, [&](const Statement&, const Keyword& keyword, const Item& item, const Value& value) {
         if (item.want == Want::text || item.want == Want::family || !isOfKind(value, item.want))
             return;
         if (keyword.type == ValueType::numberSet)
             return checkSet(value.first, keyword, document, report);
-        const std::string name = nameOf(keyword, item);
-        checkNumberRange(value.first, keyword.values, name, rangeSeverity(keyword), document, report);
+        checkNumberRange(value.first, keyword, &item, document, report);
         if (value.kind == Value::range)
-            checkNumberRange(value.last, keyword.values, name, rangeSeverity(keyword), document, report);
+            checkNumberRange(value.last, keyword, &item, document, report);
     });
 }
 
