@@ -17,6 +17,7 @@
 #include <algorithm>
 #include <array>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace typdescriptor::lint {
@@ -113,14 +114,19 @@ void tellMissing(const LibraryVerdict& verdict, Report& report)
 // The spellings that the library takes with a warning: the rule about them gets the code.
 void addSpellingCodes(const Context& context, const LibraryVerdict& verdict, Report& report)
 {
+    std::unordered_map<std::uint32_t, int> codes; // of the keywords, by their places
     for (const GSD_WARNING_ITEM& warning : verdict.warnings) {
-        if (warning.code != kWarnPrmTextRef && warning.code != kWarnChannelDiag)
-            continue;
-        const Entry* entry = entryAt(context.device(), context.document.bytes(), static_cast<long>(warning.lineNumber));
-        for (Finding& finding : report.findings())
-            if (entry != nullptr && finding.place == entry->place &&
-                finding.rule->name == std::string_view("field-spelling"))
-                finding.code = warning.code;
+        const bool isSpelling = warning.code == kWarnPrmTextRef || warning.code == kWarnChannelDiag;
+        const Entry* entry = isSpelling ? entryAt(context, static_cast<long>(warning.lineNumber)) : nullptr;
+        if (entry != nullptr)
+            codes.emplace(entry->place.begin, warning.code);
+    }
+    if (codes.empty())
+        return;
+    for (Finding& finding : report.findings()) {
+        const auto code = codes.find(finding.place.begin);
+        if (code != codes.end() && finding.rule->name == std::string_view("field-spelling"))
+            finding.code = code->second;
     }
 }
 
@@ -155,7 +161,7 @@ void checkCompilation(const Context& context, Report& report)
         return;
     }
     const DeviceIndex& device = context.device();
-    const RefusedLine line = refusedLine(device, context.document.bytes(), verdict->line);
+    const RefusedLine line = refusedLine(context, verdict->line);
     const Reason reason = reasonOf(*verdict, line, device);
     // A block without content is told where it begins.
     const Span statement = verdict->code == kErrGsdEmptyBlock ? line.blockPlace
@@ -195,7 +201,7 @@ void tellWarnings(const Context& context, int code, Describe describe, Report& r
     for (const GSD_WARNING_ITEM& warning : verdict->warnings) {
         if (warning.code != code)
             continue;
-        const Entry* entry = entryAt(context.device(), context.document.bytes(), static_cast<long>(warning.lineNumber));
+        const Entry* entry = entryAt(context, static_cast<long>(warning.lineNumber));
         const std::optional<Reason> reason = entry != nullptr ? describe(*entry) : std::nullopt;
         if (reason)
             report.add(reason->place, reason->why).code = code;
@@ -298,7 +304,7 @@ std::span<const Rule> libraryRules()
          "The library reads the keywords that its type file has room for and skips every other one. Such a line is "
          "right; a host of "
          "the library just does not learn what it says. The finding stands once in a file, at the first of them.",
-         "C1_Max_Data_Len = 64", "", checkSkipped},
+         "C1_Max_Data_Len = 64", "C1_Max_Data_Len = 64 ; right as it is", checkSkipped},
     };
     return kRules;
 }

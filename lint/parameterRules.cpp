@@ -6,7 +6,7 @@
 
 #include <algorithm>
 #include <array>
-#include <unordered_map>
+#include <vector>
 
 namespace typdescriptor::lint {
 
@@ -147,28 +147,40 @@ void checkConstantOverlap(const Context& context, Report& report)
     });
 }
 
-// Tells once that a parameter takes bits that another has.
-void checkBitsOf(const OwnedBlock& owned, Report& report)
+// The bits that a parameter takes in its block.
+struct TakenBits {
+    std::int64_t first;
+    std::int64_t last;
+    const Placement* placement;
+};
+
+// Tells once for a parameter that it takes bits that one before it has.
+void checkBitsOf(const PrmBlock& block, Report& report)
 {
-    std::unordered_map<std::int64_t, const Placement*> owner;
-    for (const Placement& placement : owned.block.placements) {
+    constexpr std::int64_t kBitsOfByte = 8;
+    std::vector<TakenBits> taken;
+    taken.reserve(block.placements.size());
+    for (const Placement& placement : block.placements) {
         const TypeLine* type = placement.definition != nullptr ? placement.definition->type() : nullptr;
-        if (type == nullptr)
-            continue;
-        const Placement* other = nullptr;
-        const std::int64_t first = placement.offset.value * 8 + type->firstBit;
-        for (std::int64_t bit = first; bit < first + type->bitCount; ++bit) {
-            const auto [known, isNew] = owner.emplace(bit, &placement);
-            if (!isNew && other == nullptr)
-                other = known->second;
+        const std::int64_t first = placement.offset.value * kBitsOfByte + (type != nullptr ? type->firstBit : 0);
+        if (type != nullptr)
+            taken.push_back({first, first + type->bitCount - 1, &placement});
+    }
+    std::ranges::stable_sort(taken, {}, &TakenBits::first);
+    const TakenBits* farthest = nullptr; // of the parameters so far
+    for (const TakenBits& one : taken) {
+        if (farthest != nullptr && one.first <= farthest->last) {
+            const bool isBehind = farthest->placement->place.begin < one.placement->place.begin;
+            const Placement& later = isBehind ? *one.placement : *farthest->placement;
+            const Placement& earlier = isBehind ? *farthest->placement : *one.placement;
+            Finding& finding =
+                report.add(later.offset.place, "parameter " + std::to_string(later.reference.value) + " takes " +
+                                                   (later.definition->type()->isBits ? "bits" : "a byte") +
+                                                   " of parameter " + std::to_string(earlier.reference.value));
+            finding.notes.push_back({earlier.place, "the other parameter"});
         }
-        if (other == nullptr)
-            continue;
-        Finding& finding =
-            report.add(placement.offset.place, "parameter " + std::to_string(placement.reference.value) + " takes " +
-                                                   (type->isBits ? "bits" : "a byte") + " of parameter " +
-                                                   std::to_string(other->reference.value));
-        finding.notes.push_back({other->place, "the other parameter"});
+        if (farthest == nullptr || one.last > farthest->last)
+            farthest = &one;
     }
 }
 
@@ -176,7 +188,7 @@ void checkParameterOverlap(const Context& context, Report& report)
 {
     forEachBlock(context.device(), [&report](const OwnedBlock& owned) {
         if (owned.block.placements.size() > 1)
-            checkBitsOf(owned, report);
+            checkBitsOf(owned.block, report);
     });
 }
 

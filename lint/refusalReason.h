@@ -12,6 +12,7 @@
 namespace typdescriptor::lint {
 
 class DeviceIndex;
+struct Context;
 struct Entry;
 
 // The statement at which the compilation ended, as far as it can be read.
@@ -27,9 +28,9 @@ struct RefusedLine {
 };
 
 // The statement to which a physical line belongs, counted from 1 as the library counts them; null when none stands before.
-const Entry* entryAt(const DeviceIndex& device, std::string_view bytes, long line);
+const Entry* entryAt(const Context& context, long line);
 
-RefusedLine refusedLine(const DeviceIndex& device, std::string_view bytes, long line);
+RefusedLine refusedLine(const Context& context, long line);
 
 struct Reason {
     Span place;

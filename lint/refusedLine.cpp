@@ -3,6 +3,9 @@
 #include "lint/refusalReason.h"
 
 #include "lint/deviceIndex.h"
+#include "lint/rule.h"
+
+#include "gsdfile/document.h"
 
 #include <algorithm>
 #include <array>
@@ -12,13 +15,11 @@ namespace typdescriptor::lint {
 
 namespace {
 
-// Where a physical line ends, its line feed included; the file's end for lines beyond it.
-std::size_t endOfLine(std::string_view bytes, long line)
+// Where a physical line ends; the file's end for lines beyond it.
+std::size_t endOfLine(const gsdfile::Document& document, long line)
 {
-    std::size_t end = 0;
-    for (; line > 0 && end < bytes.size(); --line)
-        end = std::min(bytes.size(), bytes.find('\n', end)) + 1;
-    return std::min(end, bytes.size());
+    const auto index = static_cast<std::size_t>(line) - 1;
+    return line > 0 && index < document.lines().size() ? document.lines()[index].end : document.bytes().size();
 }
 
 bool isBlank(char c)
@@ -71,24 +72,27 @@ bool isOneOf(std::string_view keyword, std::span<const std::string_view> list)
 
 } // namespace
 
-const Entry* entryAt(const DeviceIndex& device, std::string_view bytes, long line)
+const Entry* entryAt(const Context& context, long line)
 {
-    const std::size_t end = endOfLine(bytes, line);
+    const DeviceIndex& device = context.device();
+    const std::size_t end = endOfLine(context.document, line);
     const auto behind =
         std::ranges::partition_point(device.entries, [end](const Entry& entry) { return entry.place.begin < end; });
     return behind == device.entries.begin() ? nullptr : &*std::prev(behind);
 }
 
-RefusedLine refusedLine(const DeviceIndex& device, std::string_view bytes, long line)
+RefusedLine refusedLine(const Context& context, long line)
 {
+    const DeviceIndex& device = context.device();
+    const std::string_view bytes = context.document.bytes();
     RefusedLine refused;
-    const Entry* entry = entryAt(device, bytes, line);
+    const Entry* entry = entryAt(context, line);
     if (entry == nullptr)
         return refused;
     const std::size_t start = entry->place.begin;
     const std::string_view firstLine = content(bytes.substr(start, bytes.find('\n', start) - start));
     refused.place = {entry->place.begin, entry->place.begin + static_cast<std::uint32_t>(firstLine.size())};
-    refused.text = joinedLines(bytes.substr(start, endOfLine(bytes, line) - start));
+    refused.text = joinedLines(bytes.substr(start, std::max(start, endOfLine(context.document, line)) - start));
     refused.entry = entry;
     refused.keyword = entry->keyword;
     refused.keywordPlace = entry->place;
