@@ -3,6 +3,7 @@
 // A fault that another rule has found already is told once: the finding gets the library's code, and what the library says
 // about it as a note.
 
+#include "lint/allowed.h"
 #include "lint/deviceIndex.h"
 #include "lint/imageCulprit.h"
 #include "lint/libraryLosses.h"
@@ -153,6 +154,7 @@ void checkCompilation(const Context& context, Report& report)
                    "the library cannot be asked about the file: no temporary file can be written for it");
         return;
     }
+    dropAllowed(context.document, report.findings()); // what a file allows itself does not hide what the library says
     addSpellingCodes(context, *verdict, report);
     if (verdict->isCompiled)
         return;
@@ -202,9 +204,10 @@ void tellWarnings(const Context& context, int code, Describe describe, Report& r
         if (warning.code != code)
             continue;
         const Entry* entry = entryAt(context, static_cast<long>(warning.lineNumber));
-        const std::optional<Reason> reason = entry != nullptr ? describe(*entry) : std::nullopt;
-        if (reason)
-            report.add(reason->place, reason->why).code = code;
+        std::optional<Reason> reason = entry != nullptr ? describe(*entry) : std::nullopt;
+        if (!reason) // the statement cannot be read as the library does
+            reason = Reason{entry != nullptr ? entry->place : Span{}, resultText(code)};
+        report.add(reason->place, reason->why).code = code;
     }
 }
 
