@@ -50,9 +50,9 @@ Place Document::place(std::uint32_t offset) const
     const std::size_t index = behind == _lines.begin() ? 0 : static_cast<std::size_t>(behind - _lines.begin()) - 1;
     if (_lines.empty())
         return {1, 1, 1};
-    const std::uint32_t begin = _lines[index].begin;
     const std::uint32_t end = std::min(offset, static_cast<std::uint32_t>(_bytes.size()));
-    Place place{static_cast<std::uint32_t>(index) + 1, end - std::min(begin, end) + 1, 1};
+    const std::uint32_t begin = std::min(_lines[index].begin, end); // the first line begins behind the mark
+    Place place{static_cast<std::uint32_t>(index) + 1, end - begin + 1, 1};
     place.character = (place.column - 1) / _unit + 1;
     if (_encoding == Encoding::utf8) {
         const auto continues = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; };

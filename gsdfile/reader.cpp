@@ -506,6 +506,9 @@ void Reader::parseNumber(Statement& statement, std::size_t& token, bool isBehind
     value.firstToken = value.lastToken = static_cast<std::uint32_t>(token);
     value.isBehindComma = isBehindComma;
     const bool isGood = takeNumber(token, value.first, statement);
+    if (isGood)
+        takeRest(token, value.first);
+    value.lastToken = static_cast<std::uint32_t>(token);
     token = nextToken(token + 1);
     if (!isGood) {
         value.kind = Value::word;
@@ -514,6 +517,7 @@ void Reader::parseNumber(Statement& statement, std::size_t& token, bool isBehind
         const std::size_t hyphen = token;
         token = nextToken(token + 1);
         if (token != kNone && kindOf(token) == TokenKind::number && takeNumber(token, value.last, statement)) {
+            takeRest(token, value.last);
             value.kind = Value::range;
             value.lastToken = static_cast<std::uint32_t>(token);
             token = nextToken(token + 1);
@@ -522,6 +526,27 @@ void Reader::parseNumber(Statement& statement, std::size_t& token, bool isBehind
         }
     }
     statement.values.push_back(std::move(value));
+}
+
+/// The digits that a number goes on with in the next line, where a backslash parts it.
+void Reader::takeRest(std::size_t& token, Number& number)
+{
+    constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max() / 100;
+    const std::vector<Token>& tokens = _document._tokens;
+    while (token + 1 < tokens.size() && tokens[token + 1].kind == TokenKind::continuation && !number.isHex) {
+        const std::size_t next = nextToken(token + 1);
+        if (next == kNone || kindOf(next) != TokenKind::number)
+            return;
+        const std::string_view digits = _document.text(tokens[next]);
+        if (digits.find_first_not_of("0123456789") != std::string_view::npos)
+            return;
+        for (const char digit : digits) {
+            number.isTooLarge = number.isTooLarge || number.value > kMost || number.value < -kMost;
+            if (!number.isTooLarge)
+                number.value = number.value * 10 + (number.value < 0 ? '0' - digit : digit - '0');
+        }
+        token = next;
+    }
 }
 
 /// Decimal with a sign, or 0x and hexadecimal digits.

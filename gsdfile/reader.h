@@ -51,6 +51,7 @@ private:
     void parseString(Statement& statement, std::size_t& token);
     void parseNumber(Statement& statement, std::size_t& token, bool isBehindComma);
     bool takeNumber(std::size_t token, Number& number, Statement& statement);
+    void takeRest(std::size_t& token, Number& number);
     std::size_t nextToken(std::size_t token) const;
     TokenKind kindOf(std::size_t token) const;
     void placeInBlocks(Statement& statement);

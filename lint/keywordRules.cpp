@@ -1,0 +1,307 @@
+// Rules about keywords: which one it is, how it is spelled, where it may stand and how often.
+
+#include "lint/places.h"
+#include "lint/statementIndex.h"
+#include "lint/tables.h"
+
+#include <algorithm>
+
+namespace typdescriptor::lint {
+
+using gsdfile::Block;
+using gsdfile::BlockKind;
+using gsdfile::Document;
+using gsdfile::Keyword;
+using gsdfile::Repeat;
+using gsdfile::Statement;
+
+namespace {
+
+bool mayStand(const Keyword& keyword, BlockKind kind)
+{
+    return (keyword.places & gsdfile::placeOf(kind)) != 0;
+}
+
+std::string levelName(BlockKind kind)
+{
+    return kind == BlockKind::none ? "outside of all blocks" : std::string("in ") + gsdfile::openingName(kind);
+}
+
+// Whether a keyword is wanted where a statement stands: it may stand there, and not twice.
+bool isWanted(const Keyword& keyword, const Context& context, const Statement& statement)
+{
+    if (!mayStand(keyword, blockKindOf(context.document, statement)))
+        return false;
+    if (keyword.repeat == Repeat::repeatable || keyword.repeat == Repeat::oncePerArgument)
+        return true;
+    const StatementIndex& index = context.statements();
+    return !(statement.block == gsdfile::kNone ? index.outside(keyword) : index.inside(statement.block, keyword));
+}
+
+void checkUnknown(const Context& context, Report& report)
+{
+    for (const Statement* unknown : context.statements().unknown()) {
+        const Statement& statement = *unknown;
+        if (gsdfile::isMasterKeyword(statement.name))
+            continue;
+        const Span place = keywordPlace(context.document, statement);
+        const std::string message = "unknown keyword " + std::string(statement.name);
+        const Keyword* near = context.statements().nearest(statement);
+        if (!near) {
+            const bool isAssignment = statement.equalsToken != gsdfile::kNone || statement.argument;
+            if (isAssignment || statement.values.empty())
+                report.add(Severity::hint, place, message + "; readers skip it");
+        } else if (!isWanted(*near, context, statement)) {
+            report.add(Severity::hint, place,
+                       message + "; it is like " + near->name + ", which has no place here or stands there already");
+        } else {
+            const bool isMissing = std::string_view(near->duty) == "mandatory";
+            Finding& finding =
+                report.add(place, message + "; did you mean " + near->name + (isMissing ? ", which is missing?" : "?"));
+            finding.mend.push_back({place, near->name});
+        }
+    }
+}
+
+struct Variant {
+    std::string_view name;
+    const char* official;
+    const char* remark;
+    bool isSafe; // the library and other readers take the official spelling as well
+};
+
+constexpr Variant kVariants[] = {
+    {"PrmTextRef", "Prm_Text_Ref", "", true},
+    {"ChannelDiag", "Channel_Diag", "", true},
+    {"Unit_Diag_!Bit", "Unit_Diag_Not_Bit", "; the library shows the text only when it is spelled so", false},
+    {"Module_Reference", "",
+     "is not known to all readers: the reference of a module is a number alone on the line behind Module", false},
+};
+
+void checkVariant(const Context& context, Report& report)
+{
+    const std::vector<Statement>& statements = context.document.statements();
+    for (std::size_t i = 0; i < statements.size(); ++i) {
+        const Statement& statement = statements[i];
+        if (!statement.keyword || statement.keyword->origin != gsdfile::Origin::fieldVariant)
+            continue;
+        const auto variant = std::ranges::find(kVariants, std::string_view(statement.keyword->name), &Variant::name);
+        if (variant == std::end(kVariants) || (!variant->isSafe && !context.statements().isFirst(i)))
+            continue; // what cannot be mended is said once
+        const Span place = keywordPlace(context.document, statement);
+        const std::string name(statement.name);
+        if (*variant->official == '\0') {
+            report.add(Severity::hint, place, name + ' ' + variant->remark);
+            continue;
+        }
+        Finding& finding = report.add(variant->isSafe ? Severity::warning : Severity::hint, place,
+                                      name + " is spelled " + variant->official + " in the format" + variant->remark);
+        if (variant->isSafe)
+            finding.mend.push_back({place, variant->official});
+    }
+}
+
+void checkLetterCase(const Context& context, Report& report)
+{
+    std::vector<Edit> edits;
+    for (const Statement& statement : context.document.statements())
+        if (statement.keyword && statement.name != statement.keyword->name)
+            edits.push_back({keywordPlace(context.document, statement), statement.keyword->name});
+    if (edits.empty() || context.document.unit() != 1)
+        return;
+    const std::string others =
+        edits.size() == 1 ? "" : ", as in " + amount(edits.size() - 1, "more place", "more places");
+    Finding& finding = report.add(edits.front().place, textAt(context.document, edits.front().place) + " is " +
+                                                           edits.front().text + " in other letters" + others);
+    finding.mend = std::move(edits);
+}
+
+void checkExtension(const Context& context, Report& report)
+{
+    const std::vector<Statement>& statements = context.document.statements();
+    for (std::size_t i = 0; i < statements.size(); ++i) {
+        const Keyword* keyword = statements[i].keyword;
+        if (keyword && keyword->origin == gsdfile::Origin::extension && context.statements().isFirst(i))
+            report.add(keywordPlace(context.document, statements[i]),
+                       std::string(keyword->name) +
+                           " is no keyword of the format; the library reads it, other readers may skip it");
+    }
+}
+
+void checkRevision(const Context& context, Report& report)
+{
+    static const Keyword& kRevision = *gsdfile::findKeyword("GSD_Revision");
+    const std::optional<std::int64_t> stated = context.statements().number(kRevision);
+    if (!stated)
+        return;
+    const Span place = valuePlace(context.document, context.statements().outside(kRevision)->values.front());
+    const std::vector<Statement>& statements = context.document.statements();
+    for (std::size_t i = 0; i < statements.size(); ++i) {
+        const Keyword* keyword = statements[i].keyword;
+        if (!keyword || keyword->revision <= *stated || keyword->closes != BlockKind::none ||
+            !context.statements().isFirst(i))
+            continue;
+        Finding& finding =
+            report.add(keywordPlace(context.document, statements[i]),
+                       std::string(keyword->name) + " came with revision " + std::to_string(keyword->revision) +
+                           "; the file states " + std::to_string(*stated));
+        finding.notes.push_back({place, "the revision of the file"});
+    }
+}
+
+void checkMaster(const Context& context, Report& report)
+{
+    static const Keyword& kStationType = *gsdfile::findKeyword("Station_Type");
+    if (context.statements().number(kStationType).value_or(0) != 0)
+        return;
+    for (const Statement* statement : context.statements().unknown())
+        if (gsdfile::isMasterKeyword(statement->name))
+            report.add(keywordPlace(context.document, *statement),
+                       std::string(statement->name) + " is a keyword of masters, and the file describes a slave");
+}
+
+constexpr std::string_view kSection = "#Profibus_DP"; // has rules of its own
+
+void checkDuplicate(const Context& context, Report& report)
+{
+    const std::vector<Statement>& statements = context.document.statements();
+    for (std::size_t i = 0; i < statements.size(); ++i) {
+        const Keyword* keyword = statements[i].keyword;
+        if (!keyword || keyword->closes != BlockKind::none || keyword->name == kSection ||
+            (keyword->repeat != Repeat::once && keyword->repeat != Repeat::oncePerBlock))
+            continue;
+        const Statement* first = context.statements().earlier(i);
+        if (!first)
+            continue;
+        Finding& finding = report.add(keywordPlace(context.document, statements[i]),
+                                      std::string(keyword->name) + " may stand once " +
+                                          levelName(blockKindOf(context.document, statements[i])));
+        finding.notes.push_back({keywordPlace(context.document, *first), "it stands here first"});
+    }
+}
+
+// Places
+
+std::string wherePossible(const Keyword& keyword)
+{
+    std::string names;
+    for (unsigned kind = 0; kind <= static_cast<unsigned>(BlockKind::xUnitDiagArea); ++kind)
+        if (mayStand(keyword, static_cast<BlockKind>(kind)))
+            names += (names.empty() ? "" : " or ") + levelName(static_cast<BlockKind>(kind));
+    return names;
+}
+
+void checkPlace(const Context& context, Report& report)
+{
+    const Document& document = context.document;
+    for (const Statement& statement : document.statements()) {
+        const Keyword* keyword = statement.keyword;
+        const BlockKind kind = blockKindOf(document, statement);
+        if (!keyword || keyword->closes != BlockKind::none || mayStand(*keyword, kind))
+            continue;
+        const Block* block = statement.block == gsdfile::kNone ? nullptr : &document.blocks()[statement.block];
+        if (block && block->closing == gsdfile::kNone && mayStand(*keyword, BlockKind::none))
+            continue; // the block that is not closed is the fault
+        Finding& finding = report.add(
+            keyword->sureness == gsdfile::Sureness::sure ? Severity::error : Severity::warning,
+            keywordPlace(document, statement),
+            std::string(keyword->name) + " stands " + levelName(kind) + "; it belongs " + wherePossible(*keyword));
+        if (block)
+            finding.notes.push_back(
+                {keywordPlace(document, document.statements()[block->opening]), "the block begins here"});
+    }
+}
+
+void checkClosed(const Context& context, Report& report)
+{
+    const Document& document = context.document;
+    const std::vector<Statement>& statements = document.statements();
+    for (const Block& block : document.blocks()) {
+        if (block.closing != gsdfile::kNone)
+            continue;
+        const bool isAtEnd = block.end >= statements.size();
+        const Statement& behind = isAtEnd ? statements.back() : statements[block.end];
+        const std::string missing = gsdfile::closingName(block.kind);
+        Finding& finding =
+            report.add(behind.keywordToken == gsdfile::kNone ? spanOf(document.tokens()[behind.firstToken])
+                                                             : keywordPlace(document, behind),
+                       missing + (isAtEnd ? " is missing at the end of the file" : " is missing before this line"));
+        finding.notes.push_back({keywordPlace(document, statements[block.opening]),
+                                 std::string(gsdfile::openingName(block.kind)) + " begins here"});
+    }
+}
+
+void checkEnd(const Context& context, Report& report)
+{
+    const std::vector<Statement>& statements = context.document.statements();
+    std::vector<bool> closes(statements.size(), false);
+    for (const Block& block : context.document.blocks())
+        if (block.closing != gsdfile::kNone)
+            closes[block.closing] = true;
+    for (std::size_t i = 0; i < statements.size(); ++i) {
+        const Keyword* keyword = statements[i].keyword;
+        if (keyword && keyword->closes != BlockKind::none && !closes[i])
+            report.add(keywordPlace(context.document, statements[i]),
+                       std::string(keyword->name) + " closes nothing: no " + gsdfile::openingName(keyword->closes) +
+                           " is open here");
+    }
+}
+
+constexpr Rule kRules[] = {
+    {"unknown-keyword", Severity::warning, Group::form, "A keyword is one of the format's.",
+     "Readers skip a keyword that they do not know, so a misspelt one is silently without effect, and a mandatory one "
+     "is missing. "
+     "When a keyword of the format is near and would be right in that place, it is named. Without one this is a hint: "
+     "makers add "
+     "keywords of their own, which does no harm.",
+     "Max_Diag_Data_Length = 16", "Max_Diag_Data_Len = 16", checkUnknown},
+    {"field-spelling", Severity::warning, Group::form, "A keyword is spelled as the format spells it.",
+     "Some misspellings are so common that a number of readers take them: PrmTextRef for Prm_Text_Ref, ChannelDiag for "
+     "Channel_Diag. The spelling of the format is understood by all. Module_Reference is no keyword of the format: the "
+     "reference of "
+     "a module stands alone on the line behind Module.",
+     "ChannelDiag(16) = \"No supply\"", "Channel_Diag(16) = \"No supply\"", checkVariant},
+    {"letter-case", Severity::hint, Group::form, "Keywords are written with the format's capital and small letters.",
+     "Readers compare keywords without regard to case, so this harms nobody; files are easier to search and to compare "
+     "when all are "
+     "written alike. One finding stands for the whole file.",
+     "gsd_revision = 3", "GSD_Revision = 3", checkLetterCase},
+    {"extension-keyword", Severity::hint, Group::form, "A keyword is one that all readers know.",
+     "The library reads some keywords that are not part of the format. Other readers skip them, so the device must be "
+     "complete "
+     "without them. One finding stands for all statements of a keyword.",
+     "Preset = 1", "; the module is plugged from the start", checkExtension},
+    {"newer-than-revision", Severity::hint, Group::form, "A keyword is not newer than the file's GSD_Revision.",
+     "A reader may know no more than what the stated revision has. Raise GSD_Revision, or leave the keyword out. For "
+     "some keywords "
+     "the revision that brought them is not certain. One finding stands for all statements of a keyword.",
+     "GSD_Revision = 1\nDPV1_Slave = 1", "GSD_Revision = 3\nDPV1_Slave = 1", checkRevision},
+    {"master-keyword", Severity::warning, Group::form, "The file of a slave has no keywords of masters.",
+     "Keywords such as Download_supp or Max_MPS_Length describe a master of class 1. In the file of a slave they have "
+     "no effect; they "
+     "are left over from a template, as a rule.",
+     "Station_Type = 0\nMax_MPS_Length = 0", "Station_Type = 0", checkMaster},
+    {"duplicate-keyword", Severity::error, Group::form, "A keyword that may stand once stands once.",
+     "Some readers take the first statement, some the last, and some refuse the file.",
+     "Max_Module = 4\nMax_Module = 8", "Max_Module = 8", checkDuplicate},
+    {"wrong-place", Severity::error, Group::form, "A keyword stands on the level or in the block where it belongs.",
+     "In another place readers refuse it, skip it or take it for something else.",
+     "Module = \"DI 8\" 0x10\nVendor_Name = \"Halden\"\nEndModule",
+     "Vendor_Name = \"Halden\"\nModule = \"DI 8\" 0x10\nEndModule", checkPlace},
+    {"block-not-closed", Severity::error, Group::form, "A block ends with its end keyword.",
+     "Without it everything that follows belongs to the block, and readers refuse the file or lose the rest.",
+     "PrmText = 1\nText(0) = \"off\"\nModule = \"DI 8\" 0x10",
+     "PrmText = 1\nText(0) = \"off\"\nEndPrmText\nModule = \"DI 8\" 0x10", checkClosed},
+    {"end-without-block", Severity::error, Group::form, "An end keyword closes a block.",
+     "Either the line that opens the block is missing or misspelt, or the end stands twice.", "EndModule\nEndModule",
+     "EndModule", checkEnd},
+};
+
+} // namespace
+
+std::span<const Rule> keywordRules()
+{
+    return kRules;
+}
+
+} // namespace typdescriptor::lint
