@@ -162,7 +162,7 @@ Found parameterBudget(const DeviceIndex& device)
     for (const Module& module : device.modules) {
         const std::int64_t length = prmLength(module);
         preset += isOneModule || presetOf(module) != nullptr ? length : 0;
-        if (!hasModuleList(device) || length == 0 || common + length <= most->number())
+        if ((!hasModuleList(device) && !isOneModule) || length == 0 || common + length <= most->number())
             continue;
         return Culprit{module.prm.of(Telegram::plain).length->valuePlace(),
                        "the module's " + std::to_string(length) + " bytes and the common " + std::to_string(common) +
