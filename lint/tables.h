@@ -19,10 +19,11 @@ std::span<const Rule> definitionRules();
 std::span<const Rule> parameterRules();
 std::span<const Rule> diagnosisRules();
 std::span<const Rule> libraryRules(); // last: they look at what the others found
+std::span<const Rule> typeFileRules();
 
 inline constexpr std::span<const Rule> (*kRuleTables[])() = {
     encodingRules, lineRules, keywordRules,    valueRules,     mandatoryRules, stationRules, serviceRules,
-    moduleRules,   slotRules, definitionRules, parameterRules, diagnosisRules, libraryRules,
+    moduleRules,   slotRules, definitionRules, parameterRules, diagnosisRules, libraryRules, typeFileRules,
 };
 
 } // namespace typdescriptor::lint

@@ -5,6 +5,7 @@
 
 #include "gsdfile/document.h"
 #include "lint/rule.h"
+#include "lint/typeFile.h"
 
 #include <gtest/gtest.h>
 
@@ -34,6 +35,8 @@ std::vector<std::filesystem::path> cases()
 std::vector<lint::Finding> findingsIn(const std::string& bytes, const std::filesystem::path& path)
 {
     const std::string name = path.filename().string(), place = path.string();
+    if (path.extension() == ".410")
+        return lint::checkTypeFile(bytes, place);
     return lint::check(gsdfile::Document(bytes), {.fileName = name, .path = place});
 }
 

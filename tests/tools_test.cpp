@@ -1,4 +1,4 @@
-// The parts of typdesc that work without a terminal: identifiers, diagnosis, telegrams, findings, JSON.
+// The parts of typdesc that work without a terminal: identifiers, diagnosis, telegrams, reports, JSON.
 //
 // The devices are the examples; the expected telegrams were worked out by hand from their GSD files.
 
@@ -9,14 +9,20 @@
 #include "tools/deviceJson.h"
 #include "tools/deviceText.h"
 #include "tools/diagnosis.h"
-#include "tools/findingJson.h"
-#include "tools/findingText.h"
+#include "tools/displayText.h"
 #include "tools/latin1.h"
+#include "tools/lineDiff.h"
+#include "tools/reportJson.h"
+#include "tools/reportText.h"
+#include "tools/sourceText.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <numeric>
+#include <random>
 #include <set>
+#include <sstream>
 
 namespace {
 
@@ -237,64 +243,113 @@ TEST(ToolShow, SaysTheSameInTextAndJson)
     EXPECT_EQ(sectionJson(encoder, "diagnostics")["bits"][0]["set"], "Error de posici\u00f3n");
 }
 
-TEST(ToolFindings, ShowTheKeywordOfTheLine)
+TEST(ToolReport, MarksThePlaceInEveryEncoding)
 {
-    const std::string file =
-        putFile("bad device.gsd", "#Profibus_DP\n\tModel_Name = \\\n\n  \"M\" ; the name\n \tIdent_Number="
-                                  "99999\n");
-    FileReport report = checkFile(file);
-    ASSERT_EQ(report.findings.size(), 1U);
-    EXPECT_EQ(findingsText(report, false), file + ":5: error: " + resultText(kErrGsdNumber) +
-                                               " (-209)\n  5 |  \tIdent_Number=99999\n    |  \t^~~~~~~~~~~~\n");
-    const SourceText source(file);
-    EXPECT_EQ(source.gsdExcerpt(4).line, 2) << "the keyword stands where the line begins";
-    EXPECT_EQ(source.gsdExcerpt(7).line, 0);
-
-    const nlohmann::json log = nlohmann::json::parse(jsonText(sarif({report})));
-    EXPECT_EQ(log["version"], "2.1.0");
-    const auto& run = log["runs"][0];
-    EXPECT_EQ(run["tool"]["driver"]["rules"][0]["id"], "TD209");
-    const auto& result = run["results"][0];
-    EXPECT_EQ(result["ruleId"], "TD209");
-    EXPECT_EQ(result["level"], "error");
-    EXPECT_EQ(result["message"]["text"], resultText(kErrGsdNumber));
-    const auto& place = result["locations"][0]["physicalLocation"];
-    EXPECT_EQ(place["artifactLocation"]["uri"], uriOf(file));
-    EXPECT_EQ(place["region"]["startLine"], 5);
-    EXPECT_EQ(place["region"]["startColumn"], 3);
-    EXPECT_EQ(place["region"]["endColumn"], 15);
-    EXPECT_EQ(place["contextRegion"]["snippet"]["text"], " \tIdent_Number=99999");
+    struct Case {
+        std::string bytes, marked; // the first place of these bytes is marked
+        std::size_t line, column;
+        std::string excerpt;
+    };
+    const std::string wide = "\u65e5\u672c";
+    const Case cases[] = {
+        {"A\r\n\t\xE4 = \"b\xF6\"\r\n", "\"b\xF6\"", 2, 6, "        \u00e4 = \"b\u00f6\"\n            ^~~~"},
+        {wide + "\t= 1" + wide, "1" + wide, 1, 6, wide + "    = 1" + wide + "\n          ^~~~~"},
+        {"\xEF\xBB\xBF"
+         "A=1",
+         "A", 1, 1, "A=1\n^"},
+        {std::string("\xFF\xFE"
+                     "A\0\n\0B\0=\0",
+                     10),
+         std::string("=\0", 2), 2, 2, "B=\n ^"},
+        {"A\rB\x1B[2J=\rC", "=", 2, 6, "B\ufffd[2J=\n     ^"},
+        {std::string(200, 'x') + "=1", "=1", 1, 201,
+         "..." + std::string(40, 'x') + "=1\n" + std::string(43, ' ') + "^~"},
+    };
+    for (const Case& item : cases) {
+        const typdescriptor::gsdfile::Document document(item.bytes);
+        const SourceText source(document);
+        const auto begin = static_cast<std::uint32_t>(item.bytes.find(item.marked));
+        const auto end = static_cast<std::uint32_t>(begin + item.marked.size());
+        const Position position = source.positionOf(begin);
+        EXPECT_EQ(position.line, item.line) << item.bytes;
+        EXPECT_EQ(position.column, item.column) << item.bytes;
+        const Excerpt excerpt = source.excerpt({begin, end});
+        const std::string mark = '^' + std::string(excerpt.width - 1, '~');
+        EXPECT_EQ(excerpt.text + '\n' + std::string(excerpt.begin, ' ') + mark, item.excerpt);
+    }
+    EXPECT_EQ(readable("\x9B[1m\x07"), "\ufffd[1m\ufffd");
+    EXPECT_EQ(readable("\u009b\u202e\t\u00e4"), "\ufffd\ufffd\t\u00e4");
     EXPECT_EQ(uriOf("a b/\xE4%.gsd"), "a%20b/%E4%25.gsd");
-
-    report.file = "\xE4.gsd"; // not UTF-8: replaced, never an exception
-    Totals totals;
-    totals.add(report);
-    const nlohmann::json own = nlohmann::json::parse(jsonText(findingsJson({report}, totals)));
-    EXPECT_EQ(own["files"][0]["findings"][0]["code"], -209);
-    EXPECT_EQ(own["summary"]["failed"], 1);
-    EXPECT_EQ(totals.exitStatus(), kExitFindings);
+    EXPECT_NE(jsonText({{"file", "\xE4.gsd"}}).find("\ufffd.gsd"), std::string::npos) << "never an exception";
 }
 
-TEST(ToolFindings, TellThePlaceInATypeFile)
+// A diff, applied to the one text, gives the other, whatever they are.
+TEST(ToolReport, ShowsEveryDifferenceOfTwoTexts)
 {
-    const std::string gsd = putFile("a.gsd", "#Profibus_DP\nModel_Name=\"M\"\n");
-    EXPECT_NE(findingsText(checkFile(gsd), false).find("[missing: Vendor_Name, Revision, "), std::string::npos);
+    std::mt19937 random(7);
+    const auto below = [&random](unsigned limit) { return static_cast<unsigned>(random() % limit); };
+    for (int run = 0; run < 500; ++run) {
+        const unsigned words = 2 + below(60);
+        std::vector<std::string> before(below(40)), after;
+        for (std::string& line : before)
+            line = std::to_string(below(words)) + '\n';
+        for (const std::string& line : before) {
+            if (below(8) == 0)
+                after.push_back("new " + std::to_string(below(words)) + '\n');
+            if (below(8) != 0)
+                after.push_back(line);
+        }
+        const auto joined = [](const std::vector<std::string>& lines) {
+            return std::accumulate(lines.begin(), lines.end(), std::string());
+        };
+        const std::string diff = unifiedDiff("f", joined(before), joined(after));
+        EXPECT_EQ(diff.empty(), before == after);
+        std::string text;
+        std::size_t next = 0; // line of the old text
+        std::istringstream lines(diff);
+        for (std::string line; std::getline(lines, line);) {
+            if (line.starts_with("---") || line.starts_with("+++"))
+                continue;
+            if (line.starts_with("@@")) {
+                const auto start = static_cast<std::size_t>(std::stoul(line.substr(4)));
+                const bool isInsertion = line.substr(0, line.find(" +")).ends_with(",0");
+                while (next < start - (isInsertion ? 0 : 1))
+                    text += before.at(next++);
+            } else if (line.starts_with('+')) {
+                text += line.substr(1) + '\n';
+            } else {
+                ASSERT_EQ(before.at(next++), line.substr(1) + '\n') << diff;
+                text += line.starts_with(' ') ? line.substr(1) + '\n' : "";
+            }
+        }
+        while (next < before.size())
+            text += before[next++];
+        EXPECT_EQ(text, joined(after)) << diff;
+    }
+}
 
+TEST(ToolReport, TellsThePlaceInATypeFile)
+{
     const std::string good = newFile("good.410");
     const cTypDescriptor written(TYPDESCRIPTOR_SOURCE_DIR "/examples/gsd/SLOTPARM.GSE", 1, good.c_str());
-    EXPECT_TRUE(checkFile(good).findings.empty());
+    FileReport report;
+    report.file = good;
+    checkFile(report, {});
+    EXPECT_TRUE(report.findings.empty());
     const std::string whole = fileContents(good);
-    // What is replaced, by what > line (the head line is the first) and detail.
-    const char* const cases = "45839;=4583x; > 8 ident number | DKM=DKX > 0  | 0001011111;=0000000000; > 24 baud rates";
+    // What is replaced, by what > line (the head line is the first) and what is there.
+    const char* const cases = "45839;=4583x; > :8:1: [ident number] | 0001011111;=0000000000; > :24:1: [baud rates] | "
+                              "DKM=DKX > : ";
     forEachCase(cases, [&](const std::string& change, const std::string& expected) {
         std::string text = whole;
         const std::size_t mark = change.find('=');
-        const std::size_t position = text.find(change.substr(0, mark));
-        ASSERT_NE(position, std::string::npos) << change;
-        text.replace(position, mark, change.substr(mark + 1));
-        const std::string file = putFile("bad.410", text);
-        const FileReport report = checkFile(file);
-        ASSERT_EQ(report.findings.size(), 1U) << change;
-        EXPECT_EQ(std::to_string(report.findings[0].line) + ' ' + report.findings[0].detail, expected) << change;
+        text.replace(text.find(change.substr(0, mark)), mark, change.substr(mark + 1));
+        FileReport bad;
+        bad.file = putFile("bad.410", text);
+        checkFile(bad, {});
+        const std::string shown = reportText(bad, false);
+        const std::size_t space = expected.find(' ');
+        EXPECT_NE(shown.find("bad.410" + expected.substr(0, space) + " error: "), std::string::npos) << shown;
+        EXPECT_NE(shown.find(expected.substr(std::min(space + 1, expected.size()))), std::string::npos) << shown;
     });
 }

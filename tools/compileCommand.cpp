@@ -3,8 +3,10 @@
 #include "tools/commands.h"
 #include "tools/compiledFile.h"
 #include "tools/exitStatus.h"
-#include "tools/finding.h"
-#include "tools/findingText.h"
+#include "tools/fileBytes.h"
+#include "tools/loadDevice.h"
+#include "tools/reportJson.h"
+#include "tools/reportText.h"
 #include "tools/terminal.h"
 
 #include <iostream>
@@ -17,9 +19,69 @@ struct Options {
     std::string file;
     std::string output;
     bool isChecked = false;
+    bool isJson = false;
 };
 
-ExitStatus compile(const Options& options)
+/// What the library says about a file that it compiles.
+FileReport lossReport(const std::string& file)
+{
+    CheckOptions rules;
+    for (const lint::Rule& rule : lint::allRules()) {
+        if (rule.group != lint::Group::library)
+            rules.leftOut.push_back(&rule);
+    }
+    FileReport report;
+    report.file = file;
+    checkFile(report, rules);
+    std::erase_if(report.findings,
+                  [](const lint::Finding& finding) { return finding.severity == lint::Severity::error; });
+    return report;
+}
+
+/// What became of a compilation.
+struct Outcome {
+    FileReport report;
+    std::string written;           // the name of the type file; empty when there is none
+    std::string problem;           // why it cannot be written
+    bool isStandardOutput = false; // what was written went there
+    ExitStatus status = kExitGood;
+};
+
+Outcome compile(const Options& options)
+{
+    Outcome outcome;
+    CompiledFile file(options.file, options.output);
+    outcome.isStandardOutput = file.isStandardOutput();
+    cTypDescriptor& compiled = file.descriptor();
+    int code = compiled.getStatus();
+    if (code == kOk && options.isChecked)
+        code = compiled.checkTypeFileContents();
+    if (code < 0) {
+        outcome.report = refusalReport(options.file, code);
+        outcome.status = kExitFindings;
+        return outcome;
+    }
+    outcome.report = lossReport(options.file);
+    outcome.problem = file.put();
+    if (outcome.problem.empty())
+        outcome.written = outcome.isStandardOutput ? "-" : file.target().string();
+    else
+        outcome.status = kExitUnusable;
+    return outcome;
+}
+
+std::string jsonOf(const Outcome& outcome)
+{
+    nlohmann::ordered_json json = fileJson(outcome.report);
+    json["written"] = nullptr;
+    if (!outcome.written.empty())
+        json["written"] = outcome.written;
+    if (!outcome.problem.empty())
+        json["problem"] = outcome.problem;
+    return jsonText(json);
+}
+
+ExitStatus compileAndReport(const Options& options)
 {
     if (!isGsdFileName(options.file)) {
         reportProblem(options.file, "not the name of a GSD file (.gsd, .gse, .gsf, .gsg, .gsi, .gsp, .gss)");
@@ -29,28 +91,20 @@ ExitStatus compile(const Options& options)
         reportProblem(options.file, problem);
         return kExitUnusable;
     }
-    CompiledFile file(options.file, options.output);
-    FileReport report;
-    report.file = options.file;
-    report.findings = options.isChecked ? findingsOf(file.descriptor(), options.file)
-                                        : compilationFindings(file.descriptor(), options.file);
-    const bool inColour = !file.isStandardOutput() && isColourWanted();
-    for (const Finding& finding : report.findings) {
-        const std::string text = findingText(options.file, finding, inColour);
-        if (file.isStandardOutput())
-            std::cerr << text;
-        else
-            print(text);
-    }
-    if (report.isFailed())
-        return kExitFindings;
-    if (const std::string problem = file.put(); !problem.empty()) {
-        reportProblem(options.output.empty() ? "type file" : options.output, problem);
-        return kExitUnusable;
-    }
-    if (!file.isStandardOutput())
-        print("wrote " + file.target().string() + '\n');
-    return kExitGood;
+    const Outcome outcome = compile(options);
+    const bool inColour = !outcome.isStandardOutput && isColourWanted();
+    const std::string report = options.isJson ? jsonOf(outcome) : reportText(outcome.report, inColour);
+    if (outcome.isStandardOutput)
+        std::cerr << report;
+    else
+        print(report);
+    if (!outcome.report.problem.empty())
+        reportProblem(options.file, outcome.report.problem);
+    if (!outcome.problem.empty())
+        reportProblem(options.output.empty() ? "type file" : options.output, outcome.problem);
+    else if (!outcome.written.empty() && !options.isJson && !outcome.isStandardOutput)
+        print("wrote " + outcome.written + '\n');
+    return outcome.status;
 }
 
 } // namespace
@@ -63,8 +117,9 @@ void addCompileCommand(CLI::App& app, int& status)
     command->add_option("-o,--output", options->output,
                         "type file to write, - for standard output; without it __iiii_s.410 in the current directory");
     command->add_flag("--check", options->isChecked, "check the result as well, and write only a good one");
+    command->add_flag("--json", options->isJson, "as JSON");
     command->footer(
         "Exit status: 0 written, 1 the compilation failed, 2 wrong usage or a file cannot be read or written.\n"
         "Example: typdesc compile DRIVE.GSE -o drive.410 --check");
-    command->callback([options, &status] { status = compile(*options); });
+    command->callback([options, &status] { status = compileAndReport(*options); });
 }

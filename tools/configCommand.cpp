@@ -2,9 +2,9 @@
 
 #include "tools/commands.h"
 #include "tools/configuration.h"
-#include "tools/findingJson.h"
 #include "tools/latin1.h"
 #include "tools/loadDevice.h"
+#include "tools/reportJson.h"
 #include "tools/terminal.h"
 
 #include <nlohmann/json.hpp>

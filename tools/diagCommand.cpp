@@ -2,8 +2,8 @@
 
 #include "tools/commands.h"
 #include "tools/diagnosis.h"
-#include "tools/findingJson.h"
 #include "tools/loadDevice.h"
+#include "tools/reportJson.h"
 #include "tools/terminal.h"
 
 #include <nlohmann/json.hpp>

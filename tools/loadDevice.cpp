@@ -1,10 +1,20 @@
 #include "tools/loadDevice.h"
 
-#include "tools/finding.h"
-#include "tools/findingText.h"
+#include "tools/fileBytes.h"
+#include "tools/reportText.h"
 #include "tools/terminal.h"
 
 #include <iostream>
+
+FileReport refusalReport(const std::string& file, int code)
+{
+    FileReport report;
+    report.file = file;
+    checkFile(report, {{}, true, false});
+    if (!isFailed(report)) // no rule knows why
+        report.problem = std::string(resultText(code)) + " (" + std::to_string(code) + ')';
+    return report;
+}
 
 ExitStatus loadDevice(const std::string& file, Device& device)
 {
@@ -13,11 +23,12 @@ ExitStatus loadDevice(const std::string& file, Device& device)
         return kExitUnusable;
     }
     cTypDescriptor descriptor(file.c_str(), 0, nullptr);
-    FileReport report;
-    report.file = file;
-    report.findings = findingsOf(descriptor, file);
-    if (report.isFailed()) {
-        std::cerr << findingsText(report, false);
+    const int code = descriptor.getStatus() != kOk ? descriptor.getStatus() : descriptor.checkTypeFileContents();
+    if (code < 0) {
+        const FileReport report = refusalReport(file, code);
+        std::cerr << reportText(report, false);
+        if (!report.problem.empty())
+            reportProblem(file, report.problem);
         return kExitFindings;
     }
     device = readDevice(descriptor);

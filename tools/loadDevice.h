@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "tools/checkedFile.h"
 #include "tools/device.h"
 #include "tools/exitStatus.h"
 
@@ -10,3 +11,7 @@
 /// Builds, checks and reads the device type in a file. What is wrong goes to standard error; warnings do not.
 /// @return kExitGood and the device; else the status to end with
 ExitStatus loadDevice(const std::string& file, Device& device);
+
+/// Why the library refuses a file, with every other error of the file.
+/// @param code  the library's
+FileReport refusalReport(const std::string& file, int code);

@@ -3,8 +3,8 @@
 #include "tools/commands.h"
 #include "tools/deviceJson.h"
 #include "tools/deviceText.h"
-#include "tools/findingJson.h"
 #include "tools/loadDevice.h"
+#include "tools/reportJson.h"
 #include "tools/terminal.h"
 
 #include <nlohmann/json.hpp>

@@ -1,91 +1,172 @@
 #include "tools/sourceText.h"
 
+#include "tools/displayText.h"
 #include "tools/latin1.h"
 
 #include <algorithm>
-#include <fstream>
+
+namespace gsdfile = typdescriptor::gsdfile;
+namespace lint = typdescriptor::lint;
 
 namespace {
 
-/// Whether a GSD line goes on in the next one: a backslash ends it, ahead of the comment.
-bool goesOn(const std::string& line)
+constexpr std::size_t kTabStop = 8;
+constexpr std::size_t kMostColumns = 150;
+constexpr std::string_view kLeftOut = "...";
+
+void addUtf8(std::string& text, char32_t code)
 {
-    bool isQuoted = false;
-    std::size_t end = 0;
-    while (end < line.size() && (isQuoted || line[end] != ';')) {
-        if (line[end] == '"')
-            isQuoted = !isQuoted;
-        ++end;
+    const auto add = [&text](char32_t byte) { text += static_cast<char>(byte); };
+    if (code < 0x80) {
+        add(code);
+    } else if (code < 0x800) {
+        add(0xC0U | (code >> 6U));
+        add(0x80U | (code & 0x3FU));
+    } else {
+        if (code < 0x10000) {
+            add(0xE0U | (code >> 12U));
+        } else {
+            add(0xF0U | (code >> 18U));
+            add(0x80U | ((code >> 12U) & 0x3FU));
+        }
+        add(0x80U | ((code >> 6U) & 0x3FU));
+        add(0x80U | (code & 0x3FU));
     }
-    const std::size_t last = line.substr(0, end).find_last_not_of(" \t\r\v\f");
-    return last != std::string::npos && line[last] == '\\';
 }
 
-/// Whether a line holds nothing: a continuation may be interrupted by such lines.
-bool isBlank(const std::string& line)
+std::string fromUtf16(std::string_view bytes, bool isLittle)
 {
-    const std::size_t first = line.find_first_not_of(" \t\r\v\f");
-    return first == std::string::npos || line[first] == ';';
+    constexpr char32_t kHigh = 0xD800;
+    constexpr char32_t kLow = 0xDC00;
+    constexpr char32_t kAbove = 0xE000;
+    const auto unitAt = [bytes, isLittle](std::size_t i) -> char32_t {
+        const auto first = static_cast<unsigned char>(bytes[i]);
+        const auto second = static_cast<unsigned char>(bytes[i + 1]);
+        return isLittle ? first | (static_cast<char32_t>(second) << 8U) : (static_cast<char32_t>(first) << 8U) | second;
+    };
+    std::string text;
+    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
+        const char32_t unit = unitAt(i);
+        const char32_t next = i + 3 < bytes.size() ? unitAt(i + 2) : 0;
+        const bool isPair = unit >= kHigh && unit < kLow && next >= kLow && next < kAbove;
+        if (isPair)
+            i += 2;
+        if (isPair)
+            addUtf8(text, 0x10000 + ((unit - kHigh) << 10U) + (next - kLow));
+        else if (unit < kHigh || unit >= kAbove)
+            addUtf8(text, unit == 0xFEFF ? 0x200B : unit); // the byte order mark takes no column
+        else
+            addUtf8(text, 0xFFFD);
+    }
+    return text;
 }
 
-Excerpt excerptOf(const std::string& whole, long number)
+/// UTF-8 with blanks for tabs.
+std::string expanded(std::string_view utf8, std::size_t& columns)
 {
-    constexpr std::size_t kMostCharacters = 160;
-    const std::string line = whole.substr(0, kMostCharacters);
-    Excerpt excerpt;
-    excerpt.line = number;
-    excerpt.text = fromLatin1(line.substr(0, line.find_last_not_of(" \t\r") + 1));
-    excerpt.column = std::min(line.find_first_not_of(" \t"), line.size());
-    const std::size_t end = std::min(line.find_first_of(" \t\r=(;\"", excerpt.column), line.size());
-    excerpt.length = end - excerpt.column;
-    return excerpt;
+    std::string text;
+    text.reserve(utf8.size());
+    while (!utf8.empty()) {
+        const Character character = firstCharacter(utf8);
+        const std::size_t width = character.code == '\t' ? kTabStop - columns % kTabStop : columnsOf(character.code);
+        if (character.code == '\t')
+            text.append(width, ' ');
+        else
+            text += utf8.substr(0, character.bytes);
+        columns += width;
+        utf8.remove_prefix(character.bytes);
+    }
+    return text;
+}
+
+/// The bytes of the first characters of a text that fill some columns.
+std::size_t bytesOfColumns(std::string_view utf8, std::size_t columns)
+{
+    std::size_t bytes = 0;
+    for (std::size_t taken = 0; bytes < utf8.size();) {
+        const Character character = firstCharacter(utf8.substr(bytes));
+        taken += columnsOf(character.code);
+        if (taken > columns)
+            break;
+        bytes += character.bytes;
+    }
+    return bytes;
+}
+
+/// Cuts an excerpt that is too wide: the mark stays in it, or its beginning.
+void cut(Excerpt& excerpt, std::size_t columns)
+{
+    constexpr std::size_t kAhead = 40; // columns that stay ahead of the mark
+    if (columns <= kMostColumns)
+        return;
+    if (excerpt.begin + excerpt.width > kMostColumns - kLeftOut.size() && excerpt.begin > kAhead) {
+        const std::size_t bytes = bytesOfColumns(excerpt.text, excerpt.begin - kAhead);
+        const std::size_t gone = columnsOf(std::string_view(excerpt.text).substr(0, bytes));
+        excerpt.text.replace(0, bytes, kLeftOut);
+        excerpt.begin = excerpt.begin - gone + kLeftOut.size();
+        columns = columns - gone + kLeftOut.size();
+    }
+    if (columns > kMostColumns) {
+        excerpt.text.resize(bytesOfColumns(excerpt.text, kMostColumns - kLeftOut.size()));
+        excerpt.text += kLeftOut;
+    }
+    excerpt.width = std::min(excerpt.width, kMostColumns - kLeftOut.size() - excerpt.begin);
 }
 
 } // namespace
 
-SourceText::SourceText(const std::string& file)
+std::string SourceText::utf8(std::string_view part) const
 {
-    std::ifstream stream(file, std::ios::binary);
-    for (std::string text; std::getline(stream, text);)
-        lines.push_back(text.substr(0, text.find('\0')));
+    switch (document.encoding()) {
+    case gsdfile::Encoding::latin1:
+        return fromLatin1(part);
+    case gsdfile::Encoding::utf16Little:
+    case gsdfile::Encoding::utf16Big:
+        return withoutControls(fromUtf16(part, document.encoding() == gsdfile::Encoding::utf16Little));
+    default:
+        return withoutControls(part);
+    }
 }
 
-std::string SourceText::line(long number) const
+std::string SourceText::utf8(std::uint32_t begin, std::uint32_t end) const
 {
-    return number >= 1 && number <= lineCount() ? lines[static_cast<std::size_t>(number - 1)] : std::string();
+    return begin < end ? utf8(document.bytes().substr(begin, end - begin)) : std::string();
 }
 
-Excerpt SourceText::gsdExcerpt(long number) const
+lint::Span SourceText::lineSpan(std::size_t number) const
 {
-    if (number < 1 || number > lineCount())
+    if (number < 1 || number > document.lines().size())
         return {};
-    long first = number;
-    for (long above = number - 1; above >= 1; --above) {
-        if (goesOn(line(above)))
-            first = above;
-        else if (!isBlank(line(above)))
-            break;
-    }
-    return excerptOf(line(first), first);
+    const gsdfile::Line& line = document.lines()[number - 1];
+    const bool hasMark = number == 1 && document.hasMark();
+    return {hasMark ? document.tokens().front().end : line.begin, line.end};
 }
 
-Excerpt SourceText::typeFileExcerpt(long record) const
+std::string SourceText::line(std::size_t number) const
 {
-    const long number = record + (hasHeadLine() ? 1 : 0);
-    return number <= lineCount() ? excerptOf(line(number), number) : Excerpt();
+    const lint::Span span = lineSpan(number);
+    return utf8(span.begin, span.end);
 }
 
-Excerpt SourceText::groupExcerpt(const std::string& tag) const
+Position SourceText::positionOf(std::uint32_t offset) const
 {
-    constexpr long kHeaderRecords = 9; // texts of the device stand in them
-    for (long number = kHeaderRecords + 1; number <= lineCount(); ++number) {
-        if (line(number).starts_with(tag))
-            return excerptOf(line(number), number);
-    }
-    return {};
+    const gsdfile::Place place = document.place(offset);
+    return {place.line, place.character};
 }
 
-bool SourceText::hasHeadLine() const
+Excerpt SourceText::excerpt(lint::Span place) const
 {
-    return line(1).find(';') == std::string::npos;
+    const lint::Span span = lineSpan(document.place(place.begin).line);
+    const std::uint32_t begin = std::clamp(place.begin, span.begin, span.end);
+    const std::uint32_t end = std::clamp(place.end, begin, span.end);
+    Excerpt excerpt;
+    std::size_t columns = 0;
+    excerpt.text = expanded(utf8(span.begin, begin), columns);
+    excerpt.begin = columns;
+    excerpt.text += expanded(utf8(begin, end), columns);
+    excerpt.width = std::max<std::size_t>(columns - excerpt.begin, 1);
+    excerpt.text += expanded(utf8(end, span.end), columns);
+    excerpt.text.resize(excerpt.text.find_last_not_of(' ') + 1);
+    cut(excerpt, columns);
+    return excerpt;
 }

@@ -1,36 +1,50 @@
-// The line of a file that a finding speaks of, with the keyword of it.
-//
-// The compiler counts a line that goes on with a backslash as its last physical line; the keyword stands on its first.
+// The bytes of a file as people see them: lines, columns counted in characters, excerpts in UTF-8.
 
 #pragma once
 
-#include <string>
-#include <vector>
+#include "gsdfile/document.h"
+#include "lint/finding.h"
 
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+/// Whether a finding is about the file as a whole and has no line.
+inline bool isWholeFile(typdescriptor::lint::Span place)
+{
+    return place.begin == 0 && place.end == 0;
+}
+
+/// A place as people count it: line and column from 1, a column for each character.
+struct Position {
+    std::size_t line = 0;
+    std::size_t column = 0;
+};
+
+/// A part of a line on a terminal, and what is marked in it.
 struct Excerpt {
-    long line = 0;          // of the text, from 1
-    std::string text;       // UTF-8
-    std::size_t column = 0; // of the keyword, in characters from 0
-    std::size_t length = 0; // of the keyword; 0 when there is none
+    std::string text;      // UTF-8; tabs have become blanks, and "..." stands for what is left out at either end
+    std::size_t begin = 0; // of the mark, in columns of the terminal from 0
+    std::size_t width = 0; // of the mark, at least 1
 };
 
 class SourceText {
 public:
-    /// Reads a whole file; one that cannot be read has no lines.
-    explicit SourceText(const std::string& file);
+    /// @param file  has to outlive the object
+    explicit SourceText(const typdescriptor::gsdfile::Document& file) : document(file) {}
 
-    long lineCount() const { return static_cast<long>(lines.size()); }
-    /// A line from 1, ISO 8859-1, without its line end; empty outside the file.
-    std::string line(long number) const;
-    /// The line on which the keyword of a GSD line stands; without a text when the line is outside the file.
-    Excerpt gsdExcerpt(long number) const;
-    /// The line of a record of a type file; the number counts without the head line.
-    Excerpt typeFileExcerpt(long record) const;
-    /// The line of the first record behind the header that begins with a tag; without a text when there is none.
-    Excerpt groupExcerpt(const std::string& tag) const;
+    Position positionOf(std::uint32_t offset) const;
+    /// A line from 1 as UTF-8 without its end.
+    std::string line(std::size_t number) const;
+    /// Bytes of the file as UTF-8.
+    std::string utf8(std::string_view part) const;
+    /// The line on which a place begins, with the place marked as far as it stands on that line.
+    Excerpt excerpt(typdescriptor::lint::Span place) const;
 
 private:
-    bool hasHeadLine() const;
+    /// Offsets of a line in the file, without a byte order mark and its end.
+    typdescriptor::lint::Span lineSpan(std::size_t number) const;
+    std::string utf8(std::uint32_t begin, std::uint32_t end) const;
 
-    std::vector<std::string> lines;
+    const typdescriptor::gsdfile::Document& document;
 };

@@ -31,7 +31,12 @@ bool isColourWanted()
     const char* const terminal = std::getenv("TERM");
     if (noColour != nullptr && *noColour != '\0')
         return false;
-    return isatty(STDOUT_FILENO) == 1 && (terminal == nullptr || std::string_view(terminal) != "dumb");
+    return isTerminal() && (terminal == nullptr || std::string_view(terminal) != "dumb");
+}
+
+bool isTerminal()
+{
+    return isatty(STDOUT_FILENO) == 1;
 }
 
 bool isErrorTerminal()
@@ -49,9 +54,14 @@ std::string coloured(std::string_view text, Colour colour, bool isWanted)
 
 bool print(const std::string& utf8)
 {
-    static const bool isLatin1 = isatty(STDOUT_FILENO) == 1 && isLatin1Locale();
+    static const bool isLatin1 = isTerminal() && isLatin1Locale();
     std::cout << (isLatin1 ? toLatin1(utf8) : utf8) << std::flush;
     return static_cast<bool>(std::cout);
+}
+
+void printBytes(const std::string& bytes)
+{
+    std::cout << bytes << std::flush;
 }
 
 void reportProblem(const std::string& name, const std::string& text)

@@ -8,6 +8,8 @@
 
 /// Whether text for standard output may be coloured: a terminal, and no NO_COLOR in the environment.
 bool isColourWanted();
+/// Whether standard output is a terminal.
+bool isTerminal();
 /// Whether messages on standard error are read as they come.
 bool isErrorTerminal();
 
@@ -19,6 +21,8 @@ std::string coloured(std::string_view text, Colour colour, bool isWanted);
 /// Prints UTF-8 text; a terminal of an ISO 8859-1 locale gets it in that encoding.
 /// @return whether all of it could be written
 bool print(const std::string& utf8);
+/// Prints bytes of a file as they are.
+void printBytes(const std::string& bytes);
 
 /// Says what is wrong with a thing that has no line: `typdesc: name: text`.
 void reportProblem(const std::string& name, const std::string& text);

@@ -1,4 +1,16 @@
 # Completion of typdesc for bash.
+
+# The names that an option takes, from the program itself.
+_typdesc_rules()
+{
+    local name
+    [[ $1 == --explain ]] && echo all
+    "$2" check --rules 2>/dev/null | while read -r name _; do
+        echo "$name"
+        [[ $1 == -W ]] && echo "no-$name"
+    done
+}
+
 _typdesc()
 {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} options
@@ -14,7 +26,11 @@ _typdesc()
         return
         ;;
     --format)
-        mapfile -t COMPREPLY < <(compgen -W "text json sarif" -- "${current#=}")
+        mapfile -t COMPREPLY < <(compgen -W "text json sarif github" -- "${current#=}")
+        return
+        ;;
+    -W | --explain)
+        mapfile -t COMPREPLY < <(compgen -W "$(_typdesc_rules "$previous" "$1")" -- "${current#=}")
         return
         ;;
     esac
@@ -24,8 +40,11 @@ _typdesc()
         return
     fi
     case ${COMP_WORDS[1]} in
-    check) options="--recursive --errors-only --format --help" ;;
-    compile) options="--output --check --help" ;;
+    check)
+        options="--recursive --errors-only --werror -W --baseline --write-baseline --fix --diff --format --name --jobs"
+        options+=" --rules --explain --help"
+        ;;
+    compile) options="--output --check --json --help" ;;
     show) options="--json --section --help" ;;
     diag) options="--json --help" ;;
     config) options="--slot --set --json --help" ;;
