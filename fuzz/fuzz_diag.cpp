@@ -5,7 +5,7 @@
 
 #include "fuzz/property.h"
 #include "tools/diagnosis.h"
-#include "tools/findingJson.h"
+#include "tools/reportJson.h"
 #include "tools/latin1.h"
 
 #include <nlohmann/json.hpp>
