@@ -16,6 +16,8 @@
 #include <new>
 #include <string_view>
 
+using namespace typdescriptor::internal;
+
 namespace {
 
 constexpr std::size_t kGsdImageCapacity = 65000;

@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "gsd/file.h"
+#include "gsd/stream.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -13,6 +13,8 @@
 #else
 #include <unistd.h>
 #endif
+
+namespace typdescriptor::internal {
 
 inline int fileNumber(std::FILE* file)
 {
@@ -46,3 +48,5 @@ inline File openEmptied(const char* name)
     // A device or a pipe holds nothing that could be cut off.
     return problem == 0 || problem == EINVAL ? std::move(file) : File();
 }
+
+} // namespace typdescriptor::internal

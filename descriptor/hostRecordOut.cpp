@@ -4,11 +4,11 @@
 // from what the check has decoded. A category-II type file has values for a few members only.
 
 #include "descriptor/cTypDescriptor.h"
-#include "descriptor/hostRecordFields.h"
 #include "descriptor/orderNumber.h"
 #include "generator/recordText.h"
-#include "typefile/cfgDecoder.h"
 #include "typefile/format.h"
+#include "typefile/hostRecordFields.h"
+#include "typefile/identifiers.h"
 #include "typefile/scan.h"
 
 #include <array>
@@ -17,7 +17,7 @@
 
 namespace {
 
-using namespace typefile;
+using namespace typdescriptor::internal;
 
 // Digits of the baud rates that a record has a flag for; 31.25 k and 45.45 k have none.
 constexpr std::array<std::size_t, 9> kBaudRateDigits{0, 1, 2, 3, 5, 6, 7, 8, 9};

@@ -11,6 +11,8 @@
 #include <cstdio>
 #include <new>
 
+using namespace typdescriptor::internal;
+
 int cTypDescriptor::changeTypeFilePossible() const
 {
     return changeable;

@@ -12,6 +12,8 @@
 #include <string>
 #include <string_view>
 
+using namespace typdescriptor::internal;
+
 namespace {
 
 // The fuzzer asks for a crossing of two inputs as often as for a mutation; one in so many is enough.

@@ -19,6 +19,8 @@
 #include <string_view>
 #include <vector>
 
+using namespace typdescriptor::internal;
+
 namespace fs = std::filesystem;
 
 namespace {

@@ -12,6 +12,8 @@
 #include <type_traits>
 #include <utility>
 
+namespace typdescriptor::internal {
+
 class Arena {
 public:
     Arena() = default;
@@ -82,3 +84,5 @@ private:
     char* room = nullptr; // what can be handed out of the newest block
     std::size_t left = 0;
 };
+
+} // namespace typdescriptor::internal

@@ -2,7 +2,7 @@
 
 #include "generator/typeFileGenerator.h"
 
-using namespace typefile;
+namespace typdescriptor::internal {
 
 namespace {
 
@@ -58,3 +58,5 @@ void TypeFileGenerator::writeDeviceDiagText(const GSD_UNIT_DIAG_AREA& area, cons
         image.append(digitAndQuote(image.record(), item.value));
     image.append(image.record().end());
 }
+
+} // namespace typdescriptor::internal

@@ -4,13 +4,15 @@
 #pragma once
 
 #include "generator/list.h"
-#include "typefile/cfgDecoder.h"
+#include "typefile/identifiers.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string_view>
+
+namespace typdescriptor::internal {
 
 /// Keyword ids of the data-type lines; they stand for the data types throughout the model.
 enum GsdDataType : std::uint32_t {
@@ -98,7 +100,6 @@ public:
     GSD_LIST<GSD_PRM_REF_ITEM> refs;
     std::int32_t prmDataEnd = 0;        // highest end of an Ext_User_Prm_Data_Const
     std::int32_t paramModuleNumber = 0; // number of the module's parameter block, 0 for none
-    std::uint16_t moduleReference = 0;
     std::uint8_t preset = 0;
     std::uint8_t identifierCount = 0;
     bool ownsPrmBlock = true; // false: an earlier module has the same block and writes it
@@ -161,3 +162,5 @@ struct GSD_CHANNEL_DIAG {
     std::uint8_t errorType = 0; // 16 to 31
     std::string_view text;
 };
+
+} // namespace typdescriptor::internal

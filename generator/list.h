@@ -9,6 +9,8 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace typdescriptor::internal {
+
 template <class Element>
 struct GSD_LIST_NODE {
     GSD_LIST_NODE* next; // of the last node: the first
@@ -56,33 +58,8 @@ public:
     iterator end() const { return {nullptr, tail}; }
 
 private:
-    template <class>
-    friend class GSD_LIST_ITER;
-
     Node* tail = nullptr;
     std::uint32_t used = 0;
-};
-
-/// A walk over a list that does not grow meanwhile: its elements, first to last, and then null.
-template <class Element>
-class GSD_LIST_ITER {
-public:
-    explicit GSD_LIST_ITER(const GSD_LIST<Element>& list) : end(list.tail), current(list.tail) {}
-
-    Element* next()
-    {
-        if (current == nullptr)
-            return nullptr;
-        GSD_LIST_NODE<Element>* node = current->next;
-        current = node == end ? nullptr : node;
-        return &node->element;
-    }
-
-    void rewind() { current = end; }
-
-private:
-    GSD_LIST_NODE<Element>* end;
-    GSD_LIST_NODE<Element>* current;
 };
 
 /// A list whose elements are looked up by their 16-bit `reference`. References need not be unique: the first wins.
@@ -113,3 +90,5 @@ private:
     using Page = std::array<Element*, 256>;
     std::array<Page*, 256> pages{};
 };
+
+} // namespace typdescriptor::internal

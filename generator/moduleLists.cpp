@@ -10,7 +10,7 @@
 
 #include "generator/typeFileGenerator.h"
 
-using namespace typefile;
+namespace typdescriptor::internal {
 
 namespace {
 
@@ -29,7 +29,7 @@ void TypeFileGenerator::writePresetConfig()
     const bool oneModule = model.modules.count() == 1;
     std::size_t count = 0;
     bool presetOnly = false;
-    if (model.modularStation == 0 && oneModule) {
+    if (!model.modularStation && oneModule) {
         count = model.modules.first().identifiers().count();
     } else if (!model.multiIdentifierModuleSeen) {
         for (const GSD_MODULE& module : model.modules)
@@ -37,7 +37,7 @@ void TypeFileGenerator::writePresetConfig()
         presetOnly = count != 0;
     }
 
-    const bool fixed = oneModule || model.fixPresetModules != 0;
+    const bool fixed = oneModule || model.fixPresetModules;
     image.append(image.record().head(fixed ? kTagPresetFixed : kTagPresetByIdentifier, count), kStructureWidth);
     if (count > 0) {
         for (const GSD_MODULE& module : model.modules) {
@@ -78,12 +78,12 @@ void TypeFileGenerator::writeOrderNumberList()
 {
     const std::size_t head = image.reserve(kOrderListHeadWidth);
     unsigned count = 0;
-    if (model.isKgpDevice != 0) {
+    if (model.isKgpDevice) {
         for (const GSD_MODULE& module : model.kgpModules) {
             writeKgpEntry(module);
             ++count;
         }
-    } else if (model.modularStation == 1 && !model.multiIdentifierModuleSeen) {
+    } else if (model.modularStation && !model.multiIdentifierModuleSeen) {
         for (const GSD_MODULE& module : model.modules) {
             if (module.preset != 0)
                 continue;
@@ -123,7 +123,7 @@ void TypeFileGenerator::writeModuleList()
 {
     const std::size_t head = image.reserve(kListHeadWidth);
     std::size_t count = 0;
-    if (model.modularStation == 0 ? model.modules.count() > 1 : model.multiIdentifierModuleSeen) {
+    if (!model.modularStation ? model.modules.count() > 1 : model.multiIdentifierModuleSeen) {
         for (const GSD_MODULE& module : model.modules)
             writeModuleListEntry(module, ++count);
     }
@@ -160,3 +160,5 @@ void TypeFileGenerator::writeQuotedName(std::string_view name)
     image.appendField(name, kNameWidth);
     image.append(image.record().quote());
 }
+
+} // namespace typdescriptor::internal

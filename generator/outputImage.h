@@ -1,7 +1,7 @@
-// The image that a compilation fills: a buffer of fixed capacity, owned by somebody else, with a write position.
+// The image that is written: a buffer of fixed capacity, owned by somebody else, with a write position.
 //
-// Every write of the generator goes through imageAt(), whose one bounds test leaves a headroom that no single record
-// reaches; a full image ends the generation with ImageFull.
+// Every write goes through imageAt(), whose one bounds test leaves a headroom that no single record reaches; a full
+// image ends the generation with ImageFull.
 
 #pragma once
 
@@ -11,6 +11,8 @@
 #include <cstdint>
 #include <cstring>
 #include <string_view>
+
+namespace typdescriptor::internal {
 
 /// Thrown by OutputImage::imageAt(); caught by the generator's top level and nowhere else.
 struct ImageFull {};
@@ -31,10 +33,6 @@ public:
 
     /// Fills the whole image with blanks.
     void clear() { std::memset(image, ' ', imageCapacity); }
-
-    /// Characters at a place in the fixed part of the image (head line, header, fixed type data), for which every
-    /// usable image has room.
-    RecordText fixedAt(std::size_t position) { return RecordText(image + position); }
 
     /// Characters at a position, nothing behind them is touched.
     RecordText recordAt(std::size_t position) { return RecordText(imageAt(position)); }
@@ -64,23 +62,24 @@ public:
         imageLength += width;
         return position;
     }
+    /// Room that is filled at once, longer than a record may be; returns its first character.
+    char* takeRoom(std::size_t width) { return imageAt(reserve(width) + width) - width; }
 
     /// Fills room left for the head of a list. The terminator stands at the end of the room, and so over the last digits
     /// of a count that has more than three.
     void setListHead(std::size_t position, std::size_t width, std::string_view tag, std::size_t count)
     {
         recordAt(position).text(tag).number(count);
-        set(position + width - typefile::kTerminator.size(), typefile::kTerminator);
+        set(position + width - kTerminator.size(), kTerminator);
     }
 
-    char* data() { return image; }
     const char* data() const { return image; }
 
     std::size_t imageLength = 0; // characters of the image in use: the write position
-    std::size_t headerPos = 0;   // first character of the header
-    std::size_t typeDataPos = 0; // first character of the type data
 
 private:
     char* image;
     std::uint32_t imageCapacity;
 };
+
+} // namespace typdescriptor::internal

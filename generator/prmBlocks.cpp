@@ -5,7 +5,7 @@
 #include "descriptor/resultCodes.h"
 #include "generator/typeFileGenerator.h"
 
-using namespace typefile;
+namespace typdescriptor::internal {
 
 namespace {
 
@@ -204,3 +204,5 @@ int TypeFileGenerator::writeSlotPrmBlock(const GSD_MODULE& module)
     }
     return kOk;
 }
+
+} // namespace typdescriptor::internal

@@ -2,6 +2,8 @@
 
 #include <array>
 
+namespace typdescriptor::internal {
+
 RecordText& RecordText::longNumber(std::uint64_t value, std::size_t digits)
 {
     std::array<char, 20> decimal{}; // as many digits as 64 bits may need
@@ -24,3 +26,5 @@ RecordText& RecordText::hexByte(std::uint8_t value)
     constexpr std::string_view kDigits = "0123456789ABCDEF";
     return character(kDigits[value >> 4]).character(kDigits[value & 0x0F]);
 }
+
+} // namespace typdescriptor::internal

@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <string_view>
 
+namespace typdescriptor::internal {
+
 class RecordText {
 public:
     /// @param target  where the record is written, with room for all that will be put into it
@@ -27,24 +29,24 @@ public:
         return *this;
     }
     /// A decimal number of at least `digits` digits; a larger number takes more.
-    RecordText& number(std::uint64_t value, std::size_t digits = typefile::kNumberDigits)
+    RecordText& number(std::uint64_t value, std::size_t digits = kNumberDigits)
     {
-        if (digits != typefile::kNumberDigits || value > 999)
+        if (digits != kNumberDigits || value > 999)
             return longNumber(value, digits);
         const auto small = static_cast<unsigned>(value);
         next[0] = static_cast<char>('0' + small / 100);
         next[1] = static_cast<char>('0' + small / 10 % 10);
         next[2] = static_cast<char>('0' + small % 10);
-        next += typefile::kNumberDigits;
+        next += kNumberDigits;
         return *this;
     }
     /// A signed one; the sign comes on top of the digits.
     RecordText& signedNumber(std::int32_t value, std::size_t digits);
     /// A byte as two upper-case hexadecimal digits.
     RecordText& hexByte(std::uint8_t value);
-    RecordText& quote() { return character(typefile::kQuote); }
+    RecordText& quote() { return character(kQuote); }
     /// The record terminator.
-    RecordText& end() { return text(typefile::kTerminator); }
+    RecordText& end() { return text(kTerminator); }
     /// The head of a record group: tag, count, terminator.
     RecordText& head(std::string_view tag, std::uint64_t count) { return text(tag).number(count).end(); }
 
@@ -57,3 +59,5 @@ private:
     char* start;
     char* next;
 };
+
+} // namespace typdescriptor::internal

@@ -13,6 +13,8 @@
 #include <unordered_map>
 #include <vector>
 
+namespace typdescriptor::internal {
+
 namespace {
 
 struct PrmBlockHash {
@@ -77,12 +79,11 @@ bool samePrmBlock(const GSD_MODULE& a, const GSD_MODULE& b)
     if (!std::equal(dataOfA.begin(), dataOfA.end(), dataOfB.begin(), dataOfB.end()) || a.prmDataEnd != b.prmDataEnd ||
         a.refs.count() != b.refs.count())
         return false;
-    GSD_LIST_ITER<GSD_PRM_REF_ITEM> itemsOfA(a.refs);
-    GSD_LIST_ITER<GSD_PRM_REF_ITEM> itemsOfB(b.refs);
-    while (const GSD_PRM_REF_ITEM* itemOfA = itemsOfA.next()) {
-        const GSD_PRM_REF_ITEM* itemOfB = itemsOfB.next();
-        if (itemOfA->reference != itemOfB->reference || itemOfA->byteOffset != itemOfB->byteOffset)
+    auto itemOfB = b.refs.begin();
+    for (const GSD_PRM_REF_ITEM& itemOfA : a.refs) {
+        if (itemOfA.reference != (*itemOfB).reference || itemOfA.byteOffset != (*itemOfB).byteOffset)
             return false;
+        ++itemOfB;
     }
     return true;
 }
@@ -123,3 +124,5 @@ void sharePrmBlocks(GsdModel& model)
             module.paramModuleNumber = blocks.number(blockOfModule[next++]);
     }
 }
+
+} // namespace typdescriptor::internal

@@ -4,6 +4,8 @@
 
 #include "generator/model.h"
 
+namespace typdescriptor::internal {
+
 /// Whether two modules have the same parameter image and the same placements.
 bool samePrmBlock(const GSD_MODULE& a, const GSD_MODULE& b);
 
@@ -11,3 +13,5 @@ bool samePrmBlock(const GSD_MODULE& a, const GSD_MODULE& b);
 /// that this leaves in the numbers of the Module list. The modules of the KGP list share blocks with those of the
 /// Module list too, but keep their own numbers when a gap is closed.
 void sharePrmBlocks(GsdModel& model);
+
+} // namespace typdescriptor::internal

@@ -1,11 +1,13 @@
 #include "generator/splitConfig.h"
 
 #include "descriptor/resultCodes.h"
-#include "typefile/cfgDecoder.h"
+#include "typefile/identifiers.h"
 
 #include <cstddef>
 #include <span>
 #include <utility>
+
+namespace typdescriptor::internal {
 
 int splitModuleConfig(GSD_MODULE& module, bool& multiIdentifierModuleSeen)
 {
@@ -26,3 +28,5 @@ int splitModuleConfig(GSD_MODULE& module, bool& multiIdentifierModuleSeen)
         multiIdentifierModuleSeen = true;
     return end == bytes.size() ? kOk : kErrGsdConfiguration;
 }
+
+} // namespace typdescriptor::internal

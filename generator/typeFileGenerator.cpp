@@ -1,26 +1,26 @@
-// The frame of the generation: the fields of the fixed block that the keyword handlers leave open, and the record
-// groups in their order.
+// The frame of the generation: the fixed part, then the record groups in their order.
 
 #include "generator/typeFileGenerator.h"
 
 #include "descriptor/resultCodes.h"
+#include "generator/fixedPart.h"
 #include "generator/sharePrmBlocks.h"
 
-using namespace typefile;
+namespace typdescriptor::internal {
 
 int TypeFileGenerator::generateTypeFile()
 {
     try {
         return writeRecords();
     } catch (const ImageFull&) {
-        model.initError = 1;
         return kErrGsdImageFull;
     }
 }
 
 int TypeFileGenerator::writeRecords()
 {
-    completeFixedFields();
+    image.clear();
+    writeFixedPart(image, model);
     sharePrmBlocks(model);
 
     writeUserPrmData();
@@ -29,16 +29,16 @@ int TypeFileGenerator::writeRecords()
     writeHelpTextBlock(Scope::station);
     writePresetConfig();
     writeDiagTexts();
-    image.append(image.record().text({model.bitmapDevice.data(), model.bitmapDevice.size()}).end());
+    writeBitmapName();
     image.append(image.record().text(kDefaultLibrary).end());
     image.append(image.record().head(kTagSlotOffset, model.modulOffset));
-    if (model.isKgpDevice != 0)
+    if (model.isKgpDevice)
         writeSlotRecords();
     writeMaxDataLen();
     writeOrderNumberList();
     writeModuleList();
     writeOffsetOfModuleBlocks();
-    if (const int result = writeSlotPrmBlocks(model.isKgpDevice != 0 ? model.kgpModules : model.modules); result < 0)
+    if (const int result = writeSlotPrmBlocks(model.isKgpDevice ? model.kgpModules : model.modules); result < 0)
         return result;
     writeHelpTextBlock(Scope::module);
     image.append(image.record().head(kTagEterDelay, model.eterDelay));
@@ -46,41 +46,8 @@ int TypeFileGenerator::writeRecords()
     return kOk;
 }
 
-void TypeFileGenerator::completeFixedFields()
-{
-    const auto set = [this](std::size_t position, std::string_view text) {
-        image.set(image.typeDataPos + position, text);
-    };
-
-    if (model.isPublisher != 0)
-        set(kPublisherSubscriber, model.isSubscriber != 0 ? "J" : "P");
-    else if (model.isSubscriber != 0)
-        set(kPublisherSubscriber, "S");
-    if (model.isMaster != 0)
-        set(kActiveMaster, "M");
-    else if (model.isActive != 0)
-        set(kActiveMaster, "J");
-    if (model.onlyNormalModules != 0)
-        set(kModuleKinds, "E");
-    else if (model.onlySpecialModules != 0)
-        set(kModuleKinds, "S");
-    set(kModular, model.modularStation != 0 ? "J" : "N");
-    image.recordAt(image.typeDataPos + kMaxInputLen.position).number(model.maxInputLen);
-    image.recordAt(image.typeDataPos + kMaxOutputLen.position).number(model.maxOutputLen);
-    image.recordAt(image.typeDataPos + kMaxModule.position).number(moduleLimit());
-    for (const std::size_t position : kTypeDataTerminators)
-        set(position, kTerminator);
-}
-
-std::uint32_t TypeFileGenerator::moduleLimit() const
-{
-    const bool given = (model.modularStation == 1 && !model.multiIdentifierModuleSeen) || model.isDpAsiLink != 0;
-    return given && model.maxModule != 0 ? model.maxModule : kMaxModules;
-}
-
 void TypeFileGenerator::writeUserPrmData()
 {
-    image.imageLength = image.typeDataPos + kUserPrmLen;
     std::size_t length = model.userPrmDataLen;
     RecordText record = image.record();
     if (model.extPrmUsed) {
@@ -99,6 +66,13 @@ void TypeFileGenerator::writeUserPrmData()
                       static_cast<std::size_t>(model.constPrmDataEnd));
     else
         writePrmBytes(model.userPrmData.data(), model.userPrmData.size(), model.userPrmData.size());
+}
+
+void TypeFileGenerator::writeBitmapName()
+{
+    constexpr std::string_view kFiller = "_______";
+    const std::string_view name = model.bitmapDevice.substr(0, kBitmapName.width);
+    image.append(image.record().text(name).text(kFiller.substr(name.size())).end());
 }
 
 void TypeFileGenerator::writeSlotRecords()
@@ -136,3 +110,5 @@ void TypeFileGenerator::writeOffsetOfModuleBlocks()
         offset = static_cast<std::int32_t>(model.userPrmData.size());
     image.append(image.record().number(static_cast<std::uint32_t>(offset)).end());
 }
+
+} // namespace typdescriptor::internal

@@ -1,22 +1,23 @@
 // The generator: turns the model of one GSD file into the records of a type file.
 //
-// In: a model whose keyword handlers have succeeded, with the fixed part of its image filled as far as the handlers
-// fill it. Out: the complete image. The record layouts are those of typefile/format.h; the larger groups of records
-// have files of their own.
+// In: the model of a whole file. Out: the image, every character of it. The record layouts are those of
+// typefile/format.h; the fixed part and the larger groups of records have files of their own.
 
 #pragma once
 
 #include "generator/model.h"
+#include "generator/outputImage.h"
 
 #include <cstdint>
 
+namespace typdescriptor::internal {
+
 class TypeFileGenerator {
 public:
-    explicit TypeFileGenerator(GsdModel& compiled) : model(compiled), image(compiled.image) {}
+    TypeFileGenerator(GsdModel& compiled, OutputImage& target) : model(compiled), image(target) {}
 
-    /// Completes the image. To be called once.
-    /// @return 0; kErrGsdReference when a placement refers to no ExtUserPrmData block; kErrGsdImageFull when the image
-    ///         is full, the model's initError is then set
+    /// Writes the image. To be called once: shared parameter blocks and help numbers change the model.
+    /// @return 0; kErrGsdReference when a placement refers to no ExtUserPrmData block; kErrGsdImageFull
     int generateTypeFile();
 
 private:
@@ -24,8 +25,6 @@ private:
     enum class Scope { station, module };
 
     int writeRecords();
-    void completeFixedFields();
-    std::uint32_t moduleLimit() const;
 
     void writeUserPrmData();
     int writeStationPrmBlock();
@@ -50,6 +49,7 @@ private:
     void writeDiagTexts();
     void writeDeviceDiagText(const GSD_UNIT_DIAG_AREA& area, const GSD_DIAG_VALUE_ITEM& item);
 
+    void writeBitmapName();
     void writeSlotRecords();
     void writeMaxDataLen();
     void writeOffsetOfModuleBlocks();
@@ -57,3 +57,5 @@ private:
     GsdModel& model;
     OutputImage& image;
 };
+
+} // namespace typdescriptor::internal

@@ -1,21 +1,15 @@
-// Keywords that stand alone: identification, lengths, family, protocol chip and the vendor's extensions.
+// Keywords that stand alone: identification, family, protocol chip and the vendor's extensions, as far as they are more
+// than one number or text that is kept.
 
-#include "descriptor/resultCodes.h"
-#include "gsd/cGsdCompiler.h"
-#include "gsd/families.h"
+#include "gsd/handlers.h"
 #include "typefile/scan.h"
-#include "typefile/stationTypes.h"
 
 #include <algorithm>
 #include <array>
 
-using namespace typefile;
+namespace typdescriptor::internal {
 
 namespace {
-
-// Lengths to which strings are squeezed.
-constexpr std::size_t kNameSqueeze = 17;
-constexpr std::size_t kShortSqueeze = 10;
 
 constexpr std::string_view kMakerName = "ALTRONA";
 constexpr std::string_view kCustomFamilyMark = "TdF";
@@ -46,241 +40,70 @@ bool containsIgnoringCase(std::string_view text, std::string_view wanted)
 
 } // namespace
 
-int cGsdCompiler::dropFlag(const GsdLine& line)
+int handleMaxTsdr(GsdReading& reading, std::uint32_t)
 {
-    ValueReader value(line.value);
-    value.flag();
-    return value.finish();
-}
-
-int cGsdCompiler::dropByte(const GsdLine& line)
-{
-    ValueReader value(line.value);
-    value.unsigned8();
-    return value.finish();
-}
-
-int cGsdCompiler::dropString(const GsdLine& line)
-{
-    ValueReader value(line.value);
-    value.string();
-    return value.finish();
-}
-
-int cGsdCompiler::handleGsdRevision(const GsdLine& line)
-{
-    ValueReader value(line.value);
-    const std::uint32_t revision = value.unsigned8();
-    if (const int result = value.finish(); result < 0)
-        return result;
-    model.gsdRevision = revision;
+    reading.foundMandatories[kMaxTsdrFound] = 1;
     return kOk;
 }
 
-int cGsdCompiler::handleVendorName(const GsdLine& line)
+int handleVendorName(GsdReading& reading, std::string_view name)
 {
-    ValueReader value(line.value);
-    const std::string_view name = value.string(kNameSqueeze);
-    if (const int result = value.finish(); result < 0)
-        return result;
-    setHeader(kVendorName, name);
-    if (containsIgnoringCase(name, kMakerName))
-        setHeader(kMakerDevice, 'J');
-    if (name.size() > kVendorName.width)
-        addWarning(kWarnTextCut);
+    reading.model.vendorName = reading.keepText(name, kVendorName.width);
+    reading.model.isMakersDevice = containsIgnoringCase(name, kMakerName);
     return kOk;
 }
 
-int cGsdCompiler::handleModelName(const GsdLine& line)
+int handleImplementationType(GsdReading& reading, std::string_view type)
 {
-    ValueReader value(line.value);
-    const std::string_view name = value.string(kNameSqueeze);
-    if (const int result = value.finish(); result < 0)
-        return result;
-    setHeader(kModelName, name);
-    if (name.size() > kModelName.width)
-        addWarning(kWarnTextCut);
-    return kOk;
-}
-
-int cGsdCompiler::handleIdentNumber(const GsdLine& line)
-{
-    ValueReader value(line.value);
-    const std::uint32_t number = value.unsigned16();
-    if (const int result = value.finish(); result < 0)
-        return result;
-    model.identNumber = number;
-    model.image.fixedAt(model.image.headerPos + kIdentNumber.position).number(number, kIdentNumber.width);
-    return kOk;
-}
-
-int cGsdCompiler::handleImplementationType(const GsdLine& line)
-{
-    ValueReader value(line.value);
-    const std::string_view type = value.string(kNameSqueeze);
-    if (const int result = value.finish(); result < 0)
-        return result;
     const auto chip = std::find_if(kProtocolChips.begin(), kProtocolChips.end(), [&](const ProtocolChip& candidate) {
         return containsIgnoringCase(type, candidate.name);
     });
     if (chip != kProtocolChips.end())
-        setTypeData(kAsicCode, chip->code);
+        reading.model.asicCode = chip->code;
     return kOk;
 }
 
-int cGsdCompiler::handleBitmapDevice(const GsdLine& line)
+int handleBitmapDevice(GsdReading& reading, std::string_view name)
 {
-    ValueReader value(line.value);
-    const std::string_view name = value.string(kNameSqueeze);
-    if (const int result = value.finish(); result < 0)
-        return result;
     if (name.size() > kMaxBitmapNameLength)
         return kErrGsdSyntax;
-    model.bitmapDevice.fill('_');
-    std::copy_n(name.begin(), std::min(name.size(), kBitmapName.width), model.bitmapDevice.begin());
-    if (name.size() > kBitmapName.width)
-        addWarning(kWarnTextCut);
+    reading.model.bitmapDevice = reading.keepText(name, kBitmapName.width);
     return kOk;
 }
 
-int cGsdCompiler::handleMinSlaveInterval(const GsdLine& line)
+int handleSlaveFamily(GsdReading& reading, const FamilyValue& family)
 {
-    ValueReader value(line.value);
-    const std::uint32_t interval = value.unsigned16();
-    if (const int result = value.finish(); result < 0)
-        return result;
-    setTypeDataNumber(kSlaveInterval, interval);
-    return kOk;
-}
-
-int cGsdCompiler::handleModularStation(const GsdLine& line)
-{
-    ValueReader value(line.value);
-    const std::uint32_t flag = value.flag();
-    if (const int result = value.finish(); result < 0)
-        return result;
-    model.modularStation = flag;
-    return kOk;
-}
-
-int cGsdCompiler::handleMaxDiagDataLen(const GsdLine& line)
-{
-    ValueReader value(line.value);
-    const std::uint32_t length = value.unsigned8();
-    if (const int result = value.finish(); result < 0)
-        return result;
-    if (length < kMinDiagLen || length > kMaxDiagLenValue)
-        return kErrGsdNumber;
-    setTypeDataNumber(kMaxDiagLen, length);
-    return kOk;
-}
-
-int cGsdCompiler::handleModulOffset(const GsdLine& line)
-{
-    ValueReader value(line.value);
-    const std::uint32_t offset = value.unsigned8();
-    if (const int result = value.finish(); result < 0)
-        return result;
-    model.modulOffset = static_cast<std::uint8_t>(offset);
-    return kOk;
-}
-
-int cGsdCompiler::handleSlaveFamily(const GsdLine& line)
-{
-    ValueReader value(line.value);
-    const FamilyValue family = value.family();
-    if (const int result = value.finish(); result < 0)
-        return result;
-    model.slaveFamily = family.number;
-    for (std::size_t i = 0; i < family.subFamilyCount; ++i)
-        model.subFamilies[i] = model.arena.text(family.subFamilies[i]);
     const bool custom = family.subFamilyCount == 2 && family.subFamilies[0] == kCustomFamilyMark &&
                         family.subFamilies[1].size() <= kFamily.width;
-    setHeader(kFamily, custom ? family.subFamilies[1] : kFamilyNames[family.number][languageIndex]);
+    reading.model.family =
+        custom ? reading.model.arena.text(family.subFamilies[1]) : kFamilyNames[family.number][reading.languageIndex];
     return kOk;
 }
 
-int cGsdCompiler::handleStationTypeFlag(const GsdLine& line, std::int32_t& field, std::string_view stationType)
+int handleOrderNumber(GsdReading& reading, std::string_view number)
 {
-    ValueReader value(line.value);
-    const std::uint32_t flag = value.flag();
-    if (const int result = value.finish(); result < 0)
-        return result;
-    field = static_cast<std::int32_t>(flag);
-    setHeader(kStationType, stationType); // also when the flag is 0: naming the keyword makes the station type
+    reading.model.orderNumber = reading.model.arena.text(number.substr(0, kOrderNumberWidth));
     return kOk;
 }
 
-int cGsdCompiler::handleIsDpAsiLink(const GsdLine& line)
+int handleQ5HeaderCnf(GsdReading& reading, std::uint32_t number)
 {
-    return handleStationTypeFlag(line, model.isDpAsiLink, kStationDpAsi);
-}
-
-int cGsdCompiler::handleIsKgpDevice(const GsdLine& line)
-{
-    return handleStationTypeFlag(line, model.isKgpDevice, kStationKgp);
-}
-
-int cGsdCompiler::handleOrderNumber(const GsdLine& line)
-{
-    ValueReader value(line.value);
-    const std::string_view number = value.string(kShortSqueeze);
-    if (const int result = value.finish(); result < 0)
-        return result;
-    const std::string_view headLine(model.image.data(), model.image.headerPos);
-    model.image.fixedAt(headLine.find(kOrderNumberOpen) + 1).text(number.substr(0, kOrderNumberWidth));
-    return kOk;
-}
-
-int cGsdCompiler::handlePeriphery(const GsdLine& line)
-{
-    ValueReader value(line.value);
-    const std::string_view name = value.string(kShortSqueeze);
-    if (const int result = value.finish(); result < 0)
-        return result;
-    setHeader(kPeriphery, name);
-    if (name.size() > kPeriphery.width)
-        addWarning(kWarnTextCut);
-    return kOk;
-}
-
-int cGsdCompiler::handleQ5HeaderCnf(const GsdLine& line)
-{
-    ValueReader value(line.value);
-    const std::uint32_t number = value.unsigned16();
-    if (const int result = value.finish(); result < 0)
-        return result;
     if (number != 2 && number != 3)
         return kErrGsdNumber;
-    setHeader(kHeaderCnf, number == 2 ? '0' : '1');
+    reading.model.headerCnf = number == 2 ? '0' : '1';
     return kOk;
 }
 
-int cGsdCompiler::handleOffsetFirstMpdBlock(const GsdLine& line)
+int handleKgpGui(GsdReading& reading, const NamedBytes& value)
 {
-    ValueReader value(line.value);
-    const std::uint32_t offset = value.unsigned16();
-    if (const int result = value.finish(); result < 0)
-        return result;
-    if (offset > kMaxCommonPrmLen)
-        return kErrGsdNumber;
-    model.offsetFirstMpdBlock = static_cast<std::int32_t>(offset);
-    return kOk;
-}
-
-int cGsdCompiler::handleKgpGui(const GsdLine& line)
-{
-    ValueReader value(line.value);
-    const std::string_view text = value.string();
-    const NumberList bytes = value.bytes();
-    if (const int result = value.finish(); result < 0)
-        return result;
-    KgpGui& gui = model.kgpGui;
-    if (text.size() > kMaxKgpGuiText || bytes.count != gui.bytes.size() || bytes.last() > kMaxKgpGuiDigit)
+    KgpGui& gui = reading.model.kgpGui;
+    if (value.name.size() > kMaxKgpGuiText || value.bytes.count != gui.bytes.size() ||
+        value.bytes.last() > kMaxKgpGuiDigit)
         return kErrGsdSyntax;
-    for (std::size_t i = 0; i < gui.bytes.size(); ++i)
-        gui.bytes[i] = static_cast<std::uint8_t>(bytes.values[i]);
-    gui.text = model.arena.text(text);
+    value.bytes.copyTo(gui.bytes.data());
+    gui.text = reading.model.arena.text(value.name);
     gui.given = true;
     return kOk;
 }
+
+} // namespace typdescriptor::internal

@@ -9,7 +9,9 @@
 #include <cstddef>
 #include <string_view>
 
-class cGsdCompiler;
+namespace typdescriptor::internal {
+
+struct GsdReading;
 
 /// One logical line, taken apart.
 struct GsdLine {
@@ -67,7 +69,7 @@ struct GsdKeyword {
     GsdOccurrence occurrence;
     GsdMandatory mandatory;
     unsigned blocks; // of GsdBlock
-    int (cGsdCompiler::*handler)(const GsdLine& line);
+    int (*handler)(GsdReading& reading, const GsdLine& line);
 
     constexpr bool takesEquals() const { return form == GsdForm::value || form == GsdForm::argument; }
     constexpr bool takesArgument() const { return form == GsdForm::argument || form == GsdForm::bareArgument; }
@@ -88,8 +90,8 @@ struct GsdKeywordTable {
 constexpr int compareIgnoringCase(std::string_view a, std::string_view b)
 {
     for (std::size_t i = 0; i < a.size() && i < b.size(); ++i) {
-        const auto x = static_cast<unsigned char>(typefile::toUpper(a[i]));
-        const auto y = static_cast<unsigned char>(typefile::toUpper(b[i]));
+        const auto x = static_cast<unsigned char>(toUpper(a[i]));
+        const auto y = static_cast<unsigned char>(toUpper(b[i]));
         if (x != y)
             return x < y ? -1 : 1;
     }
@@ -97,3 +99,5 @@ constexpr int compareIgnoringCase(std::string_view a, std::string_view b)
         return 0;
     return a.size() < b.size() ? -1 : 1;
 }
+
+} // namespace typdescriptor::internal

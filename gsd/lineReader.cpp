@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace typdescriptor::internal {
+
 bool LineReader::open(const char* fileName)
 {
     file.reset(std::fopen(fileName, "rb"));
@@ -54,3 +56,5 @@ bool LineReader::fill()
         character->search(next, last);
     return next != last;
 }
+
+} // namespace typdescriptor::internal

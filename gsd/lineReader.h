@@ -5,7 +5,7 @@
 
 #pragma once
 
-#include "gsd/file.h"
+#include "gsd/stream.h"
 
 #include <algorithm>
 #include <array>
@@ -13,6 +13,8 @@
 #include <cstring>
 #include <string>
 #include <string_view>
+
+namespace typdescriptor::internal {
 
 inline constexpr char kCommentMark = ';';
 inline constexpr char kContinuationMark = '\\';
@@ -93,3 +95,5 @@ private:
     bool ended = true;    // of the lines
     bool readError = false;
 };
+
+} // namespace typdescriptor::internal

@@ -1,13 +1,13 @@
 // Modules, and the parameter data of station and modules: fixed bytes, definitions of parameters, and where constants
 // and parameters are placed.
 
-#include "descriptor/resultCodes.h"
 #include "generator/splitConfig.h"
-#include "gsd/cGsdCompiler.h"
+#include "gsd/handlers.h"
 
 #include <algorithm>
+#include <array>
 
-using typefile::kMaxUserPrmBytes;
+namespace typdescriptor::internal {
 
 namespace {
 
@@ -17,241 +17,74 @@ constexpr std::uint32_t kLastBit = 7;
 constexpr std::string_view kSlotNumberName = "[SlotNumber]";
 constexpr std::string_view kBareSlotNumberName = "[Slotnumber]"; // as it may stand without quotes
 
-IntegerKind kindOf(std::uint32_t dataType)
-{
-    switch (dataType) {
-    case kUnsigned16:
-        return IntegerKind::unsigned16;
-    case kUnsigned32:
-        return IntegerKind::unsigned32;
-    case kSigned8:
-        return IntegerKind::signed8;
-    case kSigned16:
-        return IntegerKind::signed16;
-    case kSigned32:
-        return IntegerKind::signed32;
-    default:
-        return IntegerKind::unsigned8;
-    }
-}
+/// How a value of a data type is read, the bytes that it takes in the parameter image, and the range when its line
+/// gives none. Hosts rely on the unsigned ranges of the types that the format does not have.
+struct DataTypeFormat {
+    IntegerKind kind;
+    std::size_t bytes;
+    std::uint32_t minValue;
+    std::uint32_t maxValue;
+};
 
-std::size_t byteSizeOf(std::uint32_t dataType)
-{
-    switch (dataType) {
-    case kUnsigned16:
-    case kSigned16:
-        return 2;
-    case kUnsigned32:
-    case kSigned32:
-        return 4;
-    default:
-        return 1;
-    }
-}
+constexpr auto kMinSigned16 = static_cast<std::uint32_t>(-32768);
 
-/// The range of a data type whose line gives none. Hosts rely on the unsigned ranges of the types that the format does
-/// not have.
-void setImpliedRange(GSD_EXT_PRM_DEF& definition)
+// From the first data type on.
+constexpr std::array<DataTypeFormat, kBit - kUnsigned8 + 1> kDataTypes{{
+    {IntegerKind::unsigned8, 1, 0, 0xFF},
+    {IntegerKind::unsigned16, 2, 0, 0xFFFF},
+    {IntegerKind::unsigned32, 4, 0, 0xFFFF},
+    {IntegerKind::signed8, 1, 0, 0xFF},
+    {IntegerKind::signed16, 2, kMinSigned16, 32767},
+    {IntegerKind::signed32, 4, 0, 0xFFFF},
+    {IntegerKind::unsigned8, 1, 0, 0}, // a bit area's maximum depends on its bits
+    {IntegerKind::unsigned8, 1, 0, 1},
+}};
+
+const DataTypeFormat& formatOf(const GSD_EXT_PRM_DEF& definition)
 {
-    definition.minValue = 0;
-    switch (definition.dataType) {
-    case kUnsigned8:
-    case kSigned8:
-        definition.maxValue = 0xFF;
-        break;
-    case kSigned16:
-        definition.minValue = static_cast<std::uint32_t>(-32768);
-        definition.maxValue = 32767;
-        break;
-    case kBitArea:
-        definition.maxValue = (1U << definition.bitCount) - 1;
-        break;
-    case kBit:
-        definition.maxValue = 1;
-        break;
-    default:
-        definition.maxValue = 0xFFFF;
-        break;
-    }
+    return kDataTypes[definition.dataType - kUnsigned8];
 }
 
 std::span<std::uint8_t> toBytes(Arena& arena, const NumberList& list)
 {
     const std::span<std::uint8_t> bytes = arena.bytes(list.count);
-    for (std::size_t i = 0; i < bytes.size(); ++i)
-        bytes[i] = static_cast<std::uint8_t>(list.values[i]);
+    list.copyTo(bytes.data());
     return bytes;
 }
 
-} // namespace
-
-int cGsdCompiler::openModule(const GsdLine& line, bool isKgp)
+std::size_t prmLength(const GsdReading& reading)
 {
-    ValueReader value(line.value);
-    const std::string_view name = value.string();
-    const NumberList bytes = value.bytes();
-    if (const int result = value.finish(); result < 0)
-        return result;
-    if (isKgp && bytes.count != kKgpConfigBytes)
-        return kErrGsdConfiguration;
-
-    GSD_MODULE& module = (isKgp ? model.kgpModules : model.modules).append(model.arena, {});
-    module.setName(model.arena.text(name));
-    module.setConfigBytes(toBytes(model.arena, bytes));
-    currentModule = &module;
-    openBlock = kInModule;
-    return isKgp ? static_cast<int>(kOk) : splitModuleConfig(module, model.multiIdentifierModuleSeen);
+    if (reading.openBlock == kInModule)
+        return reading.currentModule->extModulePrmData().size();
+    const GsdModel& model = reading.model;
+    return model.maxUserPrmDataLen != 0 ? model.maxUserPrmDataLen : model.userPrmDataLen;
 }
 
-int cGsdCompiler::handleModule(const GsdLine& line)
+int placePrmData(GsdReading& reading, std::size_t offset, std::size_t length)
 {
-    return openModule(line, false);
-}
-
-int cGsdCompiler::handleKgpModule(const GsdLine& line)
-{
-    return openModule(line, true);
-}
-
-int cGsdCompiler::handleEndModule(const GsdLine& line)
-{
-    if (!line.value.empty())
-        return kErrGsdSyntax;
-    if (!currentModule->extModulePrmData().empty() || !currentModule->refs.empty())
-        currentModule->paramModuleNumber = model.nextParamModuleNumber++;
-    openBlock = kOutside;
-    return kOk;
-}
-
-int cGsdCompiler::handleModuleReference(const GsdLine& line)
-{
-    ValueReader value(line.value);
-    const std::uint32_t reference = value.unsigned16();
-    if (const int result = value.finish(); result < 0)
-        return result;
-    currentModule->moduleReference = static_cast<std::uint16_t>(reference);
-    return kOk;
-}
-
-int cGsdCompiler::handlePreset(const GsdLine& line)
-{
-    ValueReader value(line.value);
-    const std::uint32_t flag = value.flag();
-    if (const int result = value.finish(); result < 0)
-        return result;
-    currentModule->preset = static_cast<std::uint8_t>(flag);
-    return kOk;
-}
-
-int cGsdCompiler::readPrmLength(const GsdLine& line, std::uint8_t& length)
-{
-    ValueReader value(line.value);
-    const std::uint32_t number = value.unsigned8();
-    if (const int result = value.finish(); result < 0)
-        return result;
-    if (number > kMaxUserPrmBytes)
-        return kErrGsdNumber;
-    length = static_cast<std::uint8_t>(number);
-    return kOk;
-}
-
-int cGsdCompiler::handleExtModulePrmDataLen(const GsdLine& line)
-{
-    std::uint8_t length = 0;
-    if (const int result = readPrmLength(line, length); result < 0)
-        return result;
-    currentModule->setExtModulePrmData(model.arena.bytes(length));
-    model.extPrmUsed = true;
-    return kOk;
-}
-
-int cGsdCompiler::handleUserPrmDataLen(const GsdLine& line)
-{
-    return readPrmLength(line, model.userPrmDataLen);
-}
-
-int cGsdCompiler::handleMaxUserPrmDataLen(const GsdLine& line)
-{
-    if (const int result = readPrmLength(line, model.maxUserPrmDataLen); result < 0)
-        return result;
-    model.extPrmUsed = true;
-    return kOk;
-}
-
-int cGsdCompiler::handleUserPrmData(const GsdLine& line)
-{
-    ValueReader value(line.value);
-    const NumberList bytes = value.bytes();
-    if (const int result = value.finish(); result < 0)
-        return result;
-    if (bytes.count != model.userPrmDataLen)
+    const std::size_t end = offset + length;
+    if (end > prmLength(reading))
         return kErrGsdTooMany;
-    model.userPrmData = toBytes(model.arena, bytes);
+    if (reading.openBlock != kInModule)
+        reading.model.prmDataEnd = std::max(reading.model.prmDataEnd, static_cast<std::int32_t>(end));
     return kOk;
 }
 
-int cGsdCompiler::handleExtUserPrmData(const GsdLine& line)
+GSD_MODULE& openModule(GsdReading& reading, GSD_LIST<GSD_MODULE>& list, const NamedBytes& value)
 {
-    ValueReader value(line.value);
-    const std::uint32_t reference = value.unsigned16();
-    const bool bare = value.takeLast(kBareSlotNumberName);
-    const std::string_view name = bare ? kSlotNumberName : value.string(kTextSqueeze);
-    if (const int result = value.finish(); result < 0)
-        return result;
-
-    GSD_EXT_PRM_DEF definition;
-    definition.reference = static_cast<std::uint16_t>(reference);
-    definition.isSlotNumber = name == kSlotNumberName;
-    if (!definition.isSlotNumber)
-        definition.name = model.arena.text(name);
-    currentExtPrmDef = &model.extPrmDefs.append(model.arena, definition);
-    warnOfLongText(name);
-    openBlock = kInExtPrmDef;
-    return kOk;
+    Arena& arena = reading.model.arena;
+    GSD_MODULE& module = list.append(arena, {});
+    module.setName(arena.text(value.name));
+    module.setConfigBytes(toBytes(arena, value.bytes));
+    reading.currentModule = &module;
+    reading.openBlock = kInModule;
+    return module;
 }
 
-int cGsdCompiler::handleDataType(const GsdLine& line)
+/// Reads where the bits of a definition stand, of the data types that are bits.
+int readBitPlace(std::string_view text, GSD_EXT_PRM_DEF& definition)
 {
-    GSD_EXT_PRM_DEF& definition = *currentExtPrmDef;
-    const auto dataType = static_cast<std::uint32_t>(line.keyword);
-    if (definition.isSlotNumber && dataType != kUnsigned8 && dataType != kUnsigned16 && dataType != kSigned16)
-        return kErrGsdSlotNumberType;
-    definition.dataType = dataType;
-    definition.typeDefined = true;
-    if (definition.isSlotNumber)
-        return kOk; // default and range of the slot number are the host's business, whatever the line says
-    if (dataType == kUnsigned32 || dataType == kSigned8 || dataType == kSigned32)
-        addWarning(kWarnDataType);
-    if (const int result = readBitPlace(line, definition); result < 0)
-        return result;
-
-    const IntegerKind kind = kindOf(dataType);
-    ValueReader value(line.value);
-    definition.defaultValue = value.number(kind);
-    if (value.failed())
-        return value.finish();
-    if (value.atEnd()) {
-        setImpliedRange(definition);
-        return kOk;
-    }
-    ValueReader asRange = value;
-    NumberList limits = asRange.range(kind);
-    if (!asRange.failed())
-        value = asRange;
-    else
-        limits = value.list(kMaxEnumeratedValues, kind);
-    if (const int result = value.finish(); result < 0)
-        return result;
-    if (limits.count < 2)
-        return kErrGsdSyntax;
-    definition.minValue = limits.first();
-    definition.maxValue = limits.last();
-    return kOk;
-}
-
-int cGsdCompiler::readBitPlace(const GsdLine& line, GSD_EXT_PRM_DEF& definition)
-{
-    ValueReader argument(line.argument);
+    ValueReader argument(text);
     std::uint32_t first = 0;
     std::uint32_t last = 0;
     if (definition.dataType == kBitArea) {
@@ -276,99 +109,158 @@ int cGsdCompiler::readBitPlace(const GsdLine& line, GSD_EXT_PRM_DEF& definition)
     return kOk;
 }
 
-int cGsdCompiler::handlePrmTextRef(const GsdLine& line)
+/// Reads default and range of a definition.
+int readValueRange(std::string_view text, GSD_EXT_PRM_DEF& definition)
 {
-    ValueReader value(line.value);
-    const std::uint32_t reference = value.unsigned16();
+    const DataTypeFormat& format = formatOf(definition);
+    ValueReader value(text);
+    definition.defaultValue = value.number(format.kind);
+    if (value.failed())
+        return value.finish();
+    if (value.atEnd()) {
+        definition.minValue = format.minValue;
+        definition.maxValue = definition.dataType == kBitArea ? (1U << definition.bitCount) - 1 : format.maxValue;
+        return kOk;
+    }
+    ValueReader asRange = value;
+    NumberList limits = asRange.range(format.kind);
+    if (!asRange.failed())
+        value = asRange;
+    else
+        limits = value.list(kMaxEnumeratedValues, format.kind);
     if (const int result = value.finish(); result < 0)
         return result;
-    GSD_PRM_TEXT* text = model.findPrmText(reference);
-    if (text == nullptr)
-        return kErrGsdReference;
-    currentPrmText = text;
-    currentExtPrmDef->prmTextRef = static_cast<std::int32_t>(reference);
-    return kOk;
-}
-
-int cGsdCompiler::handlePrmTextRefOldSpelling(const GsdLine& line)
-{
-    if (const int result = handlePrmTextRef(line); result < 0)
-        return result;
-    addWarning(kWarnPrmTextRef);
-    return kOk;
-}
-
-int cGsdCompiler::handleEndExtUserPrmData(const GsdLine& line)
-{
-    if (!line.value.empty())
+    if (limits.count < 2)
         return kErrGsdSyntax;
-    if (!currentExtPrmDef->typeDefined)
-        return kErrGsdEmptyBlock;
-    openBlock = kOutside;
+    definition.minValue = limits.first();
+    definition.maxValue = limits.last();
     return kOk;
 }
 
-std::size_t cGsdCompiler::applicablePrmLength() const
+} // namespace
+
+int handleModule(GsdReading& reading, const NamedBytes& value)
 {
-    if (openBlock == kInModule)
-        return currentModule->extModulePrmData().size();
-    return model.maxUserPrmDataLen != 0 ? model.maxUserPrmDataLen : model.userPrmDataLen;
+    GsdModel& model = reading.model;
+    return splitModuleConfig(openModule(reading, model.modules, value), model.multiIdentifierModuleSeen);
 }
 
-int cGsdCompiler::placePrmData(std::size_t offset, std::size_t length)
+int handleKgpModule(GsdReading& reading, const NamedBytes& value)
 {
-    const std::size_t end = offset + length;
-    if (end > applicablePrmLength())
+    if (value.bytes.count != kKgpConfigBytes)
+        return kErrGsdConfiguration;
+    openModule(reading, reading.model.kgpModules, value);
+    return kOk;
+}
+
+int checkModule(GsdReading& reading)
+{
+    GSD_MODULE& module = *reading.currentModule;
+    if (!module.extModulePrmData().empty() || !module.refs.empty())
+        module.paramModuleNumber = reading.model.nextParamModuleNumber++;
+    return kOk;
+}
+
+int handleExtModulePrmDataLen(GsdReading& reading, std::uint32_t length)
+{
+    if (length > kMaxUserPrmBytes)
+        return kErrGsdNumber;
+    reading.currentModule->setExtModulePrmData(reading.model.arena.bytes(length));
+    reading.model.extPrmUsed = true;
+    return kOk;
+}
+
+int handleMaxUserPrmDataLen(GsdReading& reading, std::uint32_t length)
+{
+    reading.model.extPrmUsed = true;
+    return keepNumber<&GsdModel::maxUserPrmDataLen, kMaxUserPrmBytes>(reading, length);
+}
+
+int handleUserPrmData(GsdReading& reading, const NumberList& bytes)
+{
+    if (bytes.count != reading.model.userPrmDataLen)
         return kErrGsdTooMany;
-    if (openBlock != kInModule)
-        model.prmDataEnd = std::max(model.prmDataEnd, static_cast<std::int32_t>(end));
+    reading.model.userPrmData = toBytes(reading.model.arena, bytes);
     return kOk;
 }
 
-int cGsdCompiler::handleExtUserPrmDataConst(const GsdLine& line)
+PrmDefHead prmDefHead(ValueReader& value)
 {
-    ValueReader argument(line.argument);
-    const std::size_t offset = argument.unsigned8();
-    if (argument.failed())
-        return argument.finish();
-    ValueReader value(line.value);
-    const NumberList list = value.bytes();
-    if (const int result = value.finish(); result < 0)
-        return result;
-    if (applicablePrmLength() == 0)
-        return kErrGsdNoPrmLen;
-    if (const int result = placePrmData(offset, list.count); result < 0)
-        return result;
-
-    const bool inModule = openBlock == kInModule;
-    std::uint8_t* target = inModule ? currentModule->extModulePrmData().data() : model.extUserPrmData.data();
-    std::int32_t& constEnd = inModule ? currentModule->prmDataEnd : model.constPrmDataEnd;
-    for (std::size_t i = 0; i < list.count; ++i)
-        target[offset + i] = static_cast<std::uint8_t>(list.values[i]);
-    constEnd = std::max(constEnd, static_cast<std::int32_t>(offset + list.count));
-    return kOk;
-}
-
-int cGsdCompiler::handleExtUserPrmDataRef(const GsdLine& line)
-{
-    ValueReader argument(line.argument);
-    const std::uint32_t offset = argument.unsigned8();
-    if (argument.failed())
-        return argument.finish();
-    ValueReader value(line.value);
     const std::uint32_t reference = value.unsigned16();
-    if (const int result = value.finish(); result < 0)
-        return result;
-    if (applicablePrmLength() == 0)
-        return kErrGsdNoPrmLen;
+    const bool bare = value.takeLast(kBareSlotNumberName);
+    return {reference, bare ? kSlotNumberName : value.string(kNameWidth)};
+}
 
-    GSD_EXT_PRM_DEF* definition = model.findExtPrmDef(reference);
+int handleExtUserPrmData(GsdReading& reading, const PrmDefHead& head)
+{
+    GSD_EXT_PRM_DEF definition;
+    definition.reference = static_cast<std::uint16_t>(head.reference);
+    definition.isSlotNumber = head.name == kSlotNumberName;
+    if (!definition.isSlotNumber)
+        definition.name = reading.keepText(head.name, kNameWidth);
+    reading.currentExtPrmDef = &reading.model.extPrmDefs.append(reading.model.arena, definition);
+    reading.openBlock = kInExtPrmDef;
+    return kOk;
+}
+
+int handleDataType(GsdReading& reading, const GsdLine& line)
+{
+    GSD_EXT_PRM_DEF& definition = *reading.currentExtPrmDef;
+    const auto dataType = static_cast<std::uint32_t>(line.keyword);
+    if (definition.isSlotNumber && dataType != kUnsigned8 && dataType != kUnsigned16 && dataType != kSigned16)
+        return kErrGsdSlotNumberType;
+    definition.dataType = dataType;
+    definition.typeDefined = true;
+    if (definition.isSlotNumber)
+        return kOk; // default and range of the slot number are the host's business, whatever the line says
+    if (dataType == kUnsigned32 || dataType == kSigned8 || dataType == kSigned32)
+        reading.addWarning(kWarnDataType);
+    const int result = readBitPlace(line.argument, definition);
+    return result < 0 ? result : readValueRange(line.value, definition);
+}
+
+int handlePrmTextRef(GsdReading& reading, std::uint32_t reference)
+{
+    if (reading.model.findPrmText(reference) == nullptr)
+        return kErrGsdReference;
+    reading.currentExtPrmDef->prmTextRef = static_cast<std::int32_t>(reference);
+    return kOk;
+}
+
+int checkExtUserPrmData(GsdReading& reading)
+{
+    return reading.currentExtPrmDef->typeDefined ? kOk : kErrGsdEmptyBlock;
+}
+
+int handleExtUserPrmDataConst(GsdReading& reading, std::uint32_t offset, const NumberList& bytes)
+{
+    if (prmLength(reading) == 0)
+        return kErrGsdNoPrmLen;
+    if (const int result = placePrmData(reading, offset, bytes.count); result < 0)
+        return result;
+
+    const bool inModule = reading.openBlock == kInModule;
+    std::uint8_t* target =
+        inModule ? reading.currentModule->extModulePrmData().data() : reading.model.extUserPrmData.data();
+    std::int32_t& constEnd = inModule ? reading.currentModule->prmDataEnd : reading.model.constPrmDataEnd;
+    bytes.copyTo(target + offset);
+    constEnd = std::max(constEnd, static_cast<std::int32_t>(offset + bytes.count));
+    return kOk;
+}
+
+int handleExtUserPrmDataRef(GsdReading& reading, std::uint32_t offset, std::uint32_t reference)
+{
+    if (prmLength(reading) == 0)
+        return kErrGsdNoPrmLen;
+    const GSD_EXT_PRM_DEF* definition = reading.model.findExtPrmDef(reference);
     if (definition == nullptr)
         return kErrGsdReference;
-    currentExtPrmDef = definition;
-    const bool inModule = openBlock == kInModule;
+    const bool inModule = reading.openBlock == kInModule;
     if (definition->isSlotNumber && !inModule)
         return kErrGsdSyntax;
-    (inModule ? currentModule->refs : model.extUserPrmRefs).append(model.arena, {reference, offset});
-    return placePrmData(offset, byteSizeOf(definition->dataType));
+    (inModule ? reading.currentModule->refs : reading.model.extUserPrmRefs)
+        .append(reading.model.arena, {reference, offset});
+    return placePrmData(reading, offset, formatOf(*definition).bytes);
 }
+
+} // namespace typdescriptor::internal

@@ -1,7 +1,8 @@
 // Diagnostic texts of device and channels, and the texts of parameter values.
 
-#include "descriptor/resultCodes.h"
-#include "gsd/cGsdCompiler.h"
+#include "gsd/handlers.h"
+
+namespace typdescriptor::internal {
 
 namespace {
 
@@ -31,39 +32,8 @@ void trimArea(GSD_UNIT_DIAG_AREA& area)
 
 } // namespace
 
-int cGsdCompiler::addUnitDiagBit(const GsdLine& line, std::uint16_t shownValue)
+int handleUnitDiagArea(GsdReading& reading, const NumberList& bits)
 {
-    ValueReader argument(line.argument);
-    const auto bit = static_cast<std::uint16_t>(argument.unsigned16());
-    if (argument.failed())
-        return argument.finish();
-    ValueReader value(line.value);
-    const std::string_view text = value.string(kTextSqueeze);
-    if (const int result = value.finish(); result < 0)
-        return result;
-
-    currentUnitDiag = &model.unitDiags.append(model.arena, {bit, bit, 1, {}});
-    currentUnitDiag->values.append(model.arena, {shownValue, model.arena.text(text)});
-    warnOfLongText(text);
-    return kOk;
-}
-
-int cGsdCompiler::handleUnitDiagBit(const GsdLine& line)
-{
-    return addUnitDiagBit(line, 1);
-}
-
-int cGsdCompiler::handleUnitDiagNotBit(const GsdLine& line)
-{
-    return addUnitDiagBit(line, 0);
-}
-
-int cGsdCompiler::handleUnitDiagArea(const GsdLine& line)
-{
-    ValueReader value(line.value);
-    const NumberList bits = value.range(IntegerKind::unsigned16);
-    if (const int result = value.finish(); result < 0)
-        return result;
     const std::uint32_t first = bits.first();
     const std::uint32_t last = bits.last();
     if (first > last || last > kMaxAreaBit || last - first + first % kBitsPerByte + 1 > kMaxAreaBits)
@@ -74,112 +44,60 @@ int cGsdCompiler::handleUnitDiagArea(const GsdLine& line)
     area.lastBit = static_cast<std::uint16_t>(last);
     setAreaMask(area);
     if (exceedsByte(area))
-        addWarning(kWarnDiagArea);
-    currentUnitDiag = &model.unitDiags.append(model.arena, area);
-    openBlock = kInUnitDiagArea;
+        reading.addWarning(kWarnDiagArea);
+    reading.currentUnitDiag = &reading.model.unitDiags.append(reading.model.arena, area);
+    reading.openBlock = kInUnitDiagArea;
     return kOk;
 }
 
-int cGsdCompiler::handleValue(const GsdLine& line)
+int handleValue(GsdReading& reading, std::uint32_t number, std::string_view text)
 {
-    ValueReader value(line.value);
-    const std::string_view text = value.string(kTextSqueeze);
-    if (const int result = value.finish(); result < 0)
-        return result;
-    ValueReader argument(line.argument);
-    std::uint32_t number = argument.unsigned16();
-    if (argument.failed())
-        return argument.finish();
-    GSD_UNIT_DIAG_AREA& area = *currentUnitDiag;
+    GSD_UNIT_DIAG_AREA& area = *reading.currentUnitDiag;
     if (number > area.mask)
         return kErrGsdNumber;
-
     if (exceedsByte(area)) {
         trimArea(area);
         number &= area.mask;
     }
-    area.values.append(model.arena, {static_cast<std::uint16_t>(number), model.arena.text(text)});
-    warnOfLongText(text);
+    area.values.append(reading.model.arena, {static_cast<std::uint16_t>(number), reading.keepText(text, kNameWidth)});
     return kOk;
 }
 
-int cGsdCompiler::handleUnitDiagAreaEnd(const GsdLine& line)
+int checkUnitDiagArea(GsdReading& reading)
 {
-    if (!line.value.empty())
-        return kErrGsdSyntax;
-    if (currentUnitDiag->values.empty())
-        return kErrGsdEmptyBlock;
-    openBlock = kOutside;
-    return kOk;
+    return reading.currentUnitDiag->values.empty() ? kErrGsdEmptyBlock : kOk;
 }
 
-int cGsdCompiler::addChannelDiag(const GsdLine& line, bool oldSpelling)
+int handleChannelDiag(GsdReading& reading, std::uint32_t errorType, std::string_view text)
 {
-    ValueReader value(line.value);
-    const std::string_view text = value.string(kTextSqueeze);
-    if (const int result = value.finish(); result < 0)
-        return result;
-    ValueReader argument(line.argument);
-    const std::uint32_t errorType = argument.unsigned8();
-    if (argument.failed())
-        return argument.finish();
     if (errorType < kFirstErrorType || errorType > kLastErrorType)
         return kErrGsdNumber;
-
     // The type file knows no channel texts of single modules.
-    if (openBlock != kInModule) {
-        model.channelDiags.append(model.arena, {static_cast<std::uint8_t>(errorType), model.arena.text(text)});
-        warnOfLongText(text);
-    }
-    if (oldSpelling)
-        addWarning(kWarnChannelDiag);
+    if (reading.openBlock != kInModule)
+        reading.model.channelDiags.append(reading.model.arena,
+                                          {static_cast<std::uint8_t>(errorType), reading.keepText(text, kNameWidth)});
     return kOk;
 }
 
-int cGsdCompiler::handleChannelDiag(const GsdLine& line)
+int handlePrmText(GsdReading& reading, std::uint32_t reference)
 {
-    return addChannelDiag(line, false);
-}
-
-int cGsdCompiler::handleChannelDiagOldSpelling(const GsdLine& line)
-{
-    return addChannelDiag(line, true);
-}
-
-int cGsdCompiler::handlePrmText(const GsdLine& line)
-{
-    ValueReader value(line.value);
-    const std::uint32_t reference = value.unsigned16();
-    if (const int result = value.finish(); result < 0)
-        return result;
     GSD_PRM_TEXT block;
     block.reference = static_cast<std::uint16_t>(reference);
-    currentPrmText = &model.prmTexts.append(model.arena, block);
-    openBlock = kInPrmText;
+    reading.currentPrmText = &reading.model.prmTexts.append(reading.model.arena, block);
+    reading.openBlock = kInPrmText;
     return kOk;
 }
 
-int cGsdCompiler::handleText(const GsdLine& line)
+int handleText(GsdReading& reading, std::uint32_t number, std::string_view text)
 {
-    ValueReader value(line.value);
-    const std::string_view text = value.string(kTextSqueeze);
-    if (const int result = value.finish(); result < 0)
-        return result;
-    ValueReader argument(line.argument);
-    const auto number = static_cast<std::int32_t>(argument.number(IntegerKind::signed32));
-    if (argument.failed())
-        return argument.finish();
-    currentPrmText->texts.append(model.arena, {number, model.arena.text(text)});
-    warnOfLongText(text);
+    reading.currentPrmText->texts.append(reading.model.arena,
+                                         {static_cast<std::int32_t>(number), reading.keepText(text, kNameWidth)});
     return kOk;
 }
 
-int cGsdCompiler::handleEndPrmText(const GsdLine& line)
+int checkPrmText(GsdReading& reading)
 {
-    if (!line.value.empty())
-        return kErrGsdSyntax;
-    if (currentPrmText->texts.empty())
-        return kErrGsdEmptyBlock;
-    openBlock = kOutside;
-    return kOk;
+    return reading.currentPrmText->texts.empty() ? kErrGsdEmptyBlock : kOk;
 }
+
+} // namespace typdescriptor::internal

@@ -8,12 +8,13 @@
 #include <cstddef>
 #include <string_view>
 
+namespace typdescriptor::internal {
+
 /// Whether the number of double quotes in a text is odd.
 inline bool hasOddQuotes(std::string_view text)
 {
     bool odd = false;
-    for (std::size_t at = text.find(typefile::kQuote); at != std::string_view::npos;
-         at = text.find(typefile::kQuote, at + 1))
+    for (std::size_t at = text.find(kQuote); at != std::string_view::npos; at = text.find(kQuote, at + 1))
         odd = !odd;
     return odd;
 }
@@ -41,14 +42,16 @@ inline std::size_t findUnquoted(std::string_view text, char wanted)
 
 inline std::string_view withoutLeadingBlanks(std::string_view text)
 {
-    while (!text.empty() && typefile::isSpace(text.front()))
+    while (!text.empty() && isSpace(text.front()))
         text.remove_prefix(1);
     return text;
 }
 
 inline std::string_view withoutTrailingBlanks(std::string_view text)
 {
-    while (!text.empty() && typefile::isSpace(text.back()))
+    while (!text.empty() && isSpace(text.back()))
         text.remove_suffix(1);
     return text;
 }
+
+} // namespace typdescriptor::internal

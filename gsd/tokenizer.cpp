@@ -3,6 +3,8 @@
 #include "descriptor/resultCodes.h"
 #include "gsd/textScan.h"
 
+namespace typdescriptor::internal {
+
 namespace {
 
 bool hasTwoEquals(std::string_view text)
@@ -62,7 +64,7 @@ int GsdTokenizer::takeArgument(std::string_view rest, GsdLine& line)
     std::size_t length = 0;
     std::size_t i = 1;
     for (; length < kMaxArgument && rest[i] != ')'; ++i) {
-        if (!typefile::isSpace(rest[i]))
+        if (!isSpace(rest[i]))
             argument[length++] = rest[i];
     }
     line.argument = {argument.data(), length};
@@ -72,3 +74,5 @@ int GsdTokenizer::takeArgument(std::string_view rest, GsdLine& line)
         line.value = withoutLeadingBlanks(line.value.substr(1));
     return kOk;
 }
+
+} // namespace typdescriptor::internal

@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <string_view>
 
+namespace typdescriptor::internal {
+
 class GsdTokenizer {
 public:
     /// Takes a line apart. What `line` refers to stays valid until the next call, as long as `text` does.
@@ -24,3 +26,5 @@ private:
     std::size_t lastKeyword = 0;
     std::array<std::uint8_t, GsdKeywordTable::kCount> followers{}; // the keyword that last came after each
 };
+
+} // namespace typdescriptor::internal

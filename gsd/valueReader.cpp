@@ -1,21 +1,18 @@
 #include "gsd/valueReader.h"
 
 #include "descriptor/resultCodes.h"
+#include "generator/families.h"
 #include "gsd/textScan.h"
 #include "typefile/scan.h"
 
 #include <algorithm>
 
-using typefile::isDigit;
-using typefile::isHexDigit;
-using typefile::isSpace;
-using typefile::kQuote;
+namespace typdescriptor::internal {
 
 namespace {
 
 constexpr std::uint32_t kSaturated = 0xFFFFFFFF;
 constexpr std::uint64_t kBeyond32Bits = 0x100000000;
-constexpr std::uint32_t kMaxFamily = 11;
 constexpr std::size_t kMaxFamilyDigits = 19;
 constexpr std::string_view kElementEnd = " \t\n\v\f\r,";
 
@@ -24,7 +21,7 @@ constexpr std::array<std::uint8_t, 256> makeDigitValues()
 {
     std::array<std::uint8_t, 256> values{};
     for (std::size_t c = 0; c < values.size(); ++c) {
-        const char digit = typefile::toUpper(static_cast<char>(c));
+        const char digit = toUpper(static_cast<char>(c));
         values[c] = kNoDigit;
         if (isHexDigit(digit))
             values[c] = static_cast<std::uint8_t>(isDigit(digit) ? digit - '0' : digit - 'A' + 10);
@@ -65,7 +62,7 @@ bool takeNumber(std::string_view& text, ScannedNumber& number)
 {
     std::string_view rest = text;
     const bool isNegative = !rest.empty() && rest.front() == '-';
-    const bool isHex = rest.size() > 1 && rest[0] == '0' && typefile::toUpper(rest[1]) == 'X';
+    const bool isHex = rest.size() > 1 && rest[0] == '0' && toUpper(rest[1]) == 'X';
     rest.remove_prefix(isHex ? 2 : isNegative ? 1 : 0);
     std::uint64_t value = 0;
     const bool hasDigits = isHex ? takeDigits(rest, 16, value) : takeDigits(rest, 10, value);
@@ -81,37 +78,34 @@ bool takeNumber(std::string_view& text, ScannedNumber& number)
     return hasDigits;
 }
 
-bool isInRange(const ScannedNumber& number, IntegerKind kind)
+struct IntegerRange {
+    std::int64_t minimum;
+    std::int64_t maximum;
+    std::uint32_t mask;
+};
+
+// By kind.
+constexpr std::array<IntegerRange, 6> kRanges{{
+    {-128, 127, 0xFF},
+    {0, 0xFF, 0xFF},
+    {-32768, 32767, 0xFFFF},
+    {0, 0xFFFF, 0xFFFF},
+    {INT32_MIN, INT32_MAX, 0xFFFFFFFF},
+    {0, 0xFFFFFFFF, 0xFFFFFFFF},
+}};
+
+const IntegerRange& rangeOf(IntegerKind kind)
 {
-    const auto signedValue = static_cast<std::int32_t>(number.value);
-    switch (kind) {
-    case IntegerKind::signed8:
-        return signedValue >= -128 && signedValue <= 127;
-    case IntegerKind::unsigned8:
-        return number.value <= 0xFF && !number.negative;
-    case IntegerKind::signed16:
-        return signedValue >= -32768 && signedValue <= 32767;
-    case IntegerKind::unsigned16:
-        return number.value <= 0xFFFF && !number.negative;
-    case IntegerKind::signed32:
-        return true;
-    default:
-        return !number.negative;
-    }
+    return kRanges[static_cast<std::size_t>(kind)];
 }
 
-std::uint32_t widthMask(IntegerKind kind)
+/// A minus sign is no part of an unsigned number, not even before 0.
+bool isWithin(const ScannedNumber& number, const IntegerRange& range)
 {
-    switch (kind) {
-    case IntegerKind::signed8:
-    case IntegerKind::unsigned8:
-        return 0xFF;
-    case IntegerKind::signed16:
-    case IntegerKind::unsigned16:
-        return 0xFFFF;
-    default:
-        return 0xFFFFFFFF;
-    }
+    if (range.minimum == 0)
+        return !number.negative && number.value <= range.maximum;
+    const auto value = static_cast<std::int32_t>(number.value);
+    return value >= range.minimum && value <= range.maximum;
 }
 
 } // namespace
@@ -131,10 +125,8 @@ std::uint32_t ValueReader::flag()
     if (failed())
         return 0;
     const bool isRead = scanNumber(text, number);
-    if (!isRead || number.value > 1 || (number.negative && number.value != 0)) {
-        fail(kErrGsdFlag);
-        return 0;
-    }
+    if (!isRead || number.value > 1 || (number.negative && number.value != 0))
+        return fail(kErrGsdFlag);
     return number.value;
 }
 
@@ -143,11 +135,10 @@ std::uint32_t ValueReader::number(IntegerKind kind)
     ScannedNumber number;
     if (failed())
         return 0;
-    if (!scanNumber(text, number) || !isInRange(number, kind)) {
-        fail(kErrGsdNumber);
-        return 0;
-    }
-    return number.value & widthMask(kind);
+    const IntegerRange& range = rangeOf(kind);
+    if (!scanNumber(text, number) || !isWithin(number, range))
+        return fail(kErrGsdNumber);
+    return number.value & range.mask;
 }
 
 std::string_view ValueReader::string(std::size_t squeezeTarget)
@@ -189,6 +180,7 @@ NumberList ValueReader::list(std::size_t maximum, IntegerKind kind)
     if (failed())
         return result;
     maximum = std::min(maximum, NumberList::kMaxCount);
+    const IntegerRange& range = rangeOf(kind);
     skipBlanks();
     std::string_view rest = text;
     text = {};
@@ -201,9 +193,9 @@ NumberList ValueReader::list(std::size_t maximum, IntegerKind kind)
         const bool atEnd = rest.empty() || isSpace(rest.front()) || rest.front() == ',';
         if (!atEnd)
             rest.remove_prefix(std::min(rest.find_first_of(kElementEnd), rest.size()));
-        areNumbers = areNumbers && isRead && atEnd && isInRange(number, kind);
+        areNumbers = areNumbers && isRead && atEnd && isWithin(number, range);
         if (count < maximum)
-            result.values[count] = number.value & widthMask(kind);
+            result.values[count] = number.value & range.mask;
         rest = withoutLeadingBlanks(rest);
         if (rest.empty())
             break;
@@ -265,7 +257,7 @@ FamilyValue ValueReader::family()
         fail(kErrGsdNumber);
         return result;
     }
-    result.number = number > kMaxFamily ? 0 : static_cast<std::uint32_t>(number);
+    result.number = number >= kFamilyCount ? 0 : static_cast<std::uint32_t>(number);
     text.remove_prefix(available - digits.size());
     while (!text.empty()) {
         const std::size_t end = std::min(text.find('@', 1), text.size());
@@ -300,12 +292,16 @@ int ValueReader::finish() const
     return text.empty() ? kOk : kErrGsdSyntax;
 }
 
-void ValueReader::fail(int code)
+/// Returns what a failed reading yields.
+std::uint32_t ValueReader::fail(int code)
 {
     failure = code;
+    return 0;
 }
 
 void ValueReader::skipBlanks()
 {
     text = withoutLeadingBlanks(text);
 }
+
+} // namespace typdescriptor::internal

@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <string_view>
 
+namespace typdescriptor::internal {
+
 /// Integer kinds of the format. Values are handed out as the bit pattern of their width, widened without sign.
 enum class IntegerKind { signed8, unsigned8, signed16, unsigned16, signed32, unsigned32 };
 
@@ -23,9 +25,6 @@ struct ScannedNumber {
 /// @return false when the token is empty or is no number; the text may have moved
 bool scanNumber(std::string_view& text, ScannedNumber& number);
 
-/// Length to which texts and parameter names are squeezed: what the type file has room for.
-inline constexpr std::size_t kTextSqueeze = 30;
-
 inline constexpr std::size_t kMaxStringLength = 32;
 
 /// The elements of a list or the two ends of a range.
@@ -35,6 +34,12 @@ struct NumberList {
     std::array<std::uint32_t, kMaxCount> values; // the first `count` are set
     std::size_t count = 0;
 
+    /// Of a list of bytes.
+    void copyTo(std::uint8_t* bytes) const
+    {
+        for (std::size_t i = 0; i < count; ++i)
+            bytes[i] = static_cast<std::uint8_t>(values[i]);
+    }
     std::uint32_t first() const { return values[0]; }
     std::uint32_t last() const { return values[count - 1]; }
 };
@@ -77,7 +82,7 @@ public:
     int finish() const;
 
 private:
-    void fail(int code);
+    std::uint32_t fail(int code);
     void skipBlanks();
     std::string_view squeeze(std::string_view content, std::size_t target);
 
@@ -85,3 +90,5 @@ private:
     int failure = 0;
     std::array<char, kMaxStringLength> squeezed; // the last string, if blanks were removed from it
 };
+
+} // namespace typdescriptor::internal

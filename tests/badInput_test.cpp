@@ -10,6 +10,8 @@
 #include <random>
 #include <set>
 
+using namespace typdescriptor::internal;
+
 namespace {
 
 /// Compiles texts and keeps their results, which are 0 or what the contents of a file can give.

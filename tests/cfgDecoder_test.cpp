@@ -17,6 +17,8 @@
 #include <sstream>
 #include <vector>
 
+using namespace typdescriptor::internal;
+
 namespace {
 
 std::string fields(const CFG_IDENT_INFO& info)

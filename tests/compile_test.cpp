@@ -14,6 +14,8 @@
 #include <filesystem>
 #include <vector>
 
+using namespace typdescriptor::internal;
+
 namespace {
 
 namespace fs = std::filesystem;

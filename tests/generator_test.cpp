@@ -11,6 +11,8 @@
 #include <random>
 #include <vector>
 
+using namespace typdescriptor::internal;
+
 namespace {
 
 // Counts of four digits in a layout made for three: heads of lists end where they always end, other numbers take what they
@@ -77,8 +79,8 @@ void sharePairByPair(GSD_LIST<GSD_MODULE>& modules, GSD_LIST<GSD_MODULE>& list)
 TEST(SharedBlocks, AsPairByPair)
 {
     for (unsigned seed = 0; seed < 2000; ++seed) {
-        GsdModel fast(nullptr, 0);
-        GsdModel slow(nullptr, 0);
+        GsdModel fast;
+        GsdModel slow;
         for (GsdModel* model : {&fast, &slow}) {
             std::mt19937 random(seed);
             const std::size_t kinds = 1 + random() % 3;
@@ -100,11 +102,11 @@ TEST(SharedBlocks, AsPairByPair)
         sharePairByPair(slow.modules, slow.modules);
         sharePairByPair(slow.modules, slow.kgpModules);
         for (const auto list : {&GsdModel::modules, &GsdModel::kgpModules}) {
-            GSD_LIST_ITER<GSD_MODULE> expected(slow.*list);
+            auto expected = (slow.*list).begin();
             for (const GSD_MODULE& module : fast.*list) {
-                const GSD_MODULE* other = expected.next();
-                ASSERT_EQ(module.paramModuleNumber, other->paramModuleNumber) << seed;
-                ASSERT_EQ(module.ownsPrmBlock, other->ownsPrmBlock) << seed;
+                ASSERT_EQ(module.paramModuleNumber, (*expected).paramModuleNumber) << seed;
+                ASSERT_EQ(module.ownsPrmBlock, (*expected).ownsPrmBlock) << seed;
+                ++expected;
             }
         }
     }
@@ -124,28 +126,27 @@ TEST(ImageEnd, Headroom)
     EXPECT_EQ(compileGsd(text, "GSD", needed).image.size(), length);
     for (std::uint32_t capacity = 308; capacity < needed; ++capacity)
         EXPECT_EQ(compileGsd(text, "GSD", capacity).result, kErrGsdImageFull) << capacity;
-    GsdModel model(buffer.data(), 200);
-    EXPECT_EQ(TypeFileGenerator(model).generateTypeFile(), kErrGsdImageFull);
-    EXPECT_EQ(model.initError, 1);
+    GsdModel model;
+    OutputImage tooSmall(buffer.data(), 200);
+    EXPECT_EQ(TypeFileGenerator(model, tooSmall).generateTypeFile(), kErrGsdImageFull);
 }
 
 TEST(Generator, UndefinedReference)
 {
     std::vector<char> buffer(65000);
-    GsdModel model(buffer.data(), 65000);
-    model.image.clear();
+    OutputImage image(buffer.data(), 65000);
+    GsdModel model;
     model.extUserPrmRefs.append(model.arena, {5, 3});
-    EXPECT_EQ(TypeFileGenerator(model).generateTypeFile(), kErrGsdReference);
-    EXPECT_EQ(model.initError, 0);
-    EXPECT_EQ(inShort({buffer.data() + 93, 30}), "007|PV000|PSL001|PS010\"{NUL}");
+    EXPECT_EQ(TypeFileGenerator(model, image).generateTypeFile(), kErrGsdReference);
+    EXPECT_EQ(inShort({buffer.data() + 78 + 100 + 93, 30}), "007|PV000|PSL001|PS010\"{NUL}");
 
-    GsdModel ofModule(buffer.data(), 65000);
-    ofModule.image.clear();
+    OutputImage other(buffer.data(), 65000);
+    GsdModel ofModule;
     ofModule.extPrmUsed = true;
     GSD_MODULE module;
     module.paramModuleNumber = 1;
     ofModule.modules.append(ofModule.arena, module).refs.append(ofModule.arena, {5, 0});
-    EXPECT_EQ(TypeFileGenerator(ofModule).generateTypeFile(), kErrGsdReference);
+    EXPECT_EQ(TypeFileGenerator(ofModule, other).generateTypeFile(), kErrGsdReference);
 }
 
 } // namespace

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+using namespace typdescriptor::internal;
+
 namespace {
 
 /// Takes the first line.

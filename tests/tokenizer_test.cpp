@@ -15,6 +15,8 @@
 #include <sstream>
 #include <string>
 
+using namespace typdescriptor::internal;
+
 namespace {
 
 using Table = GsdKeywordTable;

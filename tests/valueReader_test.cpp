@@ -11,6 +11,8 @@
 #include <cstdio>
 #include <map>
 
+using namespace typdescriptor::internal;
+
 namespace {
 
 std::string joined(const NumberList& list)

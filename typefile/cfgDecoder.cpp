@@ -1,10 +1,12 @@
-// Identifier values and the identifier interpreter; see the header for what they are for.
+// The identifier interpreter and the description of identifier values; the header says who uses them.
 
 #include "typefile/cfgDecoder.h"
 
 #include "descriptor/resultCodes.h"
 
 #include <algorithm>
+
+namespace typdescriptor::internal {
 
 namespace {
 
@@ -19,11 +21,6 @@ constexpr std::uint32_t formatOf(std::uint32_t identifier)
 constexpr std::uint32_t makeIdentifier(CfgFormat format, std::uint32_t bytes)
 {
     return static_cast<std::uint32_t>(format) << 16 | bytes;
-}
-
-constexpr std::uint8_t bit(std::uint32_t byte, unsigned number)
-{
-    return static_cast<std::uint8_t>(byte >> number & 1U);
 }
 
 constexpr std::uint8_t wholeConsistency(bool word)
@@ -41,7 +38,7 @@ constexpr std::uint8_t standardConsistency(std::uint32_t byte, bool word, unsign
 {
     if (length == 1)
         return 0;
-    return bit(byte, 7) != 0 ? wholeConsistency(word) : unitConsistency(word);
+    return bitOf(byte, 7) != 0 ? wholeConsistency(word) : unitConsistency(word);
 }
 
 /// Length that a count of bytes or words stands for.
@@ -53,14 +50,14 @@ constexpr std::uint8_t standardLength(std::uint32_t count, bool word)
 void decodeGeneral(std::uint32_t byte, CFG_IDENT_INFO& info)
 {
     info.direction = static_cast<std::uint8_t>((byte & kIoBits) >> 4);
-    info.wordStructure = bit(byte, 6);
+    info.wordStructure = bitOf(byte, 6);
     info.length = standardLength((byte & 0x0F) + 1, info.wordStructure != 0);
     info.consistency = standardConsistency(byte, info.wordStructure != 0, info.length);
 }
 
 void decodeCompact(std::uint32_t byte, CFG_IDENT_INFO& info)
 {
-    const bool word = bit(byte, 2) != 0;
+    const bool word = bitOf(byte, 2) != 0;
     const std::uint32_t code = byte & 0x03;
     info.direction = static_cast<std::uint8_t>((byte & 0x18) >> 3);
     info.wordStructure = word ? 1 : 0;
@@ -69,12 +66,12 @@ void decodeCompact(std::uint32_t byte, CFG_IDENT_INFO& info)
         info.length = 1;
         info.shortItem = 1;
     }
-    info.compactFlag = bit(byte, 5);
-    if (bit(byte, 6) != 0)
+    info.compactFlag = bitOf(byte, 5);
+    if (bitOf(byte, 6) != 0)
         info.consistency = wholeConsistency(word);
     else
         info.consistency = info.direction == 2 ? std::uint8_t{0} : unitConsistency(word);
-    if (bit(byte, 7) != 0)
+    if (bitOf(byte, 7) != 0)
         info.consistency2 = wholeConsistency(word);
     else
         info.consistency2 = info.direction == 1 ? std::uint8_t{0} : unitConsistency(word);
@@ -82,29 +79,16 @@ void decodeCompact(std::uint32_t byte, CFG_IDENT_INFO& info)
 
 void decodeInputLength(std::uint32_t byte, CFG_IDENT_INFO& info)
 {
-    info.wordStructure = bit(byte, 6);
+    info.wordStructure = bitOf(byte, 6);
     info.length = standardLength((byte & 0x3F) + 1, info.wordStructure != 0);
     info.consistency = standardConsistency(byte, info.wordStructure != 0, info.length);
 }
 
 void decodeOutputLength(std::uint32_t byte, CFG_IDENT_INFO& info)
 {
-    info.wordStructure2 = bit(byte, 6);
+    info.wordStructure2 = bitOf(byte, 6);
     info.length2 = standardLength((byte & 0x3F) + 1, info.wordStructure2 != 0);
     info.consistency2 = standardConsistency(byte, info.wordStructure2 != 0, info.length2);
-}
-
-bool isValidCompact(const CFG_IDENT_INFO& info)
-{
-    if (info.direction == 0)
-        return false;
-    if (info.length % 2 != 0 && (info.consistency > 0 || info.consistency2 > 0))
-        return false;
-    if (info.wordStructure != 0 && info.compactFlag != 0)
-        return false;
-    if (info.direction == 1 && info.consistency2 > 0)
-        return false;
-    return info.direction != 2 || info.consistency == 0;
 }
 
 template <std::size_t Size>
@@ -161,28 +145,7 @@ int isValidIdentifier(std::uint32_t identifier)
         return result == 1 ? 1 : 0;
     // One byte is never consistent over its whole length in the standard formats, which is the only thing that could
     // make one of them invalid.
-    return formatOf(identifier) != kFormatCompact || isValidCompact(info) ? 1 : 0;
-}
-
-std::size_t identifierLength(std::uint32_t byte)
-{
-    if (!isSpecialByte(byte))
-        return 1;
-    CFG_SPECIAL_INFO special;
-    decodeSpecialByte(byte, special);
-    return std::size_t{1} + special.lengthBytes() + special.mfrBytes();
-}
-
-int decodeSpecialByte(std::uint32_t byte, CFG_SPECIAL_INFO& info)
-{
-    info.mfrLength = byte & kMfrBits;
-    info.hasInput = bit(byte, 6);
-    info.hasOutput = bit(byte, 7);
-    if (info.hasInput != 0)
-        info.kind = info.hasOutput != 0 ? kFormatSpecialBoth : kFormatSpecialInput;
-    else
-        info.kind = info.hasOutput != 0 ? kFormatSpecialOutput : kFormatSpecialNoLength;
-    return 0;
+    return formatOf(identifier) != kFormatCompact || isValidCompactByte(identifier) ? 1 : 0;
 }
 
 CFG_DECODER::CFG_DECODER(std::int32_t tagValue)
@@ -223,20 +186,14 @@ int CFG_DECODER::beginIdentifier(std::uint32_t byte, std::int32_t normFormat, st
     }
     if (allowRestart == 0)
         return kCfgRefused;
-    if (normFormat == 0) {
-        if (isValidIdentifier(makeIdentifier(kFormatCompact, byte)) == 0)
-            return kCfgInvalid;
-        hold(makeIdentifier(kFormatCompact, byte));
-        return kCfgCompact;
-    }
-    if (lengthRole != kRoleIdentifier)
+    if (normFormat != 0 && lengthRole != kRoleIdentifier)
         return kCfgInvalid;
-    if (!isSpecialByte(byte)) {
-        hold(makeIdentifier(kFormatGeneral, byte)); // every general identifier is valid
-        return kCfgGeneral;
-    }
-    holdSpecial(byte);
-    return kCfgSpecial;
+    const IdentifierKind kind = identifierKind(byte, normFormat);
+    if (kind == kCfgSpecial)
+        holdSpecial(byte);
+    else if (kind != kCfgInvalid)
+        hold(makeIdentifier(kind == kCfgCompact ? kFormatCompact : kFormatGeneral, byte));
+    return kind;
 }
 
 int CFG_DECODER::continueSimple(std::uint32_t byte, std::int32_t normFormat)
@@ -417,3 +374,5 @@ int CFG_DECODER::setNote(std::string_view text)
         copyText(note, text);
     return 0;
 }
+
+} // namespace typdescriptor::internal

@@ -1,15 +1,20 @@
-// DP configuration identifiers: the one place that knows how their bytes are read.
+// The whole interpreter of DP configuration identifiers and the description of their values.
 //
 // In: identifier bytes, one at a time. Out: what each byte is (empty, general, compact or special identifier, length
 // byte, repetition) or why it does not fit. The interpreter is a small state machine held in a CFG_DECODER; a fresh one
-// is made for every identifier.
+// is made for every identifier. The library itself only ever asks about first bytes, which identifiers.h answers; nothing
+// in it reaches the states behind them, the counters and the texts. They are complete and held by the tests.
 
 #pragma once
+
+#include "typefile/identifiers.h"
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
+
+namespace typdescriptor::internal {
 
 /// What decodeIdentifier() says about an identifier. Lengths are in bytes; consistency is 0 per byte, 1 per word,
 /// 2 whole length in bytes, 3 whole length in words.
@@ -26,31 +31,6 @@ struct CFG_IDENT_INFO {
     std::uint32_t value = 0;       // the identifier value decoded
 };
 
-/// Formats of an identifier value: the high 16 bits, over the byte or bytes in the low 16 bits.
-enum CfgFormat : std::uint32_t {
-    kFormatEmpty = 0,
-    kFormatGeneral = 1,
-    kFormatCompact = 3,
-    kFormatSpecialInput = 6,  // input length byte in the low byte
-    kFormatSpecialOutput = 7, // output length byte in the high byte
-    kFormatSpecialBoth = 8,   // input length byte low, output length byte high
-    kFormatSpecialNoLength = 11,
-    kFormatNone = 0xFFFF,
-};
-
-/// A special-format identifier byte, taken apart.
-struct CFG_SPECIAL_INFO {
-    std::uint32_t mfrLength = 0; // 0 to 15
-    std::uint32_t hasInput = 0;
-    std::uint32_t hasOutput = 0;
-    std::uint32_t kind = 0; // kFormatSpecial...
-
-    /// Number of length bytes that follow the identifier byte: 0, 1 or 2.
-    unsigned lengthBytes() const { return hasInput + hasOutput; }
-    /// Number of manufacturer bytes that follow them; a length of 15 stands for none.
-    unsigned mfrBytes() const { return mfrLength < 15 ? mfrLength : 0; }
-};
-
 /// Role of a byte given to the interpreter.
 enum CfgLengthRole : std::int32_t {
     kRoleIdentifier = 0,
@@ -58,20 +38,16 @@ enum CfgLengthRole : std::int32_t {
     kRoleOutputLength = 2,
 };
 
-/// Results of the interpreter. The negative ones are its own, not those of the library.
+/// Results of the interpreter besides those of a first byte, IdentifierKind. The negative ones are its own, not those of
+/// the library.
 enum CfgResult : int {
-    kCfgEmpty = 0,
-    kCfgGeneral = 1,
     kCfgGeneralAgain = 2,
-    kCfgCompact = 3,
     kCfgCompactAgain = 4,
-    kCfgSpecial = 5, // its length and manufacturer bytes follow
     kCfgInputLength = 6,
     kCfgOutputLength = 7,
     kCfgBothLengths = 8,
     kCfgLengthAgain = 9,
     kCfgSpecialAgain = 10,
-    kCfgInvalid = -1,
     kCfgRefused = -4, // differs from what is held, and restarts are not allowed
     kCfgNoMfrData = -15,
     kCfgNotSpecial = -16,
@@ -89,22 +65,6 @@ int decodeIdentifier(std::uint32_t identifier, CFG_IDENT_INFO& info);
 /// @return 1 when an identifier value is valid, else 0
 int isValidIdentifier(std::uint32_t identifier);
 
-inline constexpr std::uint32_t kIoBits = 0x30; // clear in a special-format byte, set in a general one
-
-/// Whether a byte begins a special identifier in the formats of the standard; else an empty or a general one.
-constexpr bool isSpecialByte(std::uint32_t byte)
-{
-    return byte != 0 && (byte & kIoBits) == 0;
-}
-
-/// Length of the identifier that a byte begins in the formats of the standard, in which every byte begins one: an
-/// empty, a general or a special identifier with its length and manufacturer bytes.
-std::size_t identifierLength(std::uint32_t byte);
-
-/// Takes a special-format identifier byte apart.
-/// @return 0
-int decodeSpecialByte(std::uint32_t byte, CFG_SPECIAL_INFO& info);
-
 /// The interpreter: what it holds of one identifier.
 class CFG_DECODER {
 public:
@@ -118,7 +78,7 @@ public:
     /// @param value       the byte; the low 16 bits count
     /// @param normFormat  0: the library's compact format; else the formats of the standard
     /// @param lengthRole  a CfgLengthRole
-    /// @return a CfgResult
+    /// @return an IdentifierKind or a CfgResult
     int interpretCfgByte(std::uint32_t value, std::int32_t normFormat, std::int32_t lengthRole);
 
     static constexpr std::size_t kLabelSize = 24; // with its NUL
@@ -186,3 +146,5 @@ private:
     std::array<std::int32_t, 3> preserved{-1, -1, 0};
     std::array<char, kNoteSize> note{};
 };
+
+} // namespace typdescriptor::internal

@@ -5,8 +5,8 @@
 // they point into comes later in the file.
 
 #include "descriptor/cTypDescriptor.h"
-#include "typefile/cfgDecoder.h"
 #include "typefile/format.h"
+#include "typefile/identifiers.h"
 #include "typefile/recordParts.h"
 #include "typefile/scan.h"
 
@@ -14,7 +14,7 @@
 #include <cstddef>
 #include <cstdint>
 
-using namespace typefile;
+using namespace typdescriptor::internal;
 
 namespace {
 
@@ -136,7 +136,7 @@ int cTypDescriptor::checkPresetSlot(char* p, CSLAVE_SLOT_PRESET_TYPE* preset, ch
     p += kNumberDigits;
     preset->identifier = static_cast<uint8_t>(identifier);
 
-    preset->kind = CFG_DECODER().interpretCfgByte(preset->identifier, header.headerCnf, kRoleIdentifier);
+    preset->kind = identifierKind(preset->identifier, header.headerCnf);
     const bool isSpecial = preset->kind == kCfgSpecial;
     if (!isSpecial && preset->kind != kCfgEmpty && preset->kind != kCfgGeneral && preset->kind != kCfgCompact)
         return kErrIdentifier;

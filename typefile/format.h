@@ -11,7 +11,7 @@
 #include <cstddef>
 #include <string_view>
 
-namespace typefile {
+namespace typdescriptor::internal {
 
 /// A field at a fixed place.
 struct TextField {
@@ -227,4 +227,6 @@ inline constexpr std::string_view kTypeBitGroup = "BGR";
 inline constexpr std::string_view kKeywordSlotNumber = "[SlotNumber]";
 inline constexpr std::string_view kKeywordTail = "[000]";
 
-} // namespace typefile
+} // namespace typdescriptor::internal
+
+namespace typefile = typdescriptor::internal; // until every folder has moved

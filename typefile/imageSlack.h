@@ -10,8 +10,8 @@
 
 #include <cstddef>
 
-namespace typefile {
+namespace typdescriptor::internal {
 
 inline constexpr std::size_t kImageSlack = 256;
 
-} // namespace typefile
+} // namespace typdescriptor::internal

@@ -8,7 +8,7 @@
 
 #include <cstddef>
 
-namespace typefile {
+namespace typdescriptor::internal {
 
 /// The two letters that say how the slots counted behind them are given.
 struct StructureCode {
@@ -77,4 +77,4 @@ inline bool takeBlockReference(char*& p, int& block)
     return true;
 }
 
-} // namespace typefile
+} // namespace typdescriptor::internal

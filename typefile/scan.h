@@ -10,7 +10,7 @@
 #include <cstring>
 #include <string_view>
 
-namespace typefile {
+namespace typdescriptor::internal {
 
 /// White space whatever the locale: blank, \t, \n, \v, \f, \r.
 constexpr bool isSpace(char c)
@@ -131,4 +131,4 @@ void copyField(char (&target)[Size], const char* field)
     target[Size - 1] = '\0';
 }
 
-} // namespace typefile
+} // namespace typdescriptor::internal

@@ -7,7 +7,7 @@
 #include <array>
 #include <string_view>
 
-namespace typefile {
+namespace typdescriptor::internal {
 
 inline constexpr std::string_view kStationDpsClass1 = "DPS/CLASS1     ";
 inline constexpr std::string_view kStationDpAsi = "DPASI/GATE     ";
@@ -29,4 +29,4 @@ inline constexpr std::array<std::string_view, 15> kStationsCategoryI{
     kStationDpsClass1, "DPS/CLASS2     ",    "DPS/CLASS3     ", kStationDpAsi,     kStationKgp,
 };
 
-} // namespace typefile
+} // namespace typdescriptor::internal

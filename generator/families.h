@@ -5,6 +5,8 @@
 #include <array>
 #include <string_view>
 
+namespace typdescriptor::internal {
+
 inline constexpr std::size_t kFamilyCount = 12;
 inline constexpr std::size_t kLanguageCount = 5; // German, English, French, Spanish, Italian
 
@@ -22,3 +24,5 @@ inline constexpr std::array<std::array<std::string_view, kLanguageCount>, kFamil
     {"SPS       ", "PLC       ", "API       ", "SPS       ", "SPS       "},
     {"Identsys. ", "Identsys. ", "Ident.    ", "Ident.    ", "Ident     "},
 }};
+
+} // namespace typdescriptor::internal

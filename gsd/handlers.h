@@ -1,0 +1,236 @@
+// The handlers of the keywords: what each row of the keyword table names.
+//
+// A row says what the value (and the argument) of its line holds and where that goes: read<u16, handleX> reads an
+// unsigned 16-bit number and nothing else, and only then calls handleX; store<u16, &GsdModel::x> only keeps it. So a
+// handler never sees a line that does not read as it should. All return 0 or a negative ResultCode.
+
+#pragma once
+
+#include "descriptor/resultCodes.h"
+#include "gsd/gsdReading.h"
+#include "gsd/valueReader.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <type_traits>
+
+namespace typdescriptor::internal {
+
+// --- What a value holds ----------------------------------------------------------------------------------------------
+
+template <IntegerKind Kind>
+std::uint32_t integer(ValueReader& value)
+{
+    return value.number(Kind);
+}
+inline constexpr auto u8 = integer<IntegerKind::unsigned8>;
+inline constexpr auto u16 = integer<IntegerKind::unsigned16>;
+inline constexpr auto s32 = integer<IntegerKind::signed32>;
+
+inline std::uint32_t flag(ValueReader& value)
+{
+    return value.flag();
+}
+
+template <std::size_t SqueezeTarget>
+std::string_view string(ValueReader& value)
+{
+    return value.string(SqueezeTarget);
+}
+inline constexpr auto anyString = string<0>;
+
+inline NumberList bytes(ValueReader& value)
+{
+    return value.bytes();
+}
+
+inline NumberList u16Range(ValueReader& value)
+{
+    return value.range(IntegerKind::unsigned16);
+}
+
+inline FamilyValue family(ValueReader& value)
+{
+    return value.family();
+}
+
+struct NamedBytes {
+    std::string_view name;
+    NumberList bytes;
+};
+
+inline NamedBytes namedBytes(ValueReader& value)
+{
+    return {value.string(), value.bytes()};
+}
+
+/// The head of an ExtUserPrmData block.
+struct PrmDefHead {
+    std::uint32_t reference;
+    std::string_view name;
+};
+PrmDefHead prmDefHead(ValueReader& value);
+
+// --- Reading, and what becomes of it ---------------------------------------------------------------------------------
+
+template <auto Read>
+int drop(GsdReading&, const GsdLine& line)
+{
+    ValueReader value(line.value);
+    static_cast<void>(Read(value));
+    return value.finish();
+}
+
+template <auto Read, auto Handle>
+int read(GsdReading& reading, const GsdLine& line)
+{
+    ValueReader value(line.value);
+    const auto item = Read(value);
+    const int result = value.finish();
+    return result < 0 ? result : Handle(reading, item);
+}
+
+enum class Blamed { argument, value };
+
+/// Of a line with an argument. Where both are wrong, the one to blame gives the code.
+template <Blamed First, auto ReadArgument, auto ReadValue, auto Handle>
+int readBoth(GsdReading& reading, const GsdLine& line)
+{
+    ValueReader argument(line.argument);
+    ValueReader value(line.value);
+    const auto index = ReadArgument(argument);
+    const auto item = ReadValue(value);
+    const ValueReader& first = First == Blamed::argument ? argument : value;
+    const ValueReader& second = First == Blamed::argument ? value : argument;
+    if (const int result = first.finish(); result < 0)
+        return result;
+    const int result = second.finish();
+    return result < 0 ? result : Handle(reading, index, item);
+}
+
+template <class Value>
+Value& placeOf(GsdReading& reading, Value GsdModel::*field)
+{
+    return reading.model.*field;
+}
+template <class Value>
+Value& placeOf(GsdReading& reading, Value GSD_MODULE::*field)
+{
+    return reading.currentModule->*field;
+}
+
+template <auto Field, std::uint32_t Maximum, std::uint32_t Minimum = 0>
+int keepNumber(GsdReading& reading, std::uint32_t number)
+{
+    if (number < Minimum || number > Maximum)
+        return kErrGsdNumber;
+    auto& place = placeOf(reading, Field);
+    place = static_cast<std::remove_reference_t<decltype(place)>>(number);
+    return kOk;
+}
+
+template <auto Field, std::size_t Width>
+int keepHeaderText(GsdReading& reading, std::string_view text)
+{
+    reading.model.*Field = reading.keepText(text, Width);
+    return kOk;
+}
+
+/// Keeps a number or a flag in a field of the model or of the current module.
+template <auto Read, auto Field, std::uint32_t Maximum = 0xFFFFFFFF, std::uint32_t Minimum = 0>
+inline constexpr auto store = &read<Read, keepNumber<Field, Maximum, Minimum>>;
+
+/// Keeps a text for a header field, as much of it as that has room for.
+template <auto Read, auto Field, std::size_t Width>
+inline constexpr auto storeText = &read<Read, keepHeaderText<Field, Width>>;
+
+/// Of an old spelling, which is read like the new one.
+template <int Warning, auto HandleLine>
+int oldSpelling(GsdReading& reading, const GsdLine& line)
+{
+    const int result = HandleLine(reading, line);
+    if (result == kOk)
+        reading.addWarning(Warning);
+    return result;
+}
+
+/// Of a number that has to be 0.
+template <int Code>
+int handleZero(GsdReading&, std::uint32_t number)
+{
+    return number == 0 ? static_cast<int>(kOk) : Code;
+}
+
+/// The end of a block, which checks it as a whole.
+template <auto Check>
+int closeBlock(GsdReading& reading, const GsdLine& line)
+{
+    if (!line.value.empty())
+        return kErrGsdSyntax;
+    reading.openBlock = kOutside; // a failure ends the compilation
+    return Check(reading);
+}
+
+// --- General keywords ------------------------------------------------------------------------------------------------
+
+template <unsigned Bit>
+int handleBaudRate(GsdReading& reading, std::uint32_t supported)
+{
+    // Two rates share a bit: neither takes back what the other has set.
+    std::uint16_t& rates = reading.model.baudRates;
+    rates = static_cast<std::uint16_t>(rates | supported << Bit);
+    reading.foundMandatories[kBaudRateFound] = 1;
+    return kOk;
+}
+/// Of a flag whose keyword makes the station type, also when it is 0.
+template <auto Field, const std::string_view& StationType>
+int handleStationFlag(GsdReading& reading, std::uint32_t flag)
+{
+    reading.model.stationType = StationType;
+    return keepNumber<Field, 1>(reading, flag);
+}
+int handleMaxTsdr(GsdReading& reading, std::uint32_t time);
+int handleVendorName(GsdReading& reading, std::string_view name);
+int handleImplementationType(GsdReading& reading, std::string_view type);
+int handleBitmapDevice(GsdReading& reading, std::string_view name);
+int handleSlaveFamily(GsdReading& reading, const FamilyValue& family);
+int handleOrderNumber(GsdReading& reading, std::string_view number);
+int handleQ5HeaderCnf(GsdReading& reading, std::uint32_t number);
+int handleKgpGui(GsdReading& reading, const NamedBytes& value);
+
+// --- Modules and parameter data --------------------------------------------------------------------------------------
+
+int handleModule(GsdReading& reading, const NamedBytes& value);
+int handleKgpModule(GsdReading& reading, const NamedBytes& value);
+int checkModule(GsdReading& reading);
+int handleExtModulePrmDataLen(GsdReading& reading, std::uint32_t length);
+int handleMaxUserPrmDataLen(GsdReading& reading, std::uint32_t length);
+int handleUserPrmData(GsdReading& reading, const NumberList& bytes);
+int handleExtUserPrmData(GsdReading& reading, const PrmDefHead& head);
+int handleDataType(GsdReading& reading, const GsdLine& line);
+int handlePrmTextRef(GsdReading& reading, std::uint32_t reference);
+int checkExtUserPrmData(GsdReading& reading);
+int handleExtUserPrmDataConst(GsdReading& reading, std::uint32_t offset, const NumberList& bytes);
+int handleExtUserPrmDataRef(GsdReading& reading, std::uint32_t offset, std::uint32_t reference);
+
+// --- Diagnostic and parameter texts ----------------------------------------------------------------------------------
+
+template <std::uint16_t ShownValue>
+int handleUnitDiagBit(GsdReading& reading, std::uint32_t number, std::string_view text)
+{
+    Arena& arena = reading.model.arena;
+    const auto bit = static_cast<std::uint16_t>(number);
+    GSD_UNIT_DIAG_AREA& area = reading.model.unitDiags.append(arena, {bit, bit, 1, {}});
+    area.values.append(arena, {ShownValue, reading.keepText(text, kNameWidth)});
+    return kOk;
+}
+int handleUnitDiagArea(GsdReading& reading, const NumberList& bits);
+int handleValue(GsdReading& reading, std::uint32_t number, std::string_view text);
+int checkUnitDiagArea(GsdReading& reading);
+int handleChannelDiag(GsdReading& reading, std::uint32_t errorType, std::string_view text);
+int handlePrmText(GsdReading& reading, std::uint32_t reference);
+int handleText(GsdReading& reading, std::uint32_t number, std::string_view text);
+int checkPrmText(GsdReading& reading);
+
+} // namespace typdescriptor::internal
