@@ -19,7 +19,7 @@ namespace {
 /// it then changes its place when the record is filled.
 bool hasDoubtfulBracket(const TYPEFILE_COM_QX410& record)
 {
-    return std::memchr(&record, typefile::kOrderNumberOpen, RecordInput::kMembers) != nullptr ||
+    return std::memchr(&record, typdescriptor::internal::kOrderNumberOpen, RecordInput::kMembers) != nullptr ||
            std::memchr(record.orderNumber, '\0', sizeof record.orderNumber) == nullptr;
 }
 

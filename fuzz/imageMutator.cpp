@@ -13,7 +13,7 @@
 #include <string>
 #include <string_view>
 
-using namespace typefile;
+using namespace typdescriptor::internal;
 
 namespace {
 
@@ -127,7 +127,11 @@ void changeHeader(Pieces& records, Random& random)
     const std::size_t length = contentOf(record).size();
     if (length == kStationType.width) {
         const bool isCategoryII = random.oneIn(3);
-        record.replace(0, length, isCategoryII ? random.of(kStationsCategoryII) : random.of(kStationsCategoryI));
+        const Station* station = &kStations.front();
+        do
+            station = &kStations[random.below(kStations.size())];
+        while (station->category != (isCategoryII ? kCategoryII : kCategoryI));
+        record.replace(0, length, station->name);
     } else if (length >= kVersion.width && record[length - kVersion.width] == 'V') {
         record.replace(length - kVersion.width, kVersion.width, random.of(kVersions));
     }

@@ -92,10 +92,10 @@ std::string gsdDictionary()
 
 std::string imageDictionary()
 {
-    using namespace typefile;
+    using namespace typdescriptor::internal;
     std::string lines;
     for (const std::string_view head :
-         {kTagUserPrmBytes, kTagPrmList,       kTagHelpList,           kTagPresetByIdentifier, kTagPresetFixed,
+         {kTagUserPrmBytes, kTagPrmList,       kTagHelpList,           kTagPresetByIdentifier, kTagPresetClosed,
           kTagDeviceDiag,   kTagChannelDiag,   kTagSlotOffset,         kTagSlotCount,          kTagOrderNumbers,
           kTagModuleLists,  kTagSlotPrmBlocks, kTagEterDelay,          kTagResponseDelay,      kTagHelp,
           kTagHelpLines,    kTagSlotPrmBlock,  std::string_view("MV"), std::string_view("MX"), std::string_view("KV")})
@@ -106,10 +106,9 @@ std::string imageDictionary()
           kTypeSigned,     kTypeUnsigned,      kBitUnit,          kKeywordSlotNumber, kKeywordTail,     kTerminator,
           kCurrentVersion, kHostRecordVersion, version3::kStation})
         lines += entry(word);
-    for (const std::string_view station : kStationsCategoryI)
-        lines += entry(station);
-    for (const std::string_view station : kStationsCategoryII)
-        lines += entry(station);
+    for (const Station& station : kStations)
+        if (station.category != kCategoryUnknown)
+            lines += entry(station.name);
     return lines;
 }
 
