@@ -84,8 +84,8 @@ HostRecord::HostRecord(cTypDescriptor& device)
     device.getSlaveTypeData(&data);
     int slots = 0;
     device.isKonfigFixed(&slots);
-    const auto userBytes =
-        static_cast<std::size_t>(std::max(data.userPrmDataLenRead - static_cast<int>(typdescriptor::internal::kStandardPrmBytes), 0));
+    const auto userBytes = static_cast<std::size_t>(
+        std::max(data.userPrmDataLenRead - static_cast<int>(typdescriptor::internal::kStandardPrmBytes), 0));
     userPrmHex.resize(2 * userBytes + 1);
     fixedSlotText.resize(3 * kMaxIdentifierBytes * static_cast<std::size_t>(slots) + 1);
     record.userPrmHex = userPrmHex.data();

@@ -19,7 +19,8 @@ SlotPrmBlock checkSlotParaBlock(int blockCount, Cursor position)
     Cursor p = position;
     int length = 0;
     int presetBytes = 0;
-    if (!takeRecordHead(p, kTagSlotPrmBlock, block.number) || !isWithin(block.number, 1, static_cast<std::size_t>(blockCount)))
+    if (!takeRecordHead(p, kTagSlotPrmBlock, block.number) ||
+        !isWithin(block.number, 1, static_cast<std::size_t>(blockCount)))
         return block;
     if (!takeNumberRecord(p, length) || !isWithin(length, 1, kMaxUserPrmBytes))
         return block;

@@ -147,7 +147,8 @@ int checkSlaveTypeDataSPT(Cursor& p, TypeFile& file)
         if (block.result < 0)
             return kErrSlotPrm;
         const int length = static_cast<int>(block.bytes.size());
-        file.slotBlocks[static_cast<std::size_t>(block.number) - 1] = {p, length, static_cast<int>(block.entries.size())};
+        file.slotBlocks[static_cast<std::size_t>(block.number) - 1] = {p, length,
+                                                                       static_cast<int>(block.entries.size())};
         file.maxSlotBlockLength = std::max(file.maxSlotBlockLength, length);
         p = block.end;
     }

@@ -112,8 +112,8 @@ int checkPresetSlots(Cursor& p, TypeFile& file, std::vector<int>& numbers)
     file.presetSlots.assign(count, empty);
     numbers.assign(code.byOrderNumber ? count : 0U, 0);
     for (std::size_t i = 0; i < count; ++i) {
-        const int result = code.byOrderNumber ? takePresetNumber(p, numbers[i])
-                                              : takePresetEntry(p, file, file.presetSlots[i]);
+        const int result =
+            code.byOrderNumber ? takePresetNumber(p, numbers[i]) : takePresetEntry(p, file, file.presetSlots[i]);
         if (result != kOk)
             return result;
     }

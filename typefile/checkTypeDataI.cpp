@@ -159,8 +159,8 @@ int checkStationFlags(Cursor p, TypeFile& file)
     if (!acceptFeatureLetter(p[kFailSafe], 'J', kFeatureFailSafe, file) && checkJNChar(p[kFailSafe]) < 0)
         return kErrTypeData;
     const char kinds = p[kModuleKinds];
-    if (!acceptFeatureLetter(kinds, 'E', kFeatureOnlyNormal, file) && !acceptFeatureLetter(kinds, 'S', kFeatureOnlySpecial, file) &&
-        checkJNChar(kinds) != 0)
+    if (!acceptFeatureLetter(kinds, 'E', kFeatureOnlyNormal, file) &&
+        !acceptFeatureLetter(kinds, 'S', kFeatureOnlySpecial, file) && checkJNChar(kinds) != 0)
         return kErrTypeData;
 
     if (file.header.makerDevice == 1 || kStationDpsClass1 != file.header.stationType)
@@ -234,9 +234,11 @@ int checkIoLength(Cursor& p, int code, int32_t& bytes, int32_t& bits, TypeFile& 
 
 int checkLengthFields(Cursor& p, TypeFile& file)
 {
-    if (const int result = checkIoLength(p, kErrInputLen, file.typeData.maxInputLen, file.typeData.maxInputBits, file); result != kOk)
+    if (const int result = checkIoLength(p, kErrInputLen, file.typeData.maxInputLen, file.typeData.maxInputBits, file);
+        result != kOk)
         return result;
-    if (const int result = checkIoLength(p, kErrOutputLen, file.typeData.maxOutputLen, file.typeData.maxOutputBits, file);
+    if (const int result =
+            checkIoLength(p, kErrOutputLen, file.typeData.maxOutputLen, file.typeData.maxOutputBits, file);
         result != kOk)
         return result;
     if (file.typeData.maxInputLen == 0 && file.typeData.maxOutputLen == 0)
@@ -277,7 +279,8 @@ int checkModuleGroups(Cursor& p, TypeFile& file, const std::vector<int>& presetN
         return result;
     if (const int result = checkSlaveTypeDataLSK(p, file); result != kOk)
         return result;
-    if (!takeNumberRecord(p, file.typeData.commonPrmDataLen) || !isWithin(file.typeData.commonPrmDataLen, 0, kMaxCommonPrmLen))
+    if (!takeNumberRecord(p, file.typeData.commonPrmDataLen) ||
+        !isWithin(file.typeData.commonPrmDataLen, 0, kMaxCommonPrmLen))
         return kErrCommonPrmLen;
     if (file.typeData.commonPrmDataLen != 0)
         file.isChangeable = false;
@@ -295,11 +298,12 @@ int checkModuleGroups(Cursor& p, TypeFile& file, const std::vector<int>& presetN
 int checkStationRules(TypeFile& file)
 {
     if (file.station == StationKind::kDpAsi) {
-        const bool isGateway = !file.isSlotPrmMode && !file.presetCode.fixed && static_cast<int>(file.presetSlots.size()) == kGatewayPresetSlots &&
-                               file.typeData.maxInputLen == kGatewayIoLen && file.typeData.maxOutputLen == kGatewayIoLen &&
-                               file.typeData.maxModule == kGatewayModules && file.typeData.userPrmDataLen == kGatewayPrmLen &&
-                               (file.typeData.features & kFeatureEvenSlotNumber) == 0 &&
-                               (file.typeData.features & kFeatureHeaderCnf) != 0;
+        const bool isGateway =
+            !file.isSlotPrmMode && !file.presetCode.fixed &&
+            static_cast<int>(file.presetSlots.size()) == kGatewayPresetSlots &&
+            file.typeData.maxInputLen == kGatewayIoLen && file.typeData.maxOutputLen == kGatewayIoLen &&
+            file.typeData.maxModule == kGatewayModules && file.typeData.userPrmDataLen == kGatewayPrmLen &&
+            (file.typeData.features & kFeatureEvenSlotNumber) == 0 && (file.typeData.features & kFeatureHeaderCnf) != 0;
         if (!isGateway)
             return kErrTypeData;
     }
@@ -348,7 +352,8 @@ int checkVersion5Groups(Cursor& p, TypeFile& file, const std::vector<int>& prese
         return result;
 
     const int ioLen = file.typeData.maxInputLen + file.typeData.maxOutputLen;
-    if (!takeNumberRecord(p, file.typeData.maxDataLen) || file.typeData.maxDataLen < 1 || file.typeData.maxDataLen > ioLen)
+    if (!takeNumberRecord(p, file.typeData.maxDataLen) || file.typeData.maxDataLen < 1 ||
+        file.typeData.maxDataLen > ioLen)
         return kErrMaxDataLen;
     if (file.typeData.maxDataLen != ioLen)
         file.isChangeable = false;

@@ -70,8 +70,7 @@ int checkSlaveTypeDataCatII(Cursor p, TypeFile& file)
         return kErrTypeData;
     if (isQx410k && p[kCat2Digit8] != kQx410kDigit8)
         return kErrFixedCategoryII;
-    if (!readDigit(p[kCat2Digit12], '3', data.cat2Digit12) ||
-        !readDigit(p[kCat2Digit16], '3', data.cat2Digit16))
+    if (!readDigit(p[kCat2Digit12], '3', data.cat2Digit12) || !readDigit(p[kCat2Digit16], '3', data.cat2Digit16))
         return kErrTypeData;
     data.cat2Flag20 = checkJNChar(p[kCat2Flag20]);
     if (data.cat2Flag20 < 0)

@@ -5,6 +5,7 @@
 #include "typefile/typeFile.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 namespace typdescriptor::internal {
@@ -57,9 +58,10 @@ std::size_t copyOrderNumber(const TypeFile& file, char* text)
 {
     std::size_t length = 0;
     for (; length < kOrderNumberWidth; ++length) {
-        text[length] = characterAt(file, file.orderNumber.begin + length);
-        if (text[length] == '\0')
+        const char c = characterAt(file, file.orderNumber.begin + length);
+        if (c == '\0')
             break;
+        text[length] = c;
     }
     return length;
 }
@@ -72,16 +74,17 @@ int getMLFBstring(TypeFile& file, char* text)
     OrderNumber& number = file.orderNumber;
     if (!number.isFound)
         return kErrNoOrderNumber;
-    std::size_t length = copyOrderNumber(file, text);
+    std::array<char, kOrderNumberWidth> buffer{};
+    std::size_t length = copyOrderNumber(file, buffer.data());
     // Once written, the text runs on behind its ">", so that the blanks in it are no trailing ones.
     if (!number.isClosed) {
         const bool isInHeadLine = number.begin + length < file.headLineLength;
-        while (length > 0 && isSpace(text[length - 1]))
+        while (length > 0 && isSpace(buffer[length - 1]))
             --length;
         if (isInHeadLine)
             number.end = number.begin + length;
     }
-    text[length] = '\0';
+    *std::copy_n(buffer.begin(), length, text) = '\0';
     return length > 0 ? kOk : kErrNoOrderNumber;
 }
 
