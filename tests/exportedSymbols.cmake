@@ -1,5 +1,7 @@
 # Fails when the library's dynamic symbol table defines anything but what exportedSymbols.txt lists.
 
+cmake_minimum_required(VERSION 3.25)
+
 execute_process(COMMAND ${NM} -D -C --defined-only ${LIBRARY} OUTPUT_VARIABLE _table COMMAND_ERROR_IS_FATAL ANY)
 string(REPLACE "\n" ";" _table "${_table}")
 set(_exported)
