@@ -6,7 +6,7 @@ execute_process(COMMAND ${NM} -D -C --defined-only ${LIBRARY} OUTPUT_VARIABLE _t
 string(REPLACE "\n" ";" _table "${_table}")
 set(_exported)
 foreach(_line IN LISTS _table)
-    if(_line MATCHES "^[0-9a-f]+ [A-Z] (.*)$" AND NOT CMAKE_MATCH_1 MATCHES "^TYPDESCRIPTOR_1")
+    if(_line MATCHES "^[0-9a-f]+ [B-Z] (.*)$") # A is the version itself
         list(APPEND _exported "${CMAKE_MATCH_1}")
     endif()
 endforeach()
