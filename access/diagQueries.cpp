@@ -1,13 +1,13 @@
 // Queries about diagnostic texts. Nothing is decoded in advance: each query searches the "DKM" or "DKK" group in the
 // image, whose entries the checks have counted and found well-formed.
 
-#include "descriptor/cTypDescriptor.h"
+#include "access/queries.h"
 #include "typefile/scan.h"
 
 #include <cstddef>
 #include <cstring>
 
-using namespace typefile;
+namespace typdescriptor::internal {
 
 namespace {
 
@@ -42,35 +42,11 @@ int byteRest(const char* entry)
     return numberAt(entry + kDiagByteNumber.position, kDiagByteNumber.width);
 }
 
-} // namespace
-
-char* cTypDescriptor::getDKMPos() const
+/// The first text of a bit for one sense of it.
+void getSlaveDiagMsgPrivate(const TypeFile& file, int number, int bit, int sense, SLAVE_DIAG_TYPE* message)
 {
-    return dkmPos;
-}
-
-int cTypDescriptor::getSlaveDiagMsgCnt() const
-{
-    return loaded != 0 ? deviceDiagCount : 0;
-}
-
-int cTypDescriptor::getSlaveDiagMsg(int byteHigh, int byteLow, int bit, SLAVE_DIAG_TYPE* message) const
-{
-    *message = SLAVE_DIAG_TYPE();
-    // Unsigned, since the host's numbers may be anything.
-    const int number =
-        static_cast<int>(static_cast<unsigned>(byteHigh) * kByteNumberHundred + static_cast<unsigned>(byteLow));
-    getSlaveDiagMsgPrivate(number, bit, 0, message);
-    getSlaveDiagMsgPrivate(number, bit, 1, message);
-    return message->setFound != 0 || message->clearFound != 0 ? kOk : kErrDeviceDiag;
-}
-
-void cTypDescriptor::getSlaveDiagMsgPrivate(int number, int bit, int sense, SLAVE_DIAG_TYPE* message) const
-{
-    if (loaded == 0 || dkmPos == nullptr)
-        return;
-    const char* entry = dkmPos + kGroupHead;
-    for (int i = 0; i < deviceDiagCount; ++i, entry = nextDeviceEntry(entry)) {
+    const char* entry = file.deviceDiag.begin + kGroupHead;
+    for (int i = 0; i < file.deviceDiag.count; ++i, entry = nextDeviceEntry(entry)) {
         if (isGroupEntry(entry) || byteHundreds(entry) * kByteNumberHundred + byteRest(entry) != number ||
             digitAt(entry + kDiagKind) != bit || digitAt(entry + diagBit::kValue) != sense)
             continue;
@@ -80,18 +56,28 @@ void cTypDescriptor::getSlaveDiagMsgPrivate(int number, int bit, int sense, SLAV
     }
 }
 
-int cTypDescriptor::getSlaveBGrDiagMsgCnt() const
+} // namespace
+
+int getSlaveDiagMsg(const TypeFile& file, int byteHigh, int byteLow, int bit, SLAVE_DIAG_TYPE* message)
 {
-    return loaded != 0 ? rangeDiagCount : 0;
+    *message = SLAVE_DIAG_TYPE();
+    if (!file.isLoaded)
+        return kErrDeviceDiag;
+    // Unsigned, since the host's numbers may be anything.
+    const int number =
+        static_cast<int>(static_cast<unsigned>(byteHigh) * kByteNumberHundred + static_cast<unsigned>(byteLow));
+    getSlaveDiagMsgPrivate(file, number, bit, 0, message);
+    getSlaveDiagMsgPrivate(file, number, bit, 1, message);
+    return message->setFound != 0 || message->clearFound != 0 ? kOk : kErrDeviceDiag;
 }
 
-int cTypDescriptor::getSlaveBGrDiagMsg(int index, SLAVE_BGR_DIAG_TYPE* message) const
+int getSlaveBGrDiagMsg(const TypeFile& file, int index, SLAVE_BGR_DIAG_TYPE* message)
 {
-    if (loaded == 0 || index > rangeDiagCount - 1 || dkmPos == nullptr)
+    if (!file.isLoaded || index >= file.deviceDiag.groupCount)
         return kErrDeviceDiag;
-    const char* entry = dkmPos + kGroupHead;
+    const char* entry = file.deviceDiag.begin + kGroupHead;
     int found = 0;
-    for (int i = 0; i < deviceDiagCount; ++i, entry = nextDeviceEntry(entry)) {
+    for (int i = 0; i < file.deviceDiag.count; ++i, entry = nextDeviceEntry(entry)) {
         if (!isGroupEntry(entry) || found++ != index)
             continue;
         const int firstBit = digitAt(entry + diagGroup::kFirstBit);
@@ -107,17 +93,12 @@ int cTypDescriptor::getSlaveBGrDiagMsg(int index, SLAVE_BGR_DIAG_TYPE* message) 
     return kErrDeviceDiag;
 }
 
-int cTypDescriptor::getChannelDiagMsgCnt() const
+int getChannelDiagMsg(const TypeFile& file, int errorType, char* text)
 {
-    return loaded != 0 ? channelDiagCount : 0;
-}
-
-int cTypDescriptor::getChannelDiagMsg(int errorType, char* text) const
-{
-    if (loaded == 0 || dkkPos == nullptr)
+    if (!file.isLoaded || file.channelDiag.begin == nullptr)
         return kErrChannelDiag;
-    const char* entry = dkkPos + kGroupHead;
-    for (int i = 0; i < channelDiagCount; ++i, entry += kChannelEntrySize) {
+    const char* entry = file.channelDiag.begin + kGroupHead;
+    for (int i = 0; i < file.channelDiag.count; ++i, entry += kChannelEntrySize) {
         if (numberAt(entry + channelError::kType.position, channelError::kType.width) != errorType)
             continue;
         std::memcpy(text, entry + channelError::kText.position, channelError::kText.width);
@@ -126,3 +107,5 @@ int cTypDescriptor::getChannelDiagMsg(int errorType, char* text) const
     }
     return kErrChannelDiag;
 }
+
+} // namespace typdescriptor::internal

@@ -1,131 +1,78 @@
 // Queries about the header and the type data: copies of what the checks have decoded.
 
-#include "access/familyNames.h"
-#include "descriptor/cTypDescriptor.h"
+#include "access/queries.h"
 #include "typefile/scan.h"
 
-#include <algorithm>
 #include <cstring>
 #include <string_view>
 
-namespace {
+namespace typdescriptor::internal {
 
-std::string_view oldFamilyOf(std::string_view stationType)
+int getFamily(const TypeFile& file, char* text)
 {
-    return std::find_if(kOldFamilies.begin(), kOldFamilies.end(),
-                        [stationType](const OldFamily& row) { return stationType.starts_with(row.stationType); })
-        ->family;
-}
-
-} // namespace
-
-bool cTypDescriptor::isValidated() const
-{
-    return image != nullptr && loaded != 0;
-}
-
-unsigned short cTypDescriptor::getSlaveTypeHeader(SLAVE_TYPE_HEADER_INFO* record) const
-{
-    if (!isValidated())
-        return in16Bits(kErrHeader);
-    *record = header;
-    return kOk;
-}
-
-unsigned short cTypDescriptor::getSlaveTypeData(SLAVE_TYPEDATA_TYPE* record) const
-{
-    if (!isValidated())
-        return in16Bits(kErrFile);
-    *record = typeData;
-    return qx410kStation != 0 ? 2 : in16Bits(typeCategory);
-}
-
-int cTypDescriptor::getFamily(char* text) const
-{
-    if (!isValidated())
+    if (!file.isLoaded)
         return kErrHeader;
     const std::string_view family =
-        typefile::hasVersion5Groups(header.version) ? header.family : oldFamilyOf(header.stationType);
-    std::memcpy(text, family.data(), typefile::kFamily.width);
-    text[typefile::kFamily.width] = '\0';
+        hasVersion5Groups(file.header.version) ? file.header.family : stationOf(file.header.stationType).oldFamily;
+    std::memcpy(text, family.data(), kFamily.width);
+    text[kFamily.width] = '\0';
     return kOk;
 }
 
-int cTypDescriptor::getBitMapFileName(char* name) const
+int getBitMapFileName(const TypeFile& file, char* name)
 {
-    if (!isValidated() || !typefile::hasVersion5Groups(header.version))
+    if (!file.isLoaded || !hasVersion5Groups(file.header.version))
         return kErrBitmapName;
-    std::memcpy(name, bitmapName, sizeof bitmapName);
+    std::memcpy(name, file.bitmapName, sizeof file.bitmapName);
     return kOk;
 }
 
-int cTypDescriptor::getDLLFileName(char* name) const
+int getDLLFileName(const TypeFile& file, char* name)
 {
-    if (!isValidated() || !typefile::hasVersion5Groups(header.version))
+    if (!file.isLoaded || !hasVersion5Groups(file.header.version))
         return kErrLibraryName;
-    std::memcpy(name, libraryName, sizeof libraryName);
+    std::memcpy(name, file.libraryName, sizeof file.libraryName);
     return kOk;
 }
 
-int cTypDescriptor::getSlotOffset() const
+int isKonfigFixed(const TypeFile& file, int* count)
 {
-    return isValidated() ? slotOffset : 0;
-}
-
-int cTypDescriptor::isModular() const
-{
-    return modular;
-}
-
-int cTypDescriptor::isKonfigFixed(int* count) const
-{
-    if (loaded == 0 || presetCount == 0)
+    if (!file.isLoaded || file.presetSlots.empty())
         return 0;
-    *count = presetCount;
+    *count = static_cast<int>(file.presetSlots.size());
     return 1;
 }
 
-int cTypDescriptor::isPresetKonfigFixed() const
+int isPresetKonfigFixed(const TypeFile& file)
 {
-    return loaded != 0 && presetCount != 0 ? vFlag : 0;
+    return file.isLoaded && !file.presetSlots.empty() && file.presetCode.fixed ? 1 : 0;
 }
 
-int cTypDescriptor::getFixedSlotId(int index, CSLAVE_SLOT_PRESET_TYPE* preset) const
+int getFixedSlotId(const TypeFile& file, int index, CSLAVE_SLOT_PRESET_TYPE* preset)
 {
     MLFB_ITEM item;
-    const int result = getFixedSlotId(index, &item);
+    const int result = getFixedSlotId(file, index, &item);
     if (result == kOk)
         *preset = item.preset;
     return result;
 }
 
-int cTypDescriptor::getFixedSlotId(int index, MLFB_ITEM* item) const
+int getFixedSlotId(const TypeFile& file, int index, MLFB_ITEM* item)
 {
-    if (presetCount == 0)
+    const std::vector<MLFB_ITEM>& slots = file.presetSlots;
+    if (slots.empty())
         return kErrIdentifier;
-    *item = index >= 0 && index < presetCount ? presetSlots[index] : MLFB_ITEM();
+    const bool isThere = index >= 0 && static_cast<std::size_t>(index) < slots.size();
+    *item = isThere ? slots[static_cast<std::size_t>(index)] : MLFB_ITEM();
     return kOk;
 }
 
-int cTypDescriptor::getSlotNumbering(SLOT_NUMBERING_TYPE* numbering) const
+int getSlotNumbering(const TypeFile& file, SLOT_NUMBERING_TYPE* numbering)
 {
-    if (loaded == 0 || slotNumbering.value2 == 0)
+    if (!file.isLoaded || file.slotNumbering.value2 == 0)
         return kErrTypeData;
-    *numbering = slotNumbering;
+    *numbering = file.slotNumbering;
     return kOk;
 }
 
-int cTypDescriptor::getMaxSPBlockLen() const
-{
-    return loaded != 0 ? maxSpBlockLen : 0;
-}
-
-int cTypDescriptor::isMLFBModeP36() const
-{
-    return mFlag;
-}
-
-int cTypDescriptor::isP36KY() const
-{
-    return yFlag;
-}
+} // namespace typdescriptor::internal

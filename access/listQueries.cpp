@@ -3,58 +3,66 @@
 // An index is held against the upper bound only, so that one below 0 is answered as found; its entry is then a cleared
 // one.
 
-#include "descriptor/cTypDescriptor.h"
-#include "typefile/moduleList.h"
+#include "access/queries.h"
 
+#include <algorithm>
 #include <cstring>
 
-int cTypDescriptor::getMLFBListCnt() const
+namespace typdescriptor::internal {
+
+namespace {
+
+template <class Entry>
+bool isBeyond(const std::vector<Entry>& entries, int index)
 {
-    return loaded != 0 ? mlfbCount : 0;
+    return index >= static_cast<int>(entries.size());
 }
 
-int cTypDescriptor::getMLFBListItem(int index, MLFB_ITEM* item) const
+/// Null when nothing is loaded or above the lists; some list for an index below 0.
+const ModuleList* findModuleList(const TypeFile& file, int index)
 {
-    if (loaded == 0 || index >= mlfbCount || mlfbItems == nullptr)
+    if (!file.isLoaded || file.moduleLists.empty() || isBeyond(file.moduleLists, index))
+        return nullptr;
+    return &file.moduleLists[static_cast<std::size_t>(std::max(index, 0))];
+}
+
+} // namespace
+
+int getMLFBListItem(const TypeFile& file, int index, MLFB_ITEM* item)
+{
+    if (!file.isLoaded || file.orderNumbers.empty() || isBeyond(file.orderNumbers, index))
         return kErrOrderList;
-    *item = index >= 0 ? mlfbItems[index] : MLFB_ITEM();
+    *item = index >= 0 ? file.orderNumbers[static_cast<std::size_t>(index)] : MLFB_ITEM();
     return kOk;
 }
 
-bool cTypDescriptor::hasModuleList(int index) const
+int getLSKText(const TypeFile& file, int index, char* text)
 {
-    return loaded != 0 && index < moduleListCount && moduleLists != nullptr;
-}
-
-int cTypDescriptor::getLSKCnt() const
-{
-    return loaded != 0 ? moduleListCount : 0;
-}
-
-int cTypDescriptor::getLSKText(int index, char* text) const
-{
+    const ModuleList* list = findModuleList(file, index);
     text[0] = '\0';
-    if (!hasModuleList(index))
+    if (list == nullptr)
         return kErrModuleList;
     if (index >= 0)
-        std::memcpy(text, moduleLists[index].text, sizeof moduleLists[index].text);
+        std::memcpy(text, list->text, sizeof list->text);
     return kOk;
 }
 
-int cTypDescriptor::getSKListCnt(int index, int* vFlagOfList) const
+int getSKListCnt(const TypeFile& file, int index, int* vFlag)
 {
-    if (!hasModuleList(index) || index < 0)
+    const ModuleList* list = findModuleList(file, index);
+    if (list == nullptr || index < 0)
         return 0;
-    *vFlagOfList = moduleLists[index].vFlag;
-    return moduleLists[index].slotCount;
+    *vFlag = list->isFixed ? 1 : 0;
+    return static_cast<int>(list->entries.size());
 }
 
-int cTypDescriptor::getSKListItem(int index, int item, LSK_ITEM* entry) const
+int getSKListItem(const TypeFile& file, int index, int item, LSK_ITEM* entry)
 {
-    if (!hasModuleList(index))
+    const ModuleList* list = findModuleList(file, index);
+    if (list == nullptr || (index >= 0 && isBeyond(list->entries, item)))
         return kErrModuleList;
-    if (index >= 0 && item >= moduleLists[index].slotCount)
-        return kErrModuleList;
-    *entry = index >= 0 && item >= 0 ? moduleLists[index].entries[item] : LSK_ITEM();
+    *entry = index >= 0 && item >= 0 ? list->entries[static_cast<std::size_t>(item)] : LSK_ITEM();
     return kOk;
 }
+
+} // namespace typdescriptor::internal

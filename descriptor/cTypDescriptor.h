@@ -22,9 +22,11 @@
 #include <stddef.h>
 #include <stdint.h>
 
-struct LinkCodes;
-struct ModuleList;
-struct PrmArea;
+namespace typdescriptor {
+namespace internal {
+struct TypeFile;
+}
+} // namespace typdescriptor
 
 /// One PROFIBUS-DP slave device type.
 class TYPDESCRIPTOR_API cTypDescriptor {
@@ -253,13 +255,13 @@ public:
     /// @param index  0 to getStructuredSlotParameterCnt() - 1; below 0 the record is cleared
     /// @param entry  receives the structured parameter
     /// @return 0; kErrSlotPrm when there is no such block or parameter (record left as it is)
-    int getStructuredSlotParameter(int block, int index, _parastruct* entry);
+    int getStructuredSlotParameter(int block, int index, _parastruct* entry) const;
     /// The parameter bytes of a slot parameter block, defaults of its structured parameters included.
     /// @param index   block, from 0
     /// @param bytes   at least getMaxSPBlockLen() bytes
     /// @param length  receives the number of bytes; 0 on failure
     /// @return 0; kErrSlotPrm
-    int getSlotParameters(int index, unsigned char* bytes, int* length);
+    int getSlotParameters(int index, unsigned char* bytes, int* length) const;
     /// The next keyword record of a slot parameter block. The search goes on where the last call stopped, whatever the
     /// block, and starts again after a search that found nothing; a call with a wrong index or keyword is no search.
     /// @param keyword  receives the record found
@@ -304,163 +306,23 @@ public:
     /// @}
 
 private:
-    friend struct TypDescriptorTestAccess;
+    uint32_t madeFromGsd = 0;
+    SLAVE_TYPE_HEADER_INFO header = SLAVE_TYPE_HEADER_INFO();
+    SLAVE_TYPEDATA_TYPE typeData = SLAVE_TYPEDATA_TYPE();
+    int32_t status = 0;
+    int32_t typeCategory = 65535; // 0 category I, 1 category II, 65535 before any header check
 
-    /// A result as the operations with 16-bit results hand it out.
-    static constexpr unsigned short in16Bits(int result) { return static_cast<unsigned short>(result); }
+    typdescriptor::internal::TypeFile* typeFile = nullptr; // owned; what the checks find, null before the first
 
-    void initialAttributes();
-    void compileGsdFile(const char* fileName, int writeFlag, const char* outputName);
-    void readTypeFile(const char* fileName);
-    void allocateImage(size_t capacity); // nothing stands in it
-    void allocateClearedImage(size_t capacity);
+    char* image = nullptr; // owned, imageCapacity characters and the slack behind them
+    uint32_t imageSize = 0;
+    uint32_t imageCapacity = 0;
 
-    void fillCategoryI(TYPEFILE_COM_QX410* record) const;
-    void putBackOrderNumberClose(char* copy) const;
-    size_t objectImageSize() const;
-    static bool isProtectedTypeFile(const char* path);
-
-    void clearCheckResults();
-    void releaseCheckResults();
-    int checkHeadLine(char** start);
-    int checkSlaveTypeHeader(char* p);
-    static int checkJNChar(char c);
-    int checkSlaveTypeDataCatI(char* p);
-    void startTypeData();
-    int checkFixedBlock(const char* p);
-    int checkFeatureFlag(char c, uint32_t features);
-    bool acceptFeatureLetter(char c, char letter, uint32_t feature);
-    int checkTelegramFlags(const char* p);
-    int checkStationFlags(const char* p);
-    int checkSpeeds(const char* p);
-    int checkLengthFields(char*& p);
-    int checkIoLength(char*& p, int code, int32_t& bytes, int32_t& bits);
-    int checkPresetSlots(char*& p);
-    int checkPresetEntry(char*& p, MLFB_ITEM& slot);
-    int checkVersion5Groups(char*& p);
-    int checkModuleGroups(char*& p);
-    int checkStationRules();
-    int checkDelays(char*& p);
-    int checkSlaveTypeDataCatII(char* p);
-    int checkSlaveTypeDataDKM(char* p, int mode, char** next);
-    int checkSlotNumbering(char* p, char** next);
-    int checkSlaveTypeDataMLFBList(char* p, char** next);
-    bool takeOrderNumber(char*& p, MLFB_ITEM& item);
-    int checkSlaveTypeDataLSK(char* p, char** next);
-    bool takeModuleList(char*& p, int expectedNumber, ModuleList& list);
-    bool takeSlotByNumber(char*& p, LSK_ITEM& entry);
-    bool takeSlotByIdentifier(char*& p, LSK_ITEM& entry);
-    bool takeSlotPrmReference(char*& p, int32_t& spIndex) const;
-    int checkSlaveTypeDataSPT(char* p, char** next);
-    int checkSlaveTypeDataSPTHelp(char* p, char** next);
-    int checkPresetSlot(char* p, CSLAVE_SLOT_PRESET_TYPE* preset, char** next) const;
-    bool takeModuleIdentifier(char*& p, CSLAVE_SLOT_PRESET_TYPE& preset);
-    int checkSPLinksInMLFBAndLSKList();
-    int checkMLFBLinksInPoint36();
-    int addSlotBlockLength(int spIndex, const LinkCodes& codes, int* lengths, int& sum);
-    bool fitsPrmTelegram(int blockLengths) const;
-    int checkUserPara(char* position);
-    int checkUserPrmBytes(char*& p);
-    int checkUserPrmList(char*& p);
-    int checkUserPrmHelp(char*& p);
-    int checkStructuredParameters(_parastruct* entries, int count, int* fields, unsigned char* bytes,
-                                  unsigned char* occupancy, int length, int first, char* position, char** next);
-    static int checkPrmRecord(_parastruct* entry, const PrmArea& area, int byteIndex, char*& p);
-    static int checkRanges(char type, char* text, int bits, int count);
-    int checkSlotParaBlock(int blockCount, char* position, char** next, int* length, char** listPosition);
-    bool isSlotParaBlock(int index) const;
-    bool parseSlotParaBlock(int index, char** next, int* length, char** listPosition);
-    void releaseParsedBlock();
-    static int checkHelpBlock(PARA_HELPM_INFO* info, char* position, char** next);
-    const PARA_HELPM_INFO* findStationHelp(int number) const;
-    bool findSlotHelp(int block, PARA_HELPM_INFO* info) const;
-    static unsigned char atohex(char* text);
-    bool isValidated() const;
-    bool hasModuleList(int index) const;
-    void getSlaveDiagMsgPrivate(int number, int bit, int sense, SLAVE_DIAG_TYPE* message) const;
-
-    uint32_t madeFromGsd;
-    SLAVE_TYPE_HEADER_INFO header;
-    SLAVE_TYPEDATA_TYPE typeData;
-    int32_t status;
-    int32_t typeCategory; // 0 category I, 1 category II, 65535 before any header check
-
-    // What the checks find. Pointers without "owned" point into the image.
-    int32_t loaded;
-    int32_t changeable;
-    int32_t modular; // 1 until a check says otherwise
-    int32_t slotPrmMode;
-    int32_t vFlag; // module-structure code: second letter 'V'
-    int32_t mFlag; // first letter 'M'
-    int32_t yFlag; // second letter 'Y'
-    int32_t fixedProfileStation;
-    int32_t qmxStation;
-    int32_t qx410kStation;
-    int32_t dpAsiStation;
-    int32_t kgpStation;
-    int32_t kgpDeviceValue;
-    int32_t bareNameStation;
-    uint32_t headerCnfBits;
-    int32_t headLineLength; // with its line end; 0 for none
-    char* orderNumberPos;   // null for none
-    // Where the order number ends and where ">" first stood. They outlive a second check, which finds the order number
-    // no more but leaves the NUL in the head line.
-    char* orderNumberEnd;
-    char* orderNumberClose;
-    char* headerPos;
-    char lineEndAndTerminator[5]; // CR LF, then the record terminator
-
-    uint8_t* userPrmBytes; // owned, userPrmDataLenRead - 7 bytes
-    int32_t userPrmByteCount;
-    _parastruct* prmEntries; // owned
-    int32_t prmEntryCount;
-    PARA_HELPM_INFO* pslHelp; // owned
-    int32_t pslHelpCount;
-    uint16_t* pslHelpOfNumber; // owned; by help number: 1 + the index of its first block, 0 for none
-    char* prmAreaEnd;          // the module-structure record
-
-    char* presetRecordPos;
-    MLFB_ITEM* presetSlots; // owned
-    uint8_t presetCount;
-
-    char* dkmPos;
-    int32_t deviceDiagCount;
-    int32_t rangeDiagCount;
-    char* dkkPos;
-    int32_t channelDiagCount;
-
-    char bitmapName[8];
-    char libraryName[9];
-    int32_t slotOffset;
-    SLOT_NUMBERING_TYPE slotNumbering;
-
-    MLFB_ITEM* mlfbItems; // owned
-    int32_t mlfbCount;
-    ModuleList* moduleLists; // owned, each with its entries
-    int32_t moduleListCount;
-
-    int32_t spBlockCount;
-    int32_t lastSpBlock;     // index, -1 for none
-    char** spBlockPositions; // owned, spBlockCount positions, null for a block that is not there
-    int32_t* spStructCounts; // owned
-    int32_t maxSpBlockLen;
-    char** spHelpPositions; // owned, spHelpCount positions
-    int32_t spHelpCount;
-    uint8_t* parsedBytes;       // owned, of the slot parameter block parsed last
-    _parastruct* parsedEntries; // owned, of the same
-    int32_t keywordPosition;    // record index at which hasSPBlockThisKeyWord() goes on
-
-    char* typeDataEnd;
-
-    char* image; // owned, imageCapacity characters and the slack behind them
-    uint32_t imageSize;
-    uint32_t imageCapacity;
-
-    int32_t gsdErrLineNr;
-    int32_t gsdCntOfWarnings;
-    GSD_WARNING_ITEM* gsdWarnings; // owned
-    uint8_t* gsdFoundMandatories;  // owned, 18 bytes
-    int32_t gsdRevision;
+    int32_t gsdErrLineNr = -1;
+    int32_t gsdCntOfWarnings = 0;
+    GSD_WARNING_ITEM* gsdWarnings = nullptr; // owned
+    uint8_t* gsdFoundMandatories = nullptr;  // owned, 18 bytes
+    int32_t gsdRevision = -1;
 };
 
 #endif

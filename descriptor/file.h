@@ -3,9 +3,11 @@
 #pragma once
 
 #include "gsd/stream.h"
+#include "typefile/scan.h"
 
 #include <cerrno>
 #include <cstdio>
+#include <string_view>
 #include <utility>
 
 #if defined(_WIN32)
@@ -15,6 +17,12 @@
 #endif
 
 namespace typdescriptor::internal {
+
+/// "G" and "S" before the last letter, which is the language.
+inline bool isGsdFileName(std::string_view name)
+{
+    return name.size() >= 3 && toUpper(name[name.size() - 3]) == 'G' && toUpper(name[name.size() - 2]) == 'S';
+}
 
 inline int fileNumber(std::FILE* file)
 {

@@ -1,6 +1,7 @@
 // Construction from a host record: plain fields come in, a type-file image goes out.
 
 #include "descriptor/cTypDescriptor.h"
+#include "descriptor/image.h"
 #include "generator/hostRecordImage.h"
 
 #include <new>
@@ -9,13 +10,14 @@ using namespace typdescriptor::internal;
 
 cTypDescriptor::cTypDescriptor(const TYPEFILE_COM_QX410* record)
 {
-    initialAttributes();
     if (record == nullptr) {
         status = kErrFile;
         return;
     }
     try {
-        allocateClearedImage(hostRecordImageSize(*record));
+        Image buffer = clearedImage(hostRecordImageSize(*record));
+        image = buffer.characters.release();
+        imageCapacity = buffer.capacity;
     } catch (const std::bad_alloc&) {
         status = kErrFile;
         return;

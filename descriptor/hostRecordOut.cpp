@@ -4,20 +4,20 @@
 // from what the check has decoded. A category-II type file has values for a few members only.
 
 #include "descriptor/cTypDescriptor.h"
-#include "descriptor/orderNumber.h"
 #include "generator/recordText.h"
 #include "typefile/format.h"
 #include "typefile/hostRecordFields.h"
 #include "typefile/identifiers.h"
 #include "typefile/scan.h"
+#include "typefile/typeFile.h"
 
 #include <array>
 #include <cstddef>
 #include <cstring>
 
-namespace {
-
 using namespace typdescriptor::internal;
+
+namespace {
 
 // Digits of the baud rates that a record has a flag for; 31.25 k and 45.45 k have none.
 constexpr std::array<std::size_t, 9> kBaudRateDigits{0, 1, 2, 3, 5, 6, 7, 8, 9};
@@ -25,26 +25,29 @@ constexpr std::size_t kBaudRatesAboveCategoryII = 3; // 12, 6 and 3 Mbit/s
 constexpr unsigned kPlacesCategoryII = 8;
 constexpr unsigned kPlacesCategoryIIHalf = 4;
 
-/// Copies the head line without the characters from `open` to `close`: the brackets and what they hold.
-void copyHeadLine(TYPEFILE_COM_QX410& record, const char* image, const char* open, const char* close)
+/// Copies the head line without its order number and the brackets around it.
+void copyHeadLine(TYPEFILE_COM_QX410& record, const TypeFile& file)
 {
     constexpr std::size_t kMaxLength = sizeof record.headLine - 1;
+    const OrderNumber& number = file.orderNumber;
     std::size_t length = 0;
-    for (const char* p = image; *p != '\r' && length < kMaxLength; ++p) {
-        if (p == open)
-            p = close;
+    for (std::size_t i = 0; characterAt(file, i) != kLineEnd.front() && length < kMaxLength; ++i) {
+        if (number.isFound && i + 1 == number.begin)
+            i = number.isClosed ? number.end : number.lastBracket;
         else
-            record.headLine[length++] = *p;
+            record.headLine[length++] = characterAt(file, i);
     }
 }
 
-void copyHeader(TYPEFILE_COM_QX410& record, const char* header)
+void copyHeader(TYPEFILE_COM_QX410& record, const TypeFile& file)
 {
-    copyField(record.modelName, header + kModelName.position);
-    copyField(record.vendorName, header + kVendorName.position);
-    copyField(record.family, header + kFamily.position);
-    copyField(record.periphery, header + kPeriphery.position);
-    copyField(record.identNumber, header + kIdentNumber.position);
+    std::array<char, kHeaderLength> header{};
+    copyCharacters(file, file.headLineLength, header.data(), header.size());
+    copyField(record.modelName, &header[kModelName.position]);
+    copyField(record.vendorName, &header[kVendorName.position]);
+    copyField(record.family, &header[kFamily.position]);
+    copyField(record.periphery, &header[kPeriphery.position]);
+    copyField(record.identNumber, &header[kIdentNumber.position]);
 }
 
 void copyFixedBlock(TYPEFILE_COM_QX410& record, const char* block)
@@ -112,45 +115,39 @@ char* appendSlot(char* text, const CSLAVE_SLOT_PRESET_TYPE& slot)
     return text;
 }
 
+void fillCategoryI(TYPEFILE_COM_QX410& record, const TypeFile& file)
+{
+    copyFixedBlock(record, file.headerPosition() + kHeaderLength);
+
+    char* hexDigits = record.userPrmHex;
+    for (std::size_t i = 0; hexDigits != nullptr && i < static_cast<std::size_t>(file.userPrmCount); ++i)
+        hexDigits = endPiece(hexDigits, RecordText(hexDigits).hexByte(file.userPrm[i]));
+
+    char* slotText = record.fixedSlotText;
+    if (slotText == nullptr)
+        return;
+    *slotText = '\0';
+    for (const MLFB_ITEM& slot : file.presetSlots)
+        slotText = appendSlot(slotText, slot.preset);
+}
+
 } // namespace
 
 int cTypDescriptor::getCOMTypeData(TYPEFILE_COM_QX410* record)
 {
     if (record == nullptr)
         return 0;
-    SLAVE_TYPEDATA_TYPE data = SLAVE_TYPEDATA_TYPE();
-    const unsigned short category = getSlaveTypeData(&data);
     std::memset(record, 0, offsetof(TYPEFILE_COM_QX410, userPrmHex));
-    if (loaded == 0)
+    if (typeFile == nullptr || !typeFile->isLoaded)
         return 0;
-
-    const bool hasOrderNumber = orderNumberPos != nullptr;
-    if (headerPos != image)
-        copyHeadLine(*record, image, hasOrderNumber ? orderNumberPos - 1 : nullptr, orderNumberClose);
-    if (hasOrderNumber) {
-        const std::string_view orderNumber = orderNumberText(orderNumberPos);
-        orderNumber.copy(record->orderNumber, orderNumber.size());
-    }
-    copyHeader(*record, headerPos);
-    if (category == 0)
-        fillCategoryI(record);
-    else if (category == 1 || category == 2)
-        deriveCategoryII(*record, data, qx410kStation != 0);
-    return changeTypeFilePossible() != 0;
-}
-
-void cTypDescriptor::fillCategoryI(TYPEFILE_COM_QX410* record) const
-{
-    copyFixedBlock(*record, headerPos + kHeaderLength);
-
-    char* hexDigits = record->userPrmHex;
-    for (int32_t i = 0; hexDigits != nullptr && i < userPrmByteCount; ++i)
-        hexDigits = endPiece(hexDigits, RecordText(hexDigits).hexByte(userPrmBytes[i]));
-
-    char* slotText = record->fixedSlotText;
-    if (slotText == nullptr)
-        return;
-    *slotText = '\0';
-    for (int i = 0; i < presetCount; ++i)
-        slotText = appendSlot(slotText, presetSlots[i].preset);
+    if (typeFile->headLineLength != 0)
+        copyHeadLine(*record, *typeFile);
+    if (typeFile->orderNumber.isFound)
+        copyOrderNumber(*typeFile, record->orderNumber);
+    copyHeader(*record, *typeFile);
+    if (typeFile->category == kCategoryI)
+        fillCategoryI(*record, *typeFile);
+    else
+        deriveCategoryII(*record, typeFile->typeData, typeFile->station == StationKind::kQx410k);
+    return typeFile->isChangeable ? 1 : 0;
 }

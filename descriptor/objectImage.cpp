@@ -5,9 +5,13 @@
 // stored on one and opened on another.
 
 #include "descriptor/cTypDescriptor.h"
+#include "descriptor/image.h"
+#include "typefile/typeFile.h"
 
 #include <cstring>
 #include <new>
+
+using namespace typdescriptor::internal;
 
 namespace {
 
@@ -29,52 +33,50 @@ void putWord(char* bytes, uint32_t word)
         bytes[i] = static_cast<char>(word & 0xFF);
 }
 
+/// The whole size, not modulo 65536; 0 when there is nothing that may be stored.
+std::size_t objectImageSize(const TypeFile* file)
+{
+    const bool isStored = file != nullptr && file->isLoaded && file->category == kCategoryI;
+    return isStored ? static_cast<std::size_t>(file->end - file->image) + kTrailerSize : 0;
+}
+
 } // namespace
 
 cTypDescriptor::cTypDescriptor(unsigned short size, char* data)
 {
-    initialAttributes();
-    const std::size_t length = size < kTrailerSize ? 0 : size - kTrailerSize;
     const bool hasTrailer = size >= kTrailerSize;
     if (hasTrailer && data == nullptr) {
         status = kErrFile;
         return;
     }
     try {
-        allocateClearedImage(size);
+        Image buffer = clearedImage(size);
+        image = buffer.characters.release();
+        imageCapacity = buffer.capacity;
     } catch (const std::bad_alloc&) {
         status = kErrFile;
         return;
     }
     if (!hasTrailer)
         return;
+    const std::size_t length = size - kTrailerSize;
     std::memcpy(image, data, length);
     madeFromGsd = wordAt(data + length);
     gsdRevision = static_cast<int32_t>(wordAt(data + length + kWordSize));
 }
 
-/// The whole size, not modulo 65536; 0 when there is nothing that may be stored.
-size_t cTypDescriptor::objectImageSize() const
-{
-    if (loaded == 0 || typeCategory != 0)
-        return 0;
-    return static_cast<size_t>(typeDataEnd - image) + kTrailerSize;
-}
-
 unsigned short cTypDescriptor::getDataSize() const
 {
-    return static_cast<unsigned short>(objectImageSize());
+    return static_cast<unsigned short>(objectImageSize(typeFile));
 }
 
 int cTypDescriptor::writeObject(char* buffer) const
 {
-    const size_t size = objectImageSize();
+    const std::size_t size = objectImageSize(typeFile);
     if (size == 0)
         return 0;
-    const size_t length = size - kTrailerSize;
-    std::memcpy(buffer, image, length);
-    putBackOrderNumberClose(buffer);
-    putWord(buffer + length, madeFromGsd);
-    putWord(buffer + length + kWordSize, static_cast<uint32_t>(gsdRevision));
+    copyTypeFile(*typeFile, buffer);
+    putWord(buffer + size - kTrailerSize, madeFromGsd);
+    putWord(buffer + size - kWordSize, static_cast<uint32_t>(gsdRevision));
     return 1;
 }

@@ -5,8 +5,8 @@
 
 #include "fuzz/property.h"
 #include "tools/diagnosis.h"
-#include "tools/reportJson.h"
 #include "tools/latin1.h"
+#include "tools/reportJson.h"
 
 #include <nlohmann/json.hpp>
 

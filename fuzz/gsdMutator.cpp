@@ -33,7 +33,7 @@ constexpr std::array<BlockLines, 4> kBlockLines{{
 
 std::string_view withoutIndent(std::string_view line)
 {
-    while (!line.empty() && typefile::isSpace(line.front()))
+    while (!line.empty() && typdescriptor::internal::isSpace(line.front()))
         line.remove_prefix(1);
     return line;
 }
@@ -143,7 +143,7 @@ void insertBlock(Pieces& lines, Random& random)
 
 bool isNumberCharacter(char c)
 {
-    return typefile::isHexDigit(c) || typefile::toUpper(c) == 'X';
+    return typdescriptor::internal::isHexDigit(c) || typdescriptor::internal::toUpper(c) == 'X';
 }
 
 /// Puts another number or text in the place of one in the line, behind its keyword.
@@ -155,7 +155,7 @@ void replaceValue(std::string& line, Random& random)
     const std::size_t start =
         keyword == GsdKeywordTable::kNone ? indent : indent + GsdKeywordTable::kRows[keyword].spelling.size();
     std::size_t from = start + random.below(line.size() - start);
-    while (from < line.size() && line[from] != '"' && !typefile::isDigit(line[from]))
+    while (from < line.size() && line[from] != '"' && !typdescriptor::internal::isDigit(line[from]))
         ++from;
     if (from >= line.size())
         return;
@@ -168,7 +168,7 @@ void replaceValue(std::string& line, Random& random)
     while (to < line.size() && isNumberCharacter(line[to]))
         ++to;
     const std::string digits = line.substr(from, to - from);
-    const bool isDecimal = std::all_of(digits.begin(), digits.end(), typefile::isDigit);
+    const bool isDecimal = std::all_of(digits.begin(), digits.end(), typdescriptor::internal::isDigit);
     line.replace(from, to - from, isDecimal && random.oneIn(2) ? otherDigits(random, digits) : number(random));
 }
 

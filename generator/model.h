@@ -64,7 +64,7 @@ struct GsdModel {
     std::uint16_t maxInputLen = kMaxIoLen;
     std::uint16_t maxOutputLen = kMaxIoLen;
     std::uint16_t maxDataLen = 0;
-    std::uint8_t maxDiagDataLen = kMaxDiagLenValue;
+    std::uint8_t maxDiagDataLen = kMaxDiagBytes;
     std::uint8_t modulOffset = 0;
     std::uint16_t eterDelay = 0;
     std::uint16_t maxResponseDelay = 0;

@@ -33,7 +33,7 @@ void TypeFileGenerator::writePresetConfig()
     }
 
     const bool fixed = oneModule || model.fixPresetModules;
-    image.append(image.record().head(fixed ? kTagPresetFixed : kTagPresetByIdentifier, count), kStructureWidth);
+    image.append(image.record().head(fixed ? kTagPresetClosed : kTagPresetByIdentifier, count), kStructureWidth);
     if (count > 0) {
         for (const GSD_MODULE& module : model.modules) {
             if (module.preset != 0 || !presetOnly)

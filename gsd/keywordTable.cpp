@@ -83,7 +83,7 @@ constexpr std::array<GsdKeyword, GsdKeywordTable::kCount> GsdKeywordTable::kRows
     {"Channel_Diag", argument, repeated, kNotMandatory, kOutside | kInModule, readBoth<Blamed::value, u8, text30, handleChannelDiag>},
     {"ChannelDiag", argument, repeated, kNotMandatory, kOutside | kInModule, oldSpelling<kWarnChannelDiag, readBoth<Blamed::value, u8, text30, handleChannelDiag>>},
     {"Fail_Safe", value, once, kNotMandatory, kOutside, store<flag, &GsdModel::failSafe>},
-    {"Max_Diag_Data_Len", value, once, kMaxDiagDataLenFound, kOutside, store<u8, &GsdModel::maxDiagDataLen, kMaxDiagLenValue, kMinDiagLen>},
+    {"Max_Diag_Data_Len", value, once, kMaxDiagDataLenFound, kOutside, store<u8, &GsdModel::maxDiagDataLen, kMaxDiagBytes, kMinDiagBytes>},
     {"Modul_Offset", value, once, kNotMandatory, kOutside, store<u8, &GsdModel::modulOffset>},
     {"Slave_Family", value, once, kSlaveFamilyFound, kOutside, read<family, handleSlaveFamily>},
     {"Max_User_Prm_Data_Len", value, once, kNotMandatory, kOutside, read<u8, handleMaxUserPrmDataLen>},

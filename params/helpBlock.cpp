@@ -1,21 +1,18 @@
-// Help blocks: the values that a structured parameter may take, each with its text.
-//
-// In: the position of a block in the image. Out: its number, the number of its lines and where they begin. The texts
-// stay in the image.
+#include "params/helpBlock.h"
 
-#include "descriptor/cTypDescriptor.h"
 #include "typefile/scan.h"
+#include "typefile/typeFile.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <limits>
 
-using namespace typefile;
+namespace typdescriptor::internal {
 
 namespace {
 
 /// The only number of a type file that is written without leading zeros.
-bool takeLineCount(char*& p, int32_t& count)
+bool takeLineCount(Cursor& p, int32_t& count)
 {
     if (!takeText(p, kTagHelpLines))
         return false;
@@ -27,13 +24,13 @@ bool takeLineCount(char*& p, int32_t& count)
     return count != 0 && takeTerminator(p);
 }
 
-bool takeHelpLine(char*& p)
+bool takeHelpLine(Cursor& p)
 {
     const int value = numberAt(p + helpLine::kValue.position, helpLine::kValue.width);
-    char* end = p + helpLine::kLength;
+    Cursor end = p + helpLine::kLength;
     if (!std::all_of(helpLine::kQuotes.begin(), helpLine::kQuotes.end(),
                      [p](std::size_t quote) { return isQuote(p + quote); }) ||
-        value < 0 || value > std::numeric_limits<uint16_t>::max() || !takeTerminator(end))
+        !isWithin(value, 0, std::numeric_limits<uint16_t>::max()) || !takeTerminator(end))
         return false;
     p = end;
     return true;
@@ -41,15 +38,15 @@ bool takeHelpLine(char*& p)
 
 } // namespace
 
-int cTypDescriptor::checkHelpBlock(PARA_HELPM_INFO* info, char* position, char** next)
+int checkHelpBlock(Cursor& p, HelpBlock& block)
 {
-    char* p = position;
-    if (!takeRecordHead(p, kTagHelp, info->helpNumber) || !takeLineCount(p, info->lineCount))
+    if (!takeRecordHead(p, kTagHelp, block.number) || !takeLineCount(p, block.lineCount))
         return kErrHelpBlock;
-    info->firstLine = p;
-    for (int i = 0; i < info->lineCount; ++i)
+    block.firstLine = p;
+    for (int i = 0; i < block.lineCount; ++i)
         if (!takeHelpLine(p))
             return kErrHelpBlock;
-    *next = p;
     return kOk;
 }
+
+} // namespace typdescriptor::internal

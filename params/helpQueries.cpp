@@ -3,16 +3,19 @@
 // The station's blocks were located by the check; a slot help block is parsed again on each query. The texts are copied
 // from the image.
 
-#include "descriptor/cTypDescriptor.h"
+#include "params/helpBlock.h"
+#include "params/paramQueries.h"
 #include "typefile/scan.h"
 
+#include <array>
 #include <cstddef>
+#include <cstdint>
 
-using namespace typefile;
+namespace typdescriptor::internal {
 
 namespace {
 
-constexpr std::ptrdiff_t kLineSize = helpLine::kLength + kTerminator.size();
+constexpr std::size_t kLineSize = helpLine::kLength + kTerminator.size();
 
 void readHelpLine(const char* line, PARA_HELPMESSAGE_TYPE& message)
 {
@@ -20,80 +23,75 @@ void readHelpLine(const char* line, PARA_HELPMESSAGE_TYPE& message)
     copyField(message.text, line + helpLine::kText.position);
 }
 
+/// The first station help block of that number; null when there is none.
+const HelpBlock* findStationHelp(const TypeFile& file, int number)
+{
+    if (number < 0 || static_cast<std::size_t>(number) >= file.helpOfNumber.size())
+        return nullptr;
+    const std::size_t first = file.helpOfNumber[static_cast<std::size_t>(number)];
+    return first != 0 ? &file.help[first - 1] : nullptr;
+}
+
+/// Where two blocks carry one number, another number has no block.
+bool findSlotHelp(const TypeFile& file, int number, HelpBlock& block)
+{
+    if (!isWithin(number, 1, file.slotHelp.size()))
+        return false;
+    Cursor p = file.slotHelp[static_cast<std::size_t>(number) - 1];
+    return p != nullptr && checkHelpBlock(p, block) >= 0 && block.number == number;
+}
+
 } // namespace
 
-int cTypDescriptor::getPSLHelpAnz() const
+int getPSLHelpRef(const TypeFile& file, int i)
 {
-    return pslHelpCount;
+    return i >= 0 && static_cast<std::size_t>(i) < file.help.size() ? file.help[static_cast<std::size_t>(i)].number : 0;
 }
 
-int cTypDescriptor::getPSLHelpRef(int i) const
+int getHelpMessageCnt(const TypeFile& file, int block)
 {
-    return i >= 0 && i < pslHelpCount ? pslHelp[i].helpNumber : 0;
-}
-
-/// The first station help block of that number; null when there is none.
-const PARA_HELPM_INFO* cTypDescriptor::findStationHelp(int number) const
-{
-    if (pslHelpOfNumber == nullptr || number < 0 || number > kMaxHelpNumber || pslHelpOfNumber[number] == 0)
-        return nullptr;
-    return &pslHelp[pslHelpOfNumber[number] - 1];
-}
-
-int cTypDescriptor::getHelpMessageCnt(int block) const
-{
-    if (loaded == 0 || block == 0)
-        return 0;
-    const PARA_HELPM_INFO* help = findStationHelp(block);
+    const HelpBlock* help = file.isLoaded && block != 0 ? findStationHelp(file, block) : nullptr;
     return help != nullptr ? help->lineCount : 0;
 }
 
-int cTypDescriptor::getParaHelpMessage(int block, int line, PARA_HELPMESSAGE_TYPE* message) const
+int getParaHelpMessage(const TypeFile& file, int block, int line, PARA_HELPMESSAGE_TYPE* message)
 {
-    if (loaded == 0 || block > kMaxHelpNumber)
+    if (!file.isLoaded || block > kMaxHelpNumber)
         return 0;
     *message = PARA_HELPMESSAGE_TYPE();
-    const PARA_HELPM_INFO* help = findStationHelp(block);
+    const HelpBlock* help = findStationHelp(file, block);
     if (help == nullptr)
         return 0;
     // The line is not held against the block's line count: what stands behind the block is handed out as a line, but
     // nothing that does not belong to the image.
-    const std::int64_t offset = help->firstLine - image + std::int64_t{line} * kLineSize;
-    if (offset >= 0 && offset + kLineSize <= std::int64_t{imageCapacity})
-        readHelpLine(image + offset, *message);
+    constexpr std::int64_t kSize = kLineSize;
+    const std::int64_t offset = help->firstLine - file.image + line * kSize;
+    if (offset >= 0 && offset + kSize <= static_cast<std::int64_t>(file.capacity)) {
+        std::array<char, kLineSize> text{};
+        copyCharacters(file, static_cast<std::size_t>(offset), text.data(), text.size());
+        readHelpLine(text.data(), *message);
+    }
     return 1;
 }
 
-int cTypDescriptor::getSPHelpAnz() const
+int getSPHelpCnt(const TypeFile& file, int block)
 {
-    return spHelpCount;
-}
-
-/// Parses a slot help block once more. Where two blocks carry one number, another number has no block.
-bool cTypDescriptor::findSlotHelp(int block, PARA_HELPM_INFO* info) const
-{
-    if (block < 1 || block > spHelpCount || spHelpPositions[block - 1] == nullptr)
-        return false;
-    char* next = nullptr;
-    return checkHelpBlock(info, spHelpPositions[block - 1], &next) >= 0 && info->helpNumber == block;
-}
-
-int cTypDescriptor::getSPHelpCnt(int block) const
-{
-    if (loaded == 0)
+    if (!file.isLoaded)
         return kErrSlotPrm;
-    PARA_HELPM_INFO help{};
-    return findSlotHelp(block, &help) ? help.lineCount : 0;
+    HelpBlock help;
+    return findSlotHelp(file, block, help) ? help.lineCount : 0;
 }
 
-int cTypDescriptor::getSPHelpItem(int block, int line, PARA_HELPMESSAGE_TYPE* message) const
+int getSPHelpItem(const TypeFile& file, int block, int line, PARA_HELPMESSAGE_TYPE* message)
 {
-    if (loaded == 0)
+    if (!file.isLoaded)
         return kErrSlotPrm;
-    PARA_HELPM_INFO help{};
-    if (line < 0 || !findSlotHelp(block, &help) || line >= help.lineCount)
+    HelpBlock help;
+    if (line < 0 || !findSlotHelp(file, block, help) || line >= help.lineCount)
         return kErrSlotHelp;
     *message = PARA_HELPMESSAGE_TYPE();
-    readHelpLine(help.firstLine + line * kLineSize, *message);
+    readHelpLine(help.firstLine + static_cast<std::size_t>(line) * kLineSize, *message);
     return kOk;
 }
+
+} // namespace typdescriptor::internal

@@ -1,16 +1,18 @@
 // Queries about structured parameters and slot parameter blocks.
 //
 // The station's parameters are answered from what the check has decoded; a slot parameter block is parsed again on each
-// query and released when the answer has been copied.
+// query.
 
-#include "descriptor/cTypDescriptor.h"
+#include "params/paramQueries.h"
+#include "params/slotPrmBlock.h"
 #include "typefile/scan.h"
 
 #include <cstddef>
 #include <cstring>
+#include <new>
 #include <string_view>
 
-using namespace typefile;
+namespace typdescriptor::internal {
 
 namespace {
 
@@ -33,81 +35,89 @@ bool readKeyword(std::string_view record, KEYWORD_TYPE& keyword)
     return true;
 }
 
-} // namespace
-
-int cTypDescriptor::getParaStructCnt() const
+/// @return null when nothing is loaded or there is no such block
+const SlotBlockPlace* findSlotBlock(const TypeFile& file, int index)
 {
-    return loaded != 0 ? prmEntryCount : 0;
+    const bool isThere = file.isLoaded && index >= 0 && static_cast<std::size_t>(index) < file.slotBlocks.size();
+    return isThere ? &file.slotBlocks[static_cast<std::size_t>(index)] : nullptr;
 }
 
-int cTypDescriptor::getParaStruct(int index, _parastruct* entry) const
+/// Where two blocks carry one number, another number has no block.
+SlotPrmBlock parseSlotBlock(const TypeFile& file, const SlotBlockPlace* place)
 {
-    if (loaded == 0 || index > prmEntryCount)
+    try {
+        if (place != nullptr && place->begin != nullptr)
+            return checkSlotParaBlock(static_cast<int>(file.slotBlocks.size()), place->begin);
+    } catch (const std::bad_alloc&) {
+    }
+    return {kErrSlotPrm};
+}
+
+} // namespace
+
+int getParaStructCnt(const TypeFile& file)
+{
+    return file.isLoaded ? static_cast<int>(file.prmEntries.size()) : 0;
+}
+
+int getParaStruct(const TypeFile& file, int index, _parastruct* entry)
+{
+    const int count = static_cast<int>(file.prmEntries.size());
+    if (!file.isLoaded || index > count)
         return 0;
-    *entry = index >= 0 && index < prmEntryCount ? prmEntries[index] : _parastruct();
+    *entry = index >= 0 && index < count ? file.prmEntries[static_cast<std::size_t>(index)] : _parastruct();
     return 1;
 }
 
-int cTypDescriptor::getSPBlockAnz() const
+int getStructuredSlotParameterCnt(const TypeFile& file, int block)
 {
-    return spBlockCount;
+    const SlotBlockPlace* place = findSlotBlock(file, block);
+    return place != nullptr ? place->fieldCount : 0;
 }
 
-int cTypDescriptor::getStructuredSlotParameterCnt(int block) const
+int getStructuredSlotParameter(const TypeFile& file, int block, int index, _parastruct* entry)
 {
-    return isSlotParaBlock(block) ? spStructCounts[block] : 0;
-}
-
-int cTypDescriptor::getStructuredSlotParameter(int block, int index, _parastruct* entry)
-{
-    if (!isSlotParaBlock(block) || index >= spStructCounts[block])
+    const SlotBlockPlace* place = findSlotBlock(file, block);
+    if (place == nullptr || index >= place->fieldCount)
         return kErrSlotPrm;
-    char* next = nullptr;
-    char* listPosition = nullptr;
-    int length = 0;
-    const bool isParsed = parseSlotParaBlock(block, &next, &length, &listPosition);
-    if (isParsed)
-        *entry = index >= 0 ? parsedEntries[index] : _parastruct();
-    releaseParsedBlock();
-    return isParsed ? kOk : kErrSlotPrm;
+    const SlotPrmBlock parsed = parseSlotBlock(file, place);
+    if (parsed.result != kOk)
+        return kErrSlotPrm;
+    *entry = index >= 0 ? parsed.entries[static_cast<std::size_t>(index)] : _parastruct();
+    return kOk;
 }
 
-int cTypDescriptor::getSlotParameters(int index, unsigned char* bytes, int* length)
+int getSlotParameters(const TypeFile& file, int index, unsigned char* bytes, int* length)
 {
     *length = 0;
-    if (!isSlotParaBlock(index))
+    const SlotPrmBlock parsed = parseSlotBlock(file, findSlotBlock(file, index));
+    if (parsed.result != kOk)
         return kErrSlotPrm;
-    char* next = nullptr;
-    char* listPosition = nullptr;
-    int blockLength = 0;
-    const bool isParsed = parseSlotParaBlock(index, &next, &blockLength, &listPosition);
-    if (isParsed) {
-        std::memcpy(bytes, parsedBytes, static_cast<std::size_t>(blockLength));
-        *length = blockLength;
-    }
-    releaseParsedBlock();
-    return isParsed ? kOk : kErrSlotPrm;
+    std::memcpy(bytes, parsed.bytes.data(), parsed.bytes.size());
+    *length = static_cast<int>(parsed.bytes.size());
+    return kOk;
 }
 
-int cTypDescriptor::hasSPBlockThisKeyWord(KEYWORD_TYPE* keyword, int index, int which)
+int hasSPBlockThisKeyWord(TypeFile& file, KEYWORD_TYPE* keyword, int index, int which)
 {
-    if (which != 0 || !isSlotParaBlock(index))
+    const SlotBlockPlace* place = findSlotBlock(file, index);
+    if (which != 0 || place == nullptr)
         return 0;
-    char* next = nullptr;
-    char* record = nullptr;
-    int length = 0;
+    const SlotPrmBlock parsed = parseSlotBlock(file, place);
+    Cursor record = parsed.list;
     int count = 0;
-    if (parseSlotParaBlock(index, &next, &length, &record))
+    if (parsed.result == kOk)
         takeRecordHead(record, kTagPrmList, count);
-    releaseParsedBlock();
     for (int i = 0; i < count; ++i) {
-        const std::string_view text = recordText(record, next);
-        if (i >= keywordPosition && readKeyword(text, *keyword)) {
-            keywordPosition = i + 1;
+        const std::string_view text = recordText(record, parsed.end);
+        if (i >= file.keywordRecord && readKeyword(text, *keyword)) {
+            file.keywordRecord = i + 1;
             return 1;
         }
         record += text.size() + kTerminator.size();
     }
-    keywordPosition = 0;
+    file.keywordRecord = 0;
     return 0;
 }
+
+} // namespace typdescriptor::internal

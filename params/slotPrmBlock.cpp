@@ -1,101 +1,48 @@
-// Slot parameter blocks: the parameter bytes of one kind of module, and the structured parameters that name fields
-// inside them.
-//
-// In: the position of a block in the image. Out: where the block and its list of structured parameters begin, its
-// length, and its decoded bytes and entries, which the descriptor keeps until they are released or the next block is
-// parsed. Blocks are not kept decoded: a device may have hundreds, and a host asks for one at a time.
+#include "params/slotPrmBlock.h"
 
-#include "descriptor/cTypDescriptor.h"
-#include "params/occupancyMap.h"
+#include "descriptor/resultCodes.h"
+#include "params/structuredPrm.h"
 #include "typefile/scan.h"
 
 #include <cstddef>
-#include <memory>
-#include <new>
 
-using namespace typefile;
+namespace typdescriptor::internal {
 
-namespace {
-
-unsigned hexDigitValue(char digit)
+unsigned char atohex(const char* text)
 {
-    const char c = toUpper(digit);
-    return static_cast<unsigned>(c > '9' ? c - 'A' + 10 : c - '0');
+    return static_cast<unsigned char>(hexDigitValue(text[0]) << 4 | hexDigitValue(text[1]));
 }
 
-} // namespace
-
-unsigned char cTypDescriptor::atohex(char* text)
+SlotPrmBlock checkSlotParaBlock(int blockCount, Cursor position)
 {
-    return static_cast<unsigned char>(hexDigitValue(text[0]) * 16 + hexDigitValue(text[1]));
-}
-
-int cTypDescriptor::checkSlotParaBlock(int blockCount, char* position, char** next, int* length, char** listPosition)
-{
-    char* p = position;
-    int number = 0;
-    if (!takeRecordHead(p, kTagSlotPrmBlock, number) || number == 0 || number > blockCount)
-        return kErrSlotPrm;
-    int blockLength = 0;
-    if (!takeNumberRecord(p, blockLength) || blockLength < 1 || blockLength > static_cast<int>(kMaxUserPrmBytes))
-        return kErrSlotPrm;
-    // Cleared, so that a host never sees what the memory held before in bytes that are not preset.
-    auto bytes = std::make_unique<uint8_t[]>(static_cast<std::size_t>(blockLength));
-
+    SlotPrmBlock block{kErrSlotPrm};
+    Cursor p = position;
+    int length = 0;
     int presetBytes = 0;
-    if (!takeRecordHead(p, kTagUserPrmBytes, presetBytes) || presetBytes > blockLength)
-        return kErrSlotPrm;
-    for (int i = 0; i < presetBytes; ++i) {
+    if (!takeRecordHead(p, kTagSlotPrmBlock, block.number) ||
+        !isWithin(block.number, 1, static_cast<std::size_t>(blockCount)))
+        return block;
+    if (!takeNumberRecord(p, length) || !isWithin(length, 1, kMaxUserPrmBytes))
+        return block;
+    if (!takeRecordHead(p, kTagUserPrmBytes, presetBytes) || presetBytes > length)
+        return block;
+    // Cleared, so that a host never sees what the memory held before in bytes that are not preset.
+    block.bytes.resize(static_cast<std::size_t>(length));
+    for (std::size_t i = 0; i < static_cast<std::size_t>(presetBytes); ++i) {
         if (!isHexByte(p) || !isTerminator(p + kHexByteDigits))
-            return kErrSlotPrm;
-        bytes[static_cast<std::size_t>(i)] = atohex(p);
+            return block;
+        block.bytes[i] = atohex(p);
         p += kHexByteDigits + kTerminator.size();
     }
 
-    *listPosition = p;
+    block.list = p;
     int count = 0;
     if (!takeRecordHead(p, kTagPrmList, count))
-        return kErrSlotPrm;
-    auto entries = std::make_unique<_parastruct[]>(static_cast<std::size_t>(count));
-    OccupancyMap occupancy = freeOccupancyMap();
-    int fields = 0;
-    const int result =
-        checkStructuredParameters(entries.get(), count, &fields, bytes.get(), occupancy.data(), blockLength, 0, p, &p);
-    releaseParsedBlock();
-    parsedBytes = bytes.release();
-    parsedEntries = entries.release();
-    *next = p;
-    *length = blockLength;
-    if (result < 0)
-        return result;
-    spBlockPositions[number - 1] = position;
-    spStructCounts[number - 1] = fields;
-    return result;
+        return block;
+    PrmArea area{block.bytes, 0};
+    block.result = checkStructuredParameters(p, count, area, block.entries);
+    block.end = p;
+    return block;
 }
 
-bool cTypDescriptor::isSlotParaBlock(int index) const
-{
-    return loaded != 0 && index >= 0 && index <= lastSpBlock && spBlockPositions != nullptr &&
-           spStructCounts != nullptr;
-}
-
-/// Parses a block once more for a query. Where two blocks carry one number, another number has no block.
-bool cTypDescriptor::parseSlotParaBlock(int index, char** next, int* length, char** listPosition)
-{
-    char* position = spBlockPositions[index];
-    if (position == nullptr)
-        return false;
-    try {
-        return checkSlotParaBlock(spBlockCount, position, next, length, listPosition) >= 0;
-    } catch (const std::bad_alloc&) {
-        return false;
-    }
-}
-
-void cTypDescriptor::releaseParsedBlock()
-{
-    delete[] parsedBytes;
-    delete[] parsedEntries;
-    parsedBytes = nullptr;
-    parsedEntries = nullptr;
-}
+} // namespace typdescriptor::internal

@@ -5,8 +5,9 @@
 // area's bytes, so that a host that takes only the bytes has valid parameters. Bits share bytes, everything else has its
 // bytes for itself; the order of the records decides: a bit may be put into a byte that is taken already.
 
-#include "descriptor/cTypDescriptor.h"
-#include "params/occupancyMap.h"
+#include "params/structuredPrm.h"
+
+#include "descriptor/resultCodes.h"
 #include "typefile/scan.h"
 
 #include <algorithm>
@@ -17,15 +18,7 @@
 #include <limits>
 #include <string_view>
 
-using namespace typefile;
-
-/// The parameter bytes that a run of records describes. Both arrays begin with byte `first`.
-struct PrmArea {
-    std::uint8_t* bytes;
-    std::uint8_t* occupancy;
-    int length; // with the bytes before the first
-    int first;
-};
+namespace typdescriptor::internal {
 
 namespace {
 
@@ -107,7 +100,7 @@ bool isDecimal(const char* text, int lowest, int highest)
 
 /// Takes a text up to its quote, or as much of it as has room.
 template <std::size_t Size>
-void takeValueText(char*& p, char (&text)[Size])
+void takeValueText(Cursor& p, char (&text)[Size])
 {
     std::size_t length = 0;
     for (; length < Size - 1 && !isQuote(p); ++length)
@@ -124,39 +117,40 @@ void setBits(std::uint8_t& byte, const DataType& type, const char* text)
     }
 }
 
-bool claimBytes(std::uint8_t* occupancy, int count)
+bool claimBytes(bool* isTaken, int count)
 {
-    if (std::any_of(occupancy, occupancy + count, [](std::uint8_t mark) { return mark != kByteFree; }))
+    if (std::count(isTaken, isTaken + count, true) > 0)
         return false;
-    std::fill_n(occupancy, count, kByteUsed);
+    std::fill_n(isTaken, count, true);
     return true;
 }
 
 /// Puts a default that has passed its range test into the parameter bytes.
 /// @return false when the field does not fit there
-bool placeDefault(const PrmArea& area, int byteIndex, const DataType& type, const char* text)
+bool placeDefault(PrmArea& area, int byteIndex, const DataType& type, const char* text)
 {
-    std::uint8_t* byte = area.bytes + (byteIndex - area.first);
-    std::uint8_t* mark = area.occupancy + (byteIndex - area.first);
+    const auto index = static_cast<std::size_t>(byteIndex - area.first);
+    std::uint8_t* const byte = &area.bytes[index];
+    bool* const isTaken = &area.isTaken[index];
     const int value = decimalValue(text);
     switch (type.kind) {
     case kBit:
     case kBitGroup:
-        *mark = kByteUsed;
+        *isTaken = true;
         setBits(*byte, type, text);
         return true;
     case kBitString:
-        if (!claimBytes(mark, 1))
+        if (!claimBytes(isTaken, 1))
             return false;
         setBits(*byte, type, text);
         return true;
     case kByte:
-        if (!claimBytes(mark, 1))
+        if (!claimBytes(isTaken, 1))
             return false;
         *byte = static_cast<std::uint8_t>(value);
         return true;
     default:
-        if (byteIndex > area.length - 2 || !claimBytes(mark, 2))
+        if (byteIndex > area.length() - 2 || !claimBytes(isTaken, 2))
             return false;
         byte[0] = static_cast<std::uint8_t>(static_cast<unsigned>(value) >> 8);
         byte[1] = static_cast<std::uint8_t>(value);
@@ -165,9 +159,9 @@ bool placeDefault(const PrmArea& area, int byteIndex, const DataType& type, cons
 }
 
 /// A keyword record, which tells the host where to put the module's slot number.
-bool takeKeywordRecord(char*& record, int byteIndex, int length)
+bool takeKeywordRecord(Cursor& record, int byteIndex, int length)
 {
-    char* p = record + prmRecord::kKind;
+    Cursor p = record + prmRecord::kKind;
     if (!takeText(p, kKeywordSlotNumber) || !takeText(p, "["))
         return false;
     const bool isTwoBytes = isText(p, kTypeSigned) || isText(p, kTypeUnsigned);
@@ -180,7 +174,7 @@ bool takeKeywordRecord(char*& record, int byteIndex, int length)
     return true;
 }
 
-bool takeHelpReference(char*& p, int32_t& number)
+bool takeHelpReference(Cursor& p, int32_t& number)
 {
     if (!takeText(p, kTagHelp))
         return false;
@@ -189,69 +183,61 @@ bool takeHelpReference(char*& p, int32_t& number)
     return number >= 0 && takeQuote(p) && takeTerminator(p);
 }
 
-} // namespace
-
-int cTypDescriptor::checkStructuredParameters(_parastruct* entries, int count, int* fields, unsigned char* bytes,
-                                              unsigned char* occupancy, int length, int first, char* position,
-                                              char** next)
+int checkPrmRecord(_parastruct& entry, PrmArea& area, int byteIndex, Cursor& p)
 {
-    const PrmArea area{bytes, occupancy, length, first};
-    char* p = position;
-    *fields = count;
-    for (int i = 0; i < count; ++i) {
-        const int byteIndex = numberAt(p + prmRecord::kByteIndex.position, prmRecord::kByteIndex.width);
-        if (!isText(p, kTagPrm) || byteIndex < first || byteIndex >= length)
-            return kErrPrmRecord;
-        if (!isQuote(p + prmRecord::kKind)) {
-            // A station has no slot number, hence no keywords behind its standard bytes.
-            if (first != 0 || !takeKeywordRecord(p, byteIndex, length))
-                return kErrPrmRecord;
-            --*fields;
-            continue;
-        }
-        const int result = checkPrmRecord(entries, area, byteIndex, p);
-        if (result < 0)
-            return result;
-        ++entries;
-    }
-    *next = p;
-    return kOk;
-}
-
-int cTypDescriptor::checkPrmRecord(_parastruct* entry, const PrmArea& area, int byteIndex, char*& p)
-{
-    copyField(entry->reference, p + prmRecord::kReference.position);
-    copyField(entry->name, p + prmRecord::kName.position);
+    copyField(entry.reference, p + prmRecord::kReference.position);
+    copyField(entry.name, p + prmRecord::kName.position);
     if (!isQuote(p + prmRecord::kName.end()))
         return kErrPrmRecord;
 
     DataType type;
     if (!readDataType(p + prmRecord::kDataType.position, type))
         return kErrPrmValue;
-    copyField(entry->dataType, p + prmRecord::kDataType.position);
+    copyField(entry.dataType, p + prmRecord::kDataType.position);
     if (!isQuote(p + prmRecord::kDataType.end()))
         return kErrPrmRecord;
 
     p += prmRecord::kDefaultValue;
-    takeValueText(p, entry->defaultValue);
-    if (checkRanges(type.kind, entry->defaultValue, 0, type.bitCount) == 0)
+    takeValueText(p, entry.defaultValue);
+    if (checkRanges(type.kind, entry.defaultValue, 0, type.bitCount) == 0)
         return kErrPrmValue;
-    if (!placeDefault(area, byteIndex, type, entry->defaultValue))
+    if (!placeDefault(area, byteIndex, type, entry.defaultValue))
         return kErrPrmValue;
     ++p; // the quote; behind eight characters anything may stand
 
     const ValueKind limitKind = type.kind == kBitString ? kByte : type.kind;
     for (auto limit : {&_parastruct::minValue, &_parastruct::maxValue}) {
-        takeValueText(p, entry->*limit);
-        if (checkRanges(limitKind, entry->*limit, type.bitCount, 0) == 0)
+        takeValueText(p, entry.*limit);
+        if (checkRanges(limitKind, entry.*limit, type.bitCount, 0) == 0)
             return kErrPrmValue;
         if (!takeQuote(p))
             return kErrPrmRecord;
     }
-    return takeHelpReference(p, entry->helpNumber) ? kOk : kErrPrmRecord;
+    return takeHelpReference(p, entry.helpNumber) ? kOk : kErrPrmRecord;
 }
 
-int cTypDescriptor::checkRanges(char type, char* text, int bits, int count)
+} // namespace
+
+int checkStructuredParameters(Cursor& p, int count, PrmArea& area, std::vector<_parastruct>& entries)
+{
+    entries.reserve(static_cast<std::size_t>(count));
+    for (int i = 0; i < count; ++i) {
+        const int byteIndex = numberAt(p + prmRecord::kByteIndex.position, prmRecord::kByteIndex.width);
+        if (!isText(p, kTagPrm) || byteIndex < area.first || byteIndex >= area.length())
+            return kErrPrmRecord;
+        if (isQuote(p + prmRecord::kKind)) {
+            entries.emplace_back();
+            if (const int result = checkPrmRecord(entries.back(), area, byteIndex, p); result < 0)
+                return result;
+        } else if (area.first != 0 || !takeKeywordRecord(p, byteIndex, area.length())) {
+            // A station has no slot number, hence no keywords behind its standard bytes.
+            return kErrPrmRecord;
+        }
+    }
+    return kOk;
+}
+
+int checkRanges(char type, const char* text, int bits, int count)
 {
     // Negative numbers pass the unsigned types: only the upper bound is a rule for them.
     constexpr int kNoLowerBound = std::numeric_limits<int>::min();
@@ -278,3 +264,5 @@ int cTypDescriptor::checkRanges(char type, char* text, int bits, int count)
     }
     return isValid ? 1 : 0;
 }
+
+} // namespace typdescriptor::internal

@@ -1,50 +1,32 @@
-// The station's own user parameters: the preset bytes, the structured parameters that name fields inside them, and the
-// help blocks that name those fields' values.
-//
-// In: the position of the section in the image. Out: the bytes with every default in its place, the decoded structured
-// parameters, where each help block is, and the position behind the section.
+#include "params/userPrm.h"
 
-#include "descriptor/cTypDescriptor.h"
-#include "params/occupancyMap.h"
+#include "params/helpBlock.h"
+#include "params/slotPrmBlock.h"
+#include "params/structuredPrm.h"
 #include "typefile/scan.h"
 
 #include <cstddef>
+#include <cstdint>
 
-using namespace typefile;
+namespace typdescriptor::internal {
 
 namespace {
 
 constexpr int kFirstUserByte = static_cast<int>(kStandardPrmBytes);
 
-} // namespace
-
-int cTypDescriptor::checkUserPara(char* position)
+int checkUserPrmBytes(Cursor& p, TypeFile& file)
 {
-    char* p = position;
-    int result = checkUserPrmBytes(p);
-    if (result == kOk)
-        result = checkUserPrmList(p);
-    if (result == kOk)
-        result = checkUserPrmHelp(p);
-    if (result == kOk)
-        prmAreaEnd = p;
-    return result;
-}
-
-int cTypDescriptor::checkUserPrmBytes(char*& p)
-{
-    const int room = typeData.userPrmDataLen - kFirstUserByte;
+    const int room = file.typeData.userPrmDataLen - kFirstUserByte;
     int count = 0;
     // The length of the fixed profile leaves no room for any.
     if (!takeRecordHead(p, kTagUserPrmBytes, count) || count > room)
         return kErrUserPrm;
-    if (room > 0)
-        userPrmBytes = new uint8_t[static_cast<std::size_t>(room)]();
-    userPrmByteCount = count;
-    for (int i = 0; i < count; ++i) {
+    file.userPrm.resize(static_cast<std::size_t>(room));
+    file.userPrmCount = count;
+    for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
         if (!isHexByte(p))
             return kErrUserPrmByte;
-        userPrmBytes[i] = atohex(p);
+        file.userPrm[i] = atohex(p);
         p += kHexByteDigits;
         if (!takeTerminator(p))
             return kErrUserPrm;
@@ -52,39 +34,50 @@ int cTypDescriptor::checkUserPrmBytes(char*& p)
     return kOk;
 }
 
-int cTypDescriptor::checkUserPrmList(char*& p)
+int checkUserPrmList(Cursor& p, TypeFile& file)
 {
     if (!takeText(p, kTagPrmList))
         return kErrPrmList;
     int count = 0;
     if (!takeNumberRecord(p, count) || count < 0)
         return kErrUserPrm;
-    if (fixedProfileStation != 0 && count != 0)
+    if (file.station == StationKind::kFixedProfile && count != 0)
         return kErrFixedProfile;
     if (count > 0)
-        changeable = 0;
-    prmEntries = new _parastruct[static_cast<std::size_t>(count)]();
-    OccupancyMap occupancy = freeOccupancyMap();
-    return checkStructuredParameters(prmEntries, count, &prmEntryCount, userPrmBytes, occupancy.data(),
-                                     typeData.userPrmDataLen, kFirstUserByte, p, &p);
+        file.isChangeable = false;
+    PrmArea area{file.userPrm, kFirstUserByte};
+    return checkStructuredParameters(p, count, area, file.prmEntries);
 }
 
-int cTypDescriptor::checkUserPrmHelp(char*& p)
+int checkUserPrmHelp(Cursor& p, TypeFile& file)
 {
     if (!takeText(p, kTagHelpList))
         return kOk;
     int count = 0;
     if (!takeNumberRecord(p, count) || count < 0)
         return kErrHelpBlock;
-    pslHelp = new PARA_HELPM_INFO[static_cast<std::size_t>(count)]();
-    pslHelpCount = count;
-    pslHelpOfNumber = new uint16_t[kMaxHelpNumber + 1]();
-    for (int i = 0; i < count; ++i) {
-        if (checkHelpBlock(&pslHelp[i], p, &p) < 0)
+    file.help.resize(static_cast<std::size_t>(count));
+    file.helpOfNumber.resize(kMaxHelpNumber + 1);
+    for (std::size_t i = 0; i < file.help.size(); ++i) {
+        if (checkHelpBlock(p, file.help[i]) < 0)
             return kErrHelpBlock;
-        uint16_t& first = pslHelpOfNumber[pslHelp[i].helpNumber];
+        std::uint16_t& first = file.helpOfNumber[static_cast<std::size_t>(file.help[i].number)];
         if (first == 0)
-            first = static_cast<uint16_t>(i + 1);
+            first = static_cast<std::uint16_t>(i + 1);
     }
     return kOk;
 }
+
+} // namespace
+
+int checkUserPara(Cursor& p, TypeFile& file)
+{
+    int result = checkUserPrmBytes(p, file);
+    if (result == kOk)
+        result = checkUserPrmList(p, file);
+    if (result == kOk)
+        result = checkUserPrmHelp(p, file);
+    return result;
+}
+
+} // namespace typdescriptor::internal

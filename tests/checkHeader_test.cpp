@@ -2,7 +2,6 @@
 
 #include "descriptor/cTypDescriptor.h"
 #include "tests/checkCases.h"
-#include "tests/testAccess.h"
 #include "tests/typeFileBuilder.h"
 
 #include <gtest/gtest.h>
@@ -21,10 +20,13 @@ SLAVE_TYPE_HEADER_INFO headerOf(const cTypDescriptor& device)
     return header;
 }
 
-// A text inside the image, behind whatever NULs there are.
-char* find(cTypDescriptor& device, std::string_view text)
+// A text inside the image of a checked descriptor, before its diagnostic texts.
+char* find(const cTypDescriptor& device, std::string_view text)
 {
-    return TypDescriptorTestAccess::imageData(device) + TypDescriptorTestAccess::image(device).find(text);
+    char* p = device.getDKMPos();
+    while (std::string_view(p, text.size()) != text)
+        --p;
+    return p;
 }
 
 std::string version3Image(const std::string& model, const std::string& typeData)

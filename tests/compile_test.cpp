@@ -2,10 +2,10 @@
 // characters that they give, and the reading of lines.
 
 #include "descriptor/cTypDescriptor.h"
+#include "descriptor/image.h"
 #include "gsd/cGsdCompiler.h"
 #include "tests/caseTable.h"
 #include "tests/gsdText.h"
-#include "tests/testAccess.h"
 
 #include <gtest/gtest.h>
 
@@ -44,8 +44,9 @@ TEST(Compile, WholeFiles)
             const std::string written = fileContents(output);
             EXPECT_EQ(withoutTime(written), fileContents(expected + ".410"));
             // In the descriptor the NUL of the last record stands behind the image, and then blanks.
-            EXPECT_EQ(TypDescriptorTestAccess::image(device),
-                      written + '\0' + std::string(64999 - written.size(), ' '));
+            std::string image(65000, '?');
+            EXPECT_EQ(cGsdCompiler(image.data(), 65000).compile(entry.path().string().c_str(), 0, nullptr), kOk);
+            EXPECT_EQ(withoutTime(image), withoutTime(written + '\0' + std::string(64999 - written.size(), ' ')));
 
             std::vector<GSD_WARNING_ITEM> items(static_cast<std::size_t>(device.getGsdCntOfWarnings()));
             device.getGsdWarnings(reinterpret_cast<char*>(items.data()));
@@ -244,8 +245,11 @@ TEST(Construction, FromTypeFiles)
         const std::string contents(c.size, 'x');
         const cTypDescriptor device(putFile(c.name, contents).c_str(), 1, nullptr);
         EXPECT_EQ(device.getStatus(), c.status) << c.size;
-        const std::string image = TypDescriptorTestAccess::image(device);
-        EXPECT_EQ(image, c.capacity == 0 ? "" : contents + std::string(c.capacity - c.size, '\0')) << c.size;
+        Image image;
+        EXPECT_EQ(readTypeFile(putFile(c.name, contents).c_str(), image), c.status) << c.size;
+        EXPECT_EQ(std::string(image.characters.get(), image.capacity),
+                  c.capacity == 0 ? "" : contents + std::string(c.capacity - c.size, '\0'))
+            << c.size;
         std::uint8_t found = 77;
         device.getGsdFoundMandatories(&found);
         EXPECT_EQ(found, 77);

@@ -1,17 +1,25 @@
-# Fails when anything but the members of cTypDescriptor is defined in the library's dynamic symbol table.
+# Fails when the library's dynamic symbol table defines anything but what exportedSymbols.txt lists.
 
-execute_process(COMMAND ${NM} -D -P ${LIBRARY} OUTPUT_VARIABLE _symbols COMMAND_ERROR_IS_FATAL ANY)
-string(REPLACE ";" "," _symbols "${_symbols}")
-string(REPLACE "\n" ";" _symbols "${_symbols}")
-set(_members 0)
-foreach(_symbol IN LISTS _symbols)
-    if(_symbol MATCHES "^_ZNK?14cTypDescriptor[^ ]* T")
-        math(EXPR _members "${_members} + 1")
-    elseif(_symbol AND NOT _symbol MATCHES "^TYPDESCRIPTOR_1[^ ]* A" AND NOT _symbol MATCHES "^[^ ]+ [Uwv]")
+cmake_minimum_required(VERSION 3.25)
+
+execute_process(COMMAND ${NM} -D -C --defined-only ${LIBRARY} OUTPUT_VARIABLE _table COMMAND_ERROR_IS_FATAL ANY)
+string(REPLACE "\n" ";" _table "${_table}")
+set(_exported)
+foreach(_line IN LISTS _table)
+    if(_line MATCHES "^[0-9a-f]+ [B-Z] (.*)$") # A is the version itself
+        list(APPEND _exported "${CMAKE_MATCH_1}")
+    endif()
+endforeach()
+list(REMOVE_DUPLICATES _exported) # a constructor has two symbols
+list(SORT _exported)
+file(STRINGS ${CMAKE_CURRENT_LIST_DIR}/exportedSymbols.txt _expected)
+foreach(_symbol IN LISTS _exported)
+    if(NOT _symbol IN_LIST _expected)
         message(SEND_ERROR "leaves the library: ${_symbol}")
     endif()
 endforeach()
-if(_members EQUAL 0)
-    message(FATAL_ERROR "no member of cTypDescriptor leaves the library")
-endif()
-message("${_members} members of cTypDescriptor leave the library")
+foreach(_symbol IN LISTS _expected)
+    if(NOT _symbol IN_LIST _exported)
+        message(SEND_ERROR "does not leave the library: ${_symbol}")
+    endif()
+endforeach()

@@ -1,9 +1,9 @@
 // Host records in both directions: what image a record gives, and what record an image gives.
 
 #include "descriptor/cTypDescriptor.h"
+#include "generator/hostRecordImage.h"
 #include "tests/caseTable.h"
 #include "tests/hostRecord.h"
-#include "tests/testAccess.h"
 #include "tests/typeFileBuilder.h"
 
 #include <gtest/gtest.h>
@@ -77,7 +77,9 @@ std::string image(const std::string& records)
 
 std::string imageOf(const TYPEFILE_COM_QX410& fields)
 {
-    const std::string whole = TypDescriptorTestAccess::image(cTypDescriptor(&fields));
+    const std::size_t capacity = typdescriptor::internal::hostRecordImageSize(fields);
+    std::string whole(capacity, '\0');
+    typdescriptor::internal::writeHostRecordImage(whole.data(), static_cast<std::uint32_t>(capacity), fields);
     return whole.substr(0, whole.find('\0'));
 }
 

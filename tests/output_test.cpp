@@ -9,6 +9,7 @@
 #include <cstring>
 #include <filesystem>
 #include <memory>
+#include <new>
 #include <string>
 
 namespace {
@@ -262,6 +263,65 @@ TEST(Output, TrimmingStaysInTheHeadLine)
     std::string object(device->getDataSize(), '?');
     EXPECT_EQ(device->writeObject(object.data()), 1);
     EXPECT_EQ(object.substr(0, object.size() - 8), file.build());
+}
+
+/// A second object that shares everything with another and is never destroyed.
+class Sharer {
+public:
+    explicit Sharer(const cTypDescriptor& other) : device(new (room) cTypDescriptor(nullptr, 0, nullptr))
+    {
+        *device = other;
+    }
+    cTypDescriptor* operator->() const { return device; }
+
+private:
+    alignas(cTypDescriptor) unsigned char room[sizeof(cTypDescriptor)];
+    cTypDescriptor* device;
+};
+
+TEST(Output, NoNulReachesTheFileThroughASecondBracket)
+{
+    TypeFileBuilder file = changeableFile();
+    file.headLine = "Left <A>B> right";
+    const Device device = checked(file);
+    EXPECT_EQ(device->checkTypeFileContents(), kOk);
+    const std::string target = newFile("new.410");
+    EXPECT_EQ(device->writeTypeFile(target.c_str()), kOk);
+    EXPECT_EQ(fileContents(target), file.build());
+}
+
+TEST(Output, AssignedObjectsWriteWhatTheOtherHasCut)
+{
+    const Device device = checked(changeableFile());
+    const Sharer other(*device);
+    char text[31];
+    EXPECT_EQ(device->getMLFBstring(text), kOk);
+    TypeFileBuilder cut = changeableFile();
+    cut.headLine = "Left <DX-7/40>    right";
+    std::string object(other->getDataSize(), '?');
+    EXPECT_EQ(other->writeObject(object.data()), 1);
+    EXPECT_EQ(object.substr(0, object.size() - 8), cut.build());
+    const std::string target = newFile("new.410");
+    EXPECT_EQ(other->writeTypeFile(target.c_str()), kOk);
+    EXPECT_EQ(fileContents(target), cut.build());
+}
+
+TEST(Output, AssignedObjectsOutliveASecondCheckOfEither)
+{
+    const Device device = descriptorOf(TypeFileBuilder::fullFile().build());
+    EXPECT_EQ(device->checkTypeFileContents(), kOk);
+    const Sharer other(*device);
+    ASSERT_GT(device->getMLFBListCnt(), 0);
+    MLFB_ITEM before;
+    EXPECT_EQ(device->getMLFBListItem(0, &before), kOk);
+    for (cTypDescriptor* checkedAgain : {&*device, &*other.operator->()}) {
+        EXPECT_EQ(checkedAgain->checkTypeFileContents(), kOk);
+        for (const cTypDescriptor* asked : {&*device, &*other.operator->()}) {
+            MLFB_ITEM item;
+            EXPECT_EQ(asked->getMLFBListItem(0, &item), kOk);
+            EXPECT_STREQ(item.mlfb, before.mlfb);
+        }
+    }
 }
 
 } // namespace

@@ -3,14 +3,14 @@
 // In: the position of a group. Out: its number of entries and the position behind it. The texts stay in the image,
 // where the queries search them.
 
-#include "descriptor/cTypDescriptor.h"
 #include "typefile/format.h"
 #include "typefile/scan.h"
+#include "typefile/typeFile.h"
 
 #include <array>
 #include <cstddef>
 
-using namespace typefile;
+namespace typdescriptor::internal {
 
 namespace {
 
@@ -38,14 +38,14 @@ bool isDiagByte(const char* p)
     return number >= kMinByteNumber && number <= kMaxByteNumber && isQuote(p + kDiagByteQuote);
 }
 
-bool isBitEntry(const char* p)
+bool isGoodBitEntry(const char* p)
 {
     return areSeparators(p, diagBit::kQuotes) && isBitNumber(p[kDiagKind]) &&
            (p[diagBit::kValue] == '0' || p[diagBit::kValue] == '1');
 }
 
 /// The first bit is bounded from above only.
-bool isGroupEntry(const char* p)
+bool isGoodGroupEntry(const char* p)
 {
     if (!areSeparators(p, diagGroup::kQuotes))
         return false;
@@ -57,11 +57,11 @@ bool isGroupEntry(const char* p)
     return value >= 0 && value <= (1 << bits) - 1;
 }
 
-bool takeDeviceEntry(char*& p, bool isGroup)
+bool takeDeviceEntry(Cursor& p, bool isGroup)
 {
-    if (!isDiagByte(p) || !(isGroup ? isGroupEntry(p) : isBitEntry(p)))
+    if (!isDiagByte(p) || !(isGroup ? isGoodGroupEntry(p) : isGoodBitEntry(p)))
         return false;
-    char* end = p + (isGroup ? diagGroup::kLength : diagBit::kLength);
+    Cursor end = p + (isGroup ? diagGroup::kLength : diagBit::kLength);
     if (!takeTerminator(end))
         return false;
     p = end;
@@ -69,14 +69,14 @@ bool takeDeviceEntry(char*& p, bool isGroup)
 }
 
 /// Two separators that differ give the code of a device entry, in a channel entry as well: hosts know it so.
-int takeChannelEntry(char*& p)
+int takeChannelEntry(Cursor& p)
 {
     const int type = numberAt(p + channelError::kType.position, channelError::kType.width);
     if (!isText(p, kTagChannelError) || type < kMinErrorType || type > kMaxErrorType)
         return kErrChannelDiag;
     if (p[channelError::kQuotes[0]] != p[channelError::kQuotes[1]])
         return kErrDeviceDiag;
-    char* end = p + channelError::kLength;
+    Cursor end = p + channelError::kLength;
     if (!takeTerminator(end))
         return kErrChannelDiag;
     p = end;
@@ -85,21 +85,22 @@ int takeChannelEntry(char*& p)
 
 } // namespace
 
-/// `mode` 0 reads the device texts, 1 the channel texts.
-int cTypDescriptor::checkSlaveTypeDataDKM(char* p, int mode, char** next)
+int checkSlaveTypeDataDKM(Cursor& p, int mode, TypeFile& file)
 {
     const bool isDevice = mode == 0;
+    DiagGroup& group = isDevice ? file.deviceDiag : file.channelDiag;
+    group.begin = p;
     int count = 0;
     if (!takeRecordHead(p, isDevice ? kTagDeviceDiag : kTagChannelDiag, count))
         return isDevice ? kErrDeviceDiag : kErrChannelDiag;
-    (isDevice ? deviceDiagCount : channelDiagCount) = count;
+    group.count = count;
     if (count > 0)
-        changeable = 0;
+        file.isChangeable = false;
     for (int i = 0; i < count; ++i) {
         int result = kOk;
         if (isDevice) {
             const bool isGroup = isText(p + kDiagKind, kTagBitGroup);
-            rangeDiagCount += isGroup ? 1 : 0;
+            group.groupCount += isGroup ? 1 : 0;
             result = takeDeviceEntry(p, isGroup) ? kOk : kErrDeviceDiag;
         } else {
             result = takeChannelEntry(p);
@@ -107,6 +108,7 @@ int cTypDescriptor::checkSlaveTypeDataDKM(char* p, int mode, char** next)
         if (result != kOk)
             return result;
     }
-    *next = p;
     return kOk;
 }
+
+} // namespace typdescriptor::internal

@@ -4,21 +4,20 @@
 // or the decoded identifier, and the position behind it. Preset slots given by order number stay empty here: the list
 // they point into comes later in the file.
 
-#include "descriptor/cTypDescriptor.h"
 #include "typefile/format.h"
 #include "typefile/identifiers.h"
 #include "typefile/recordParts.h"
 #include "typefile/scan.h"
+#include "typefile/typeFile.h"
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
 
-using namespace typdescriptor::internal;
+namespace typdescriptor::internal {
 
 namespace {
 
-constexpr int kMaxByte = 255;
 constexpr int kNoBlock = -1;
 constexpr int8_t kNoLengthByte = -1;
 constexpr unsigned kMaxLengthBytes = 2;
@@ -27,10 +26,10 @@ constexpr unsigned kMaxMfrBytes = 14;
 constexpr uint8_t kSpecialWithoutBytes = 0x0F;
 
 /// A byte behind the first one of an identifier: a quote and three digits.
-bool takeFurtherByte(char*& p, uint8_t& byte)
+bool takeFurtherByte(Cursor& p, uint8_t& byte)
 {
     const int value = numberAt(p + 1);
-    if (!isQuote(p) || value < 0 || value > kMaxByte)
+    if (!isQuote(p) || !isWithin(value, 0, kMaxByte))
         return false;
     byte = static_cast<uint8_t>(value);
     p += 1 + kNumberDigits;
@@ -39,7 +38,7 @@ bool takeFurtherByte(char*& p, uint8_t& byte)
 
 /// What follows a special-format identifier byte: length bytes, input first, manufacturer bytes and a closing quote. Any
 /// byte is a length.
-bool takeSpecialBytes(char*& p, CSLAVE_SLOT_PRESET_TYPE& preset)
+bool takeSpecialBytes(Cursor& p, CSLAVE_SLOT_PRESET_TYPE& preset)
 {
     CFG_SPECIAL_INFO info;
     decodeSpecialByte(preset.identifier, info);
@@ -60,99 +59,91 @@ bool takeSpecialBytes(char*& p, CSLAVE_SLOT_PRESET_TYPE& preset)
 }
 
 /// The number of an order-number entry. Whether there is one of that number is known later.
-int takePresetNumber(char*& p)
+int takePresetNumber(Cursor& p, int& number)
 {
     if (numberAt(p) < 1)
         return kErrIdentifier;
-    int number = 0;
     return takeNumberRecord(p, number) ? kOk : kErrTypeData;
 }
 
-} // namespace
-
-int cTypDescriptor::checkPresetSlots(char*& p)
-{
-    StructureCode code;
-    if (!readStructureCode(p, code))
-        return kErrTypeData;
-    if (!isText(p, kTagPresetByIdentifier))
-        changeable = 0;
-    p += kStructureCodeLength;
-    vFlag = code.fixed ? 1 : 0;
-    mFlag = code.byOrderNumber ? 1 : 0;
-    yFlag = code.closed ? 1 : 0;
-    // The count is cut to eight bits before it is tested: hosts rely on files that pass because of it.
-    const auto count = static_cast<uint8_t>(numberAt(p));
-    const bool isEvenRequired = (typeData.features & kFeatureEvenSlotNumber) != 0;
-    if (count > kMaxModules || count > typeData.maxModule || (bareNameStation != 0 && count == 0) ||
-        (isEvenRequired && code.fixed && count % 2 != 0))
-        return kErrPresetCount;
-    int number = 0;
-    if (!takeNumberRecord(p, number))
-        return kErrTypeData;
-
-    if (count == 0) {
-        vFlag = mFlag = yFlag = 0;
-    } else {
-        presetSlots = new MLFB_ITEM[count]();
-        presetCount = count;
-        presetRecordPos = p;
-    }
-    for (unsigned i = 0; i < count; ++i)
-        presetSlots[i].spIndex = kNoBlock;
-    for (unsigned i = 0; i < count; ++i) {
-        const int result = code.byOrderNumber ? takePresetNumber(p) : checkPresetEntry(p, presetSlots[i]);
-        if (result != kOk)
-            return result;
-    }
-    return takeText(p, kTagSlotsEnd) && takeTerminator(p) ? kOk : kErrTypeData;
-}
-
 /// A preset slot by identifier, with or without a reference to its slot parameter block.
-int cTypDescriptor::checkPresetEntry(char*& p, MLFB_ITEM& slot)
+int takePresetEntry(Cursor& p, const TypeFile& file, MLFB_ITEM& slot)
 {
-    if (const int result = checkPresetSlot(p, &slot.preset, &p); result != kOk)
+    if (const int result = checkPresetSlot(p, file, slot.preset); result != kOk)
         return result;
-    slot.preset.xSlot = vFlag == 0 && yFlag == 0 ? 1 : 0;
+    slot.preset.xSlot = file.presetCode.xSlot();
     if (takeTerminator(p))
         return kOk;
     takeQuote(p);
     int block = 0;
     if (!takeBlockReference(p, block))
         return kErrIdentifier;
-    if (block > 0 && slotPrmMode == 0)
+    if (block > 0 && !file.isSlotPrmMode)
         return kErrOrderList;
     slot.spIndex = block - 1;
     return kOk;
 }
 
-/// One configuration identifier.
-int cTypDescriptor::checkPresetSlot(char* p, CSLAVE_SLOT_PRESET_TYPE* preset, char** next) const
-{
-    *preset = CSLAVE_SLOT_PRESET_TYPE();
-    const int identifier = numberAt(p);
-    if (identifier < 0 || identifier > kMaxByte)
-        return kErrIdentifier;
-    p += kNumberDigits;
-    preset->identifier = static_cast<uint8_t>(identifier);
+} // namespace
 
-    preset->kind = identifierKind(preset->identifier, header.headerCnf);
-    const bool isSpecial = preset->kind == kCfgSpecial;
-    if (!isSpecial && preset->kind != kCfgEmpty && preset->kind != kCfgGeneral && preset->kind != kCfgCompact)
-        return kErrIdentifier;
-    if (isSpecial && !takeSpecialBytes(p, *preset))
-        return kErrIdentifier;
-    if ((typeData.features & (isSpecial ? kFeatureOnlyNormal : kFeatureOnlySpecial)) != 0)
-        return kErrIdentifier;
-    *next = p;
-    return kOk;
+int checkPresetSlots(Cursor& p, TypeFile& file, std::vector<int>& numbers)
+{
+    StructureCode code;
+    if (!readStructureCode(p, code))
+        return kErrTypeData;
+    if (!isText(p, kTagPresetByIdentifier))
+        file.isChangeable = false;
+    p += kStructureCodeLength;
+    file.presetCode = code;
+    // The count is cut to eight bits before it is tested: hosts rely on files that pass because of it.
+    const auto count = static_cast<uint8_t>(numberAt(p));
+    const bool isEvenRequired = (file.typeData.features & kFeatureEvenSlotNumber) != 0;
+    if (count > kMaxModules || count > file.typeData.maxModule ||
+        (file.station == StationKind::kBareName && count == 0) || (isEvenRequired && code.fixed && count % 2 != 0))
+        return kErrPresetCount;
+    int number = 0;
+    if (!takeNumberRecord(p, number))
+        return kErrTypeData;
+
+    if (count == 0)
+        file.presetCode = StructureCode();
+    MLFB_ITEM empty = MLFB_ITEM();
+    empty.spIndex = kNoBlock;
+    file.presetSlots.assign(count, empty);
+    numbers.assign(code.byOrderNumber ? count : 0U, 0);
+    for (std::size_t i = 0; i < count; ++i) {
+        const int result =
+            code.byOrderNumber ? takePresetNumber(p, numbers[i]) : takePresetEntry(p, file, file.presetSlots[i]);
+        if (result != kOk)
+            return result;
+    }
+    return takeText(p, kTagSlotsEnd) && takeTerminator(p) ? kOk : kErrTypeData;
 }
 
-/// The identifier of a list entry and the quote behind it, which a special-format identifier has brought along.
-bool cTypDescriptor::takeModuleIdentifier(char*& p, CSLAVE_SLOT_PRESET_TYPE& preset)
+int checkPresetSlot(Cursor& p, const TypeFile& file, CSLAVE_SLOT_PRESET_TYPE& preset)
 {
-    if (checkPresetSlot(p, &preset, &p) != kOk)
+    preset = CSLAVE_SLOT_PRESET_TYPE();
+    const int identifier = numberAt(p);
+    if (!isWithin(identifier, 0, kMaxByte))
+        return kErrIdentifier;
+    p += kNumberDigits;
+    preset.identifier = static_cast<uint8_t>(identifier);
+
+    preset.kind = identifierKind(preset.identifier, file.header.headerCnf);
+    const bool isSpecial = preset.kind == kCfgSpecial;
+    if (preset.kind == kCfgInvalid || (isSpecial && !takeSpecialBytes(p, preset)))
+        return kErrIdentifier;
+    const bool isExcluded = (file.typeData.features & (isSpecial ? kFeatureOnlyNormal : kFeatureOnlySpecial)) != 0;
+    return isExcluded ? kErrIdentifier : kOk;
+}
+
+/// A special-format identifier has brought the quote along.
+bool takeModuleIdentifier(Cursor& p, const TypeFile& file, CSLAVE_SLOT_PRESET_TYPE& preset)
+{
+    if (checkPresetSlot(p, file, preset) != kOk)
         return false;
     const bool hasClosingQuote = preset.kind == kCfgSpecial && preset.identifier != kSpecialWithoutBytes;
     return hasClosingQuote || takeQuote(p);
 }
+
+} // namespace typdescriptor::internal

@@ -3,16 +3,20 @@
 // In: type-data position 0. Out: the type-data record, the flags of the device and the positions and counts of its
 // groups, or the first code met. Every feature that a host cannot edit clears the changeable flag on the way.
 
-#include "descriptor/cTypDescriptor.h"
+#include "params/userPrm.h"
 #include "typefile/format.h"
+#include "typefile/headerFlags.h"
 #include "typefile/scan.h"
 #include "typefile/stationTypes.h"
+#include "typefile/typeFile.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <vector>
 
-using namespace typefile;
+namespace typdescriptor::internal {
 
 namespace {
 
@@ -64,9 +68,9 @@ struct IoLength {
     bool isInBits = false;
 };
 
-bool takeIoLength(char*& p, IoLength& length)
+bool takeIoLength(Cursor& p, IoLength& length)
 {
-    char* end = p + kNumberDigits;
+    Cursor end = p + kNumberDigits;
     length.isInBits = takeText(end, kBitUnit);
     if (!takeTerminator(end))
         return false;
@@ -79,9 +83,9 @@ bool takeIoLength(char*& p, IoLength& length)
 
 /// A file name of fixed width.
 template <std::size_t Size>
-bool takeFileName(char*& p, char (&name)[Size])
+bool takeFileName(Cursor& p, char (&name)[Size])
 {
-    char* end = p + Size - 1;
+    Cursor end = p + Size - 1;
     if (!takeTerminator(end))
         return false;
     copyField(name, p);
@@ -89,48 +93,106 @@ bool takeFileName(char*& p, char (&name)[Size])
     return true;
 }
 
-} // namespace
-
-int cTypDescriptor::checkSlaveTypeDataCatI(char* p)
+bool isFixedProfile(const TypeFile& file)
 {
-    startTypeData();
-    if (const int result = checkFixedBlock(p); result != kOk)
-        return result;
-    p += kMaxInputLen.position;
-    if (const int result = checkLengthFields(p); result != kOk)
-        return result;
+    return file.station == StationKind::kFixedProfile;
+}
 
-    if (const int result = checkUserPara(p); result != kOk)
-        return result;
-    if (userPrmBytes != nullptr)
-        std::memcpy(typeData.userPrmData, userPrmBytes,
-                    static_cast<std::size_t>(typeData.userPrmDataLen) - kStandardPrmBytes);
-    p = prmAreaEnd;
-    if (const int result = checkPresetSlots(p); result != kOk)
-        return result;
-    dkmPos = p;
-    if (const int result = checkSlaveTypeDataDKM(p, 0, &p); result != kOk)
-        return result;
-
-    typeData.maxDataLen = typeData.maxInputLen + typeData.maxOutputLen;
-    if (hasVersion5Groups(header.version)) {
-        if (const int result = checkVersion5Groups(p); result != kOk)
-            return result;
-    }
-    typeDataEnd = p;
+/// A J/N flag of a feature that a fixed-profile station does not have.
+int checkFeatureFlag(char c, uint32_t features, TypeFile& file)
+{
+    const int flag = checkJNChar(c);
+    if (flag < 0)
+        return kErrTypeData;
+    if (flag == 0)
+        return kOk;
+    if (isFixedProfile(file))
+        return kErrFixedProfile;
+    file.typeData.features |= features;
     return kOk;
 }
 
-/// What both categories begin with: a cleared record with the texts of the header.
-void cTypDescriptor::startTypeData()
+/// A letter other than J and N that stands for one feature beyond those.
+bool acceptFeatureLetter(char c, char letter, uint32_t feature, TypeFile& file)
 {
-    typeData = SLAVE_TYPEDATA_TYPE();
-    std::memcpy(typeData.modelName, header.modelName, sizeof typeData.modelName);
-    std::memcpy(typeData.stationType, header.stationType, sizeof typeData.stationType);
-    typeData.identNumber = header.identNumber;
+    if (toUpper(c) != letter)
+        return false;
+    file.typeData.features |= feature;
+    file.isChangeable = false;
+    return true;
 }
 
-int cTypDescriptor::checkFixedBlock(const char* p)
+int checkTelegramFlags(Cursor p, TypeFile& file)
+{
+    int result = checkFeatureFlag(p[kSetSlaveAddress], kFeatureSetSlaveAddress, file);
+    if (result == kOk)
+        result = checkFeatureFlag(p[kSyncMode], kFeatureSyncMode, file);
+    if (result == kOk)
+        result = checkFeatureFlag(p[kFreezeMode], kFeatureFreezeMode, file);
+    const char role = p[kPublisherSubscriber];
+    if (result == kOk && !acceptFeatureLetter(role, 'P', kFeaturePublisher, file) &&
+        !acceptFeatureLetter(role, 'S', kFeatureSubscriber, file))
+        result = checkFeatureFlag(role, kFeaturePublisher | kFeatureSubscriber, file);
+    if (result == kOk)
+        result = checkFeatureFlag(p[kDiagBufferable], kFeatureDiagBufferable, file);
+    if (result == kOk && !acceptFeatureLetter(p[kActiveMaster], 'M', kFeatureMaster, file))
+        result = checkFeatureFlag(p[kActiveMaster], kFeatureActive, file);
+    return result;
+}
+
+int checkStationFlags(Cursor p, TypeFile& file)
+{
+    const int isEven = checkJNChar(p[kEvenSlotNumber]);
+    if (isEven < 0)
+        return kErrTypeData;
+    if (isEven == 0 && isFixedProfile(file))
+        return kErrFixedProfile;
+    if (isEven == 1)
+        file.typeData.features |= kFeatureEvenSlotNumber;
+
+    if (!readAsicType(p[kAsicCode], file.typeData.asicType))
+        return kErrTypeData;
+    const int isModularStation = checkJNChar(p[kModular]);
+    if (isModularStation < 0)
+        return kErrTypeData;
+    file.isModular = isModularStation != 0;
+    if (!acceptFeatureLetter(p[kFailSafe], 'J', kFeatureFailSafe, file) && checkJNChar(p[kFailSafe]) < 0)
+        return kErrTypeData;
+    const char kinds = p[kModuleKinds];
+    if (!acceptFeatureLetter(kinds, 'E', kFeatureOnlyNormal, file) &&
+        !acceptFeatureLetter(kinds, 'S', kFeatureOnlySpecial, file) && checkJNChar(kinds) != 0)
+        return kErrTypeData;
+
+    if (file.header.makerDevice == 1 || kStationDpsClass1 != file.header.stationType)
+        file.isChangeable = false;
+    if (file.station == StationKind::kDpAsi)
+        file.typeData.features |= kFeatureDpAsiLink;
+    if (file.station == StationKind::kKgp)
+        file.typeData.features |= kFeatureKgp;
+    return kOk;
+}
+
+int checkSpeeds(Cursor p, TypeFile& file)
+{
+    const int interval = numberAt(p + kSlaveInterval.position, kSlaveInterval.width);
+    if (!isWithin(interval, 0, kMaxSlaveInterval))
+        return kErrSlaveInterval;
+    if (isFixedProfile(file) && interval != kProfileSlaveInterval)
+        return kErrFixedProfile;
+    file.typeData.minSlaveInterval = static_cast<uint16_t>(interval);
+
+    unsigned rates = 0;
+    if (!readBaudRates(p + kBaudRates.position, rates))
+        return kErrTypeData;
+    if (rates == 0)
+        return kErrBaudRates;
+    if (isFixedProfile(file) && rates != kProfileBaudRates)
+        return kErrFixedProfile;
+    file.typeData.baudRates = static_cast<uint16_t>(rates);
+    return kOk;
+}
+
+int checkFixedBlock(Cursor p, TypeFile& file)
 {
     for (std::size_t i = 0; i < kFixedTerminators; ++i) {
         if (!isTerminator(p + kTypeDataTerminators[i]))
@@ -139,255 +201,206 @@ int cTypDescriptor::checkFixedBlock(const char* p)
     const int isChangeable = checkJNChar(p[kChangeable]);
     if (isChangeable < 0)
         return kErrTypeData;
-    changeable = isChangeable;
-    if (header.makerDevice == 1)
-        typeData.features |= kFeatureMakerDevice;
-    if (header.headerCnf == 1)
-        typeData.features |= kFeatureHeaderCnf;
+    file.isChangeable = isChangeable != 0;
+    if (file.header.makerDevice == 1)
+        file.typeData.features |= kFeatureMakerDevice;
+    if (file.header.headerCnf == 1)
+        file.typeData.features |= kFeatureHeaderCnf;
 
-    int result = checkTelegramFlags(p);
+    int result = checkTelegramFlags(p, file);
     if (result == kOk)
-        result = checkStationFlags(p);
+        result = checkStationFlags(p, file);
     if (result == kOk)
-        result = checkSpeeds(p);
+        result = checkSpeeds(p, file);
     return result;
 }
 
-/// A J/N flag of a feature that a fixed-profile station does not have.
-int cTypDescriptor::checkFeatureFlag(char c, uint32_t features)
-{
-    const int flag = checkJNChar(c);
-    if (flag < 0)
-        return kErrTypeData;
-    if (flag == 0)
-        return kOk;
-    if (fixedProfileStation != 0)
-        return kErrFixedProfile;
-    typeData.features |= features;
-    return kOk;
-}
-
-/// A letter other than J and N that stands for one feature beyond those.
-bool cTypDescriptor::acceptFeatureLetter(char c, char letter, uint32_t feature)
-{
-    if (toUpper(c) != letter)
-        return false;
-    typeData.features |= feature;
-    changeable = 0;
-    return true;
-}
-
-int cTypDescriptor::checkTelegramFlags(const char* p)
-{
-    int result = checkFeatureFlag(p[kSetSlaveAddress], kFeatureSetSlaveAddress);
-    if (result == kOk)
-        result = checkFeatureFlag(p[kSyncMode], kFeatureSyncMode);
-    if (result == kOk)
-        result = checkFeatureFlag(p[kFreezeMode], kFeatureFreezeMode);
-    const char role = p[kPublisherSubscriber];
-    if (result == kOk && !acceptFeatureLetter(role, 'P', kFeaturePublisher) &&
-        !acceptFeatureLetter(role, 'S', kFeatureSubscriber))
-        result = checkFeatureFlag(role, kFeaturePublisher | kFeatureSubscriber);
-    if (result == kOk)
-        result = checkFeatureFlag(p[kDiagBufferable], kFeatureDiagBufferable);
-    if (result == kOk && !acceptFeatureLetter(p[kActiveMaster], 'M', kFeatureMaster))
-        result = checkFeatureFlag(p[kActiveMaster], kFeatureActive);
-    return result;
-}
-
-int cTypDescriptor::checkStationFlags(const char* p)
-{
-    const int isEven = checkJNChar(p[kEvenSlotNumber]);
-    if (isEven < 0)
-        return kErrTypeData;
-    if (isEven == 0 && fixedProfileStation != 0)
-        return kErrFixedProfile;
-    if (isEven == 1)
-        typeData.features |= kFeatureEvenSlotNumber;
-
-    if (!readAsicType(p[kAsicCode], typeData.asicType))
-        return kErrTypeData;
-    const int isModularStation = checkJNChar(p[kModular]);
-    if (isModularStation < 0)
-        return kErrTypeData;
-    modular = isModularStation;
-    if (!acceptFeatureLetter(p[kFailSafe], 'J', kFeatureFailSafe) && checkJNChar(p[kFailSafe]) < 0)
-        return kErrTypeData;
-    const char kinds = p[kModuleKinds];
-    if (!acceptFeatureLetter(kinds, 'E', kFeatureOnlyNormal) && !acceptFeatureLetter(kinds, 'S', kFeatureOnlySpecial) &&
-        checkJNChar(kinds) != 0)
-        return kErrTypeData;
-
-    if (header.makerDevice == 1 || kStationDpsClass1 != header.stationType)
-        changeable = 0;
-    if (dpAsiStation != 0)
-        typeData.features |= kFeatureDpAsiLink;
-    if (kgpStation != 0)
-        typeData.features |= kFeatureKgp;
-    return kOk;
-}
-
-int cTypDescriptor::checkSpeeds(const char* p)
-{
-    const int interval = numberAt(p + kSlaveInterval.position, kSlaveInterval.width);
-    if (!isWithin(interval, 0, kMaxSlaveInterval))
-        return kErrSlaveInterval;
-    if (fixedProfileStation != 0 && interval != kProfileSlaveInterval)
-        return kErrFixedProfile;
-    typeData.minSlaveInterval = static_cast<uint16_t>(interval);
-
-    unsigned rates = 0;
-    if (!readBaudRates(p + kBaudRates.position, rates))
-        return kErrTypeData;
-    if (rates == 0)
-        return kErrBaudRates;
-    if (fixedProfileStation != 0 && rates != kProfileBaudRates)
-        return kErrFixedProfile;
-    typeData.baudRates = static_cast<uint16_t>(rates);
-    return kOk;
-}
-
-int cTypDescriptor::checkLengthFields(char*& p)
-{
-    if (const int result = checkIoLength(p, kErrInputLen, typeData.maxInputLen, typeData.maxInputBits); result != kOk)
-        return result;
-    if (const int result = checkIoLength(p, kErrOutputLen, typeData.maxOutputLen, typeData.maxOutputBits);
-        result != kOk)
-        return result;
-    if (typeData.maxInputLen == 0 && typeData.maxOutputLen == 0)
-        return kErrNoData;
-
-    if (!takeNumberRecord(p, typeData.maxModule))
-        return kErrTypeData;
-    const bool isEvenRequired = (typeData.features & kFeatureEvenSlotNumber) != 0;
-    if (!isWithin(typeData.maxModule, 0, kMaxModules) || (isEvenRequired && typeData.maxModule % 2 != 0))
-        return kErrMaxModule;
-    if (fixedProfileStation != 0 && typeData.maxModule != kProfileModules)
-        return kErrFixedProfile;
-
-    if (!takeNumberRecord(p, typeData.maxDiagDataLen))
-        return kErrTypeData;
-    if (!isWithin(typeData.maxDiagDataLen, kMinDiagLen, kMaxDiagLenValue))
-        return kErrDiagLen;
-
-    slotPrmMode = *p == kSlotPrmMode ? 1 : 0;
-    if (slotPrmMode != 0) {
-        changeable = 0;
-        ++p;
-    }
-    if (!takeNumberRecord(p, typeData.userPrmDataLen))
-        return kErrTypeData;
-    if (!isWithin(typeData.userPrmDataLen, kStandardPrmBytes, kMaxPrmTelegram))
-        return kErrPrmLen;
-    if (fixedProfileStation != 0 && typeData.userPrmDataLen != kProfilePrmLen)
-        return kErrFixedProfile;
-    typeData.userPrmDataLenRead = typeData.userPrmDataLen;
-    return kOk;
-}
-
-int cTypDescriptor::checkIoLength(char*& p, int code, int32_t& bytes, int32_t& bits)
+int checkIoLength(Cursor& p, int code, int32_t& bytes, int32_t& bits, TypeFile& file)
 {
     IoLength length;
     const bool isTaken = takeIoLength(p, length);
     if (length.isInBits)
-        changeable = 0;
+        file.isChangeable = false;
     if (!isTaken)
         return kErrTypeData;
     if (length.bits < 0 || !isWithin(length.bytes, 0, kMaxIoLen))
         return code;
-    if (fixedProfileStation != 0 && length.bytes != kProfileIoLen)
+    if (isFixedProfile(file) && length.bytes != kProfileIoLen)
         return kErrFixedProfile;
     bytes = length.bytes;
     bits = length.bits;
     return kOk;
 }
 
-int cTypDescriptor::checkVersion5Groups(char*& p)
+int checkLengthFields(Cursor& p, TypeFile& file)
 {
-    dkkPos = p;
-    if (const int result = checkSlaveTypeDataDKM(p, 1, &p); result != kOk)
+    if (const int result = checkIoLength(p, kErrInputLen, file.typeData.maxInputLen, file.typeData.maxInputBits, file);
+        result != kOk)
         return result;
-    if (!takeFileName(p, bitmapName))
-        return kErrBitmapName;
-    if (bitmapName != kDefaultBitmap)
-        changeable = 0;
-    if (!takeFileName(p, libraryName))
-        return kErrLibraryName;
-    if (libraryName != kDefaultLibrary)
-        changeable = 0;
-    if (!takeRecordHead(p, kTagSlotOffset, slotOffset))
-        return kErrSlotNumbering;
-    if (slotOffset != 0)
-        changeable = 0;
-    if (const int result = checkSlotNumbering(p, &p); result != kOk)
+    if (const int result =
+            checkIoLength(p, kErrOutputLen, file.typeData.maxOutputLen, file.typeData.maxOutputBits, file);
+        result != kOk)
         return result;
+    if (file.typeData.maxInputLen == 0 && file.typeData.maxOutputLen == 0)
+        return kErrNoData;
 
-    const int ioLen = typeData.maxInputLen + typeData.maxOutputLen;
-    if (!takeNumberRecord(p, typeData.maxDataLen) || typeData.maxDataLen < 1 || typeData.maxDataLen > ioLen)
-        return kErrMaxDataLen;
-    if (typeData.maxDataLen != ioLen)
-        changeable = 0;
-    if (const int result = checkModuleGroups(p); result != kOk)
-        return result;
-    if (const int result = checkStationRules(); result != kOk)
-        return result;
-    return checkDelays(p);
-}
+    if (!takeNumberRecord(p, file.typeData.maxModule))
+        return kErrTypeData;
+    const bool isEvenRequired = (file.typeData.features & kFeatureEvenSlotNumber) != 0;
+    if (!isWithin(file.typeData.maxModule, 0, kMaxModules) || (isEvenRequired && file.typeData.maxModule % 2 != 0))
+        return kErrMaxModule;
+    if (isFixedProfile(file) && file.typeData.maxModule != kProfileModules)
+        return kErrFixedProfile;
 
-/// Everything about the modules and their parameters.
-int cTypDescriptor::checkModuleGroups(char*& p)
-{
-    if (const int result = checkSlaveTypeDataMLFBList(p, &p); result != kOk)
-        return result;
-    if (const int result = checkSlaveTypeDataLSK(p, &p); result != kOk)
-        return result;
-    if (!takeNumberRecord(p, typeData.commonPrmDataLen) || !isWithin(typeData.commonPrmDataLen, 0, kMaxCommonPrmLen))
-        return kErrCommonPrmLen;
-    if (typeData.commonPrmDataLen != 0)
-        changeable = 0;
-    if (const int result = checkSlaveTypeDataSPT(p, &p); result != kOk)
-        return result;
-    if (const int result = checkSlaveTypeDataSPTHelp(p, &p); result != kOk)
-        return result;
-    if (const int result = checkSPLinksInMLFBAndLSKList(); result < 0)
-        return result;
-    if (slotPrmMode != 0)
-        typeData.userPrmDataLen = typeData.commonPrmDataLen + static_cast<int>(kStandardPrmBytes);
+    if (!takeNumberRecord(p, file.typeData.maxDiagDataLen))
+        return kErrTypeData;
+    if (!isWithin(file.typeData.maxDiagDataLen, kMinDiagBytes, kMaxDiagBytes))
+        return kErrDiagLen;
+
+    file.isSlotPrmMode = *p == kSlotPrmMode;
+    if (file.isSlotPrmMode) {
+        file.isChangeable = false;
+        ++p;
+    }
+    if (!takeNumberRecord(p, file.typeData.userPrmDataLen))
+        return kErrTypeData;
+    if (!isWithin(file.typeData.userPrmDataLen, kStandardPrmBytes, kMaxPrmTelegram))
+        return kErrPrmLen;
+    if (isFixedProfile(file) && file.typeData.userPrmDataLen != kProfilePrmLen)
+        return kErrFixedProfile;
+    file.typeData.userPrmDataLenRead = file.typeData.userPrmDataLen;
     return kOk;
 }
 
-int cTypDescriptor::checkStationRules()
+/// Everything about the modules and their parameters.
+int checkModuleGroups(Cursor& p, TypeFile& file, const std::vector<int>& presetNumbers)
 {
-    if (dpAsiStation != 0) {
-        const bool isGateway = slotPrmMode == 0 && vFlag == 0 && presetCount == kGatewayPresetSlots &&
-                               typeData.maxInputLen == kGatewayIoLen && typeData.maxOutputLen == kGatewayIoLen &&
-                               typeData.maxModule == kGatewayModules && typeData.userPrmDataLen == kGatewayPrmLen &&
-                               (typeData.features & kFeatureEvenSlotNumber) == 0 &&
-                               (typeData.features & kFeatureHeaderCnf) != 0;
+    if (const int result = checkSlaveTypeDataMLFBList(p, file); result != kOk)
+        return result;
+    if (const int result = checkSlaveTypeDataLSK(p, file); result != kOk)
+        return result;
+    if (!takeNumberRecord(p, file.typeData.commonPrmDataLen) ||
+        !isWithin(file.typeData.commonPrmDataLen, 0, kMaxCommonPrmLen))
+        return kErrCommonPrmLen;
+    if (file.typeData.commonPrmDataLen != 0)
+        file.isChangeable = false;
+    if (const int result = checkSlaveTypeDataSPT(p, file); result != kOk)
+        return result;
+    if (const int result = checkSlaveTypeDataSPTHelp(p, file); result != kOk)
+        return result;
+    if (const int result = checkSPLinksInMLFBAndLSKList(file, presetNumbers); result < 0)
+        return result;
+    if (file.isSlotPrmMode)
+        file.typeData.userPrmDataLen = file.typeData.commonPrmDataLen + static_cast<int>(kStandardPrmBytes);
+    return kOk;
+}
+
+int checkStationRules(TypeFile& file)
+{
+    if (file.station == StationKind::kDpAsi) {
+        const bool isGateway =
+            !file.isSlotPrmMode && !file.presetCode.fixed &&
+            static_cast<int>(file.presetSlots.size()) == kGatewayPresetSlots &&
+            file.typeData.maxInputLen == kGatewayIoLen && file.typeData.maxOutputLen == kGatewayIoLen &&
+            file.typeData.maxModule == kGatewayModules && file.typeData.userPrmDataLen == kGatewayPrmLen &&
+            (file.typeData.features & kFeatureEvenSlotNumber) == 0 && (file.typeData.features & kFeatureHeaderCnf) != 0;
         if (!isGateway)
             return kErrTypeData;
     }
-    if (kgpStation != 0) {
-        if (slotPrmMode == 0 || vFlag != 0 || moduleListCount != 0)
+    if (file.station == StationKind::kKgp) {
+        if (!file.isSlotPrmMode || file.presetCode.fixed || !file.moduleLists.empty())
             return kErrTypeData;
-        if (presetCount != typeData.slotCount)
+        if (static_cast<int>(file.presetSlots.size()) != file.typeData.slotCount)
             return kErrSlotNumbering;
-        typeData.kgpDevice = kgpDeviceValue;
+        file.typeData.kgpDevice = 1;
     }
     return kOk;
 }
 
 /// The two delays, which came with minor version 1.
-int cTypDescriptor::checkDelays(char*& p)
+int checkDelays(Cursor& p, TypeFile& file)
 {
-    const char minor = header.version[kMinorVersion];
+    const char minor = file.header.version[kMinorVersion];
     if (!isDigit(minor) || minor == '0')
         return kOk;
-    changeable = 0;
-    if (!takeRecordHead(p, kTagEterDelay, typeData.eterDelay))
+    file.isChangeable = false;
+    if (!takeRecordHead(p, kTagEterDelay, file.typeData.eterDelay))
         return kErrTypeData;
-    if (!takeRecordHead(p, kTagResponseDelay, typeData.maxResponseDelay) ||
-        typeData.maxResponseDelay > kMaxResponseDelay)
+    if (!takeRecordHead(p, kTagResponseDelay, file.typeData.maxResponseDelay) ||
+        file.typeData.maxResponseDelay > kMaxResponseDelay)
         return kErrTypeData;
     return kOk;
 }
+
+int checkVersion5Groups(Cursor& p, TypeFile& file, const std::vector<int>& presetNumbers)
+{
+    if (const int result = checkSlaveTypeDataDKM(p, 1, file); result != kOk)
+        return result;
+    if (!takeFileName(p, file.bitmapName))
+        return kErrBitmapName;
+    if (file.bitmapName != kDefaultBitmap)
+        file.isChangeable = false;
+    if (!takeFileName(p, file.libraryName))
+        return kErrLibraryName;
+    if (file.libraryName != kDefaultLibrary)
+        file.isChangeable = false;
+    if (!takeRecordHead(p, kTagSlotOffset, file.slotOffset))
+        return kErrSlotNumbering;
+    if (file.slotOffset != 0)
+        file.isChangeable = false;
+    if (const int result = checkSlotNumbering(p, file); result != kOk)
+        return result;
+
+    const int ioLen = file.typeData.maxInputLen + file.typeData.maxOutputLen;
+    if (!takeNumberRecord(p, file.typeData.maxDataLen) || file.typeData.maxDataLen < 1 ||
+        file.typeData.maxDataLen > ioLen)
+        return kErrMaxDataLen;
+    if (file.typeData.maxDataLen != ioLen)
+        file.isChangeable = false;
+    if (const int result = checkModuleGroups(p, file, presetNumbers); result != kOk)
+        return result;
+    if (const int result = checkStationRules(file); result != kOk)
+        return result;
+    return checkDelays(p, file);
+}
+
+} // namespace
+
+/// What both categories begin with: a cleared record with the texts of the file.header.
+void startTypeData(TypeFile& file)
+{
+    file.typeData = SLAVE_TYPEDATA_TYPE();
+    std::memcpy(file.typeData.modelName, file.header.modelName, sizeof file.typeData.modelName);
+    std::memcpy(file.typeData.stationType, file.header.stationType, sizeof file.typeData.stationType);
+    file.typeData.identNumber = file.header.identNumber;
+}
+
+int checkSlaveTypeDataCatI(Cursor p, TypeFile& file)
+{
+    startTypeData(file);
+    SLAVE_TYPEDATA_TYPE& data = file.typeData;
+    if (const int result = checkFixedBlock(p, file); result != kOk)
+        return result;
+    p += kMaxInputLen.position;
+    if (const int result = checkLengthFields(p, file); result != kOk)
+        return result;
+
+    if (const int result = checkUserPara(p, file); result != kOk)
+        return result;
+    std::copy(file.userPrm.begin(), file.userPrm.end(), data.userPrmData);
+    std::vector<int> presetNumbers;
+    if (const int result = checkPresetSlots(p, file, presetNumbers); result != kOk)
+        return result;
+    if (const int result = checkSlaveTypeDataDKM(p, 0, file); result != kOk)
+        return result;
+
+    data.maxDataLen = data.maxInputLen + data.maxOutputLen;
+    if (hasVersion5Groups(file.header.version)) {
+        if (const int result = checkVersion5Groups(p, file, presetNumbers); result != kOk)
+            return result;
+    }
+    file.end = p;
+    return kOk;
+}
+
+} // namespace typdescriptor::internal

@@ -2,15 +2,16 @@
 //
 // In: type-data position 0. Out: the decoded fields, the diagnostic counts and where the type data ends.
 
-#include "descriptor/cTypDescriptor.h"
 #include "typefile/format.h"
+#include "typefile/headerFlags.h"
 #include "typefile/scan.h"
+#include "typefile/typeFile.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
 
-using namespace typefile;
+namespace typdescriptor::internal {
 
 namespace {
 
@@ -46,45 +47,46 @@ bool fitsCapacity(const SLAVE_TYPEDATA_TYPE& data)
 
 } // namespace
 
-int cTypDescriptor::checkSlaveTypeDataCatII(char* p)
+int checkSlaveTypeDataCatII(Cursor p, TypeFile& file)
 {
-    startTypeData();
+    startTypeData(file);
+    SLAVE_TYPEDATA_TYPE& data = file.typeData;
     for (const std::size_t position : kCat2Terminators) {
         if (!isTerminator(p + position))
             return kErrTypeData;
     }
 
-    const bool isQx410k = qx410kStation != 0;
-    if (!readDigit(p[kCat2Digit0], '4', typeData.cat2Digit0))
+    const bool isQx410k = file.station == StationKind::kQx410k;
+    if (!readDigit(p[kCat2Digit0], '4', data.cat2Digit0))
         return kErrTypeData;
     if (isQx410k && p[kCat2Digit0] != kQx410kDigit0)
         return kErrFixedCategoryII;
-    typeData.cat2Flag4 = checkJNChar(p[kCat2Flag4]);
-    if (typeData.cat2Flag4 < 0)
+    data.cat2Flag4 = checkJNChar(p[kCat2Flag4]);
+    if (data.cat2Flag4 < 0)
         return kErrTypeData;
-    if (isQx410k && typeData.cat2Flag4 != 1)
+    if (isQx410k && data.cat2Flag4 != 1)
         return kErrFixedCategoryII;
-    if (!readDigit(p[kCat2Digit8], '7', typeData.cat2Digit8))
+    if (!readDigit(p[kCat2Digit8], '7', data.cat2Digit8))
         return kErrTypeData;
     if (isQx410k && p[kCat2Digit8] != kQx410kDigit8)
         return kErrFixedCategoryII;
-    if (!readDigit(p[kCat2Digit12], '3', typeData.cat2Digit12) ||
-        !readDigit(p[kCat2Digit16], '3', typeData.cat2Digit16))
+    if (!readDigit(p[kCat2Digit12], '3', data.cat2Digit12) || !readDigit(p[kCat2Digit16], '3', data.cat2Digit16))
         return kErrTypeData;
-    typeData.cat2Flag20 = checkJNChar(p[kCat2Flag20]);
-    if (typeData.cat2Flag20 < 0)
+    data.cat2Flag20 = checkJNChar(p[kCat2Flag20]);
+    if (data.cat2Flag20 < 0)
         return kErrTypeData;
-    if (isQx410k && typeData.cat2Flag20 != 1)
+    if (isQx410k && data.cat2Flag20 != 1)
         return kErrFixedCategoryII;
 
     p += kCat2DiagTexts;
-    dkmPos = p;
-    if (const int result = checkSlaveTypeDataDKM(p, 0, &p); result != kOk)
+    if (const int result = checkSlaveTypeDataDKM(p, 0, file); result != kOk)
         return result;
-    if (!fitsCapacity(typeData))
+    if (!fitsCapacity(data))
         return kErrTypeData;
-    if (header.makerDevice == 1)
-        typeData.features |= kFeatureMakerDevice;
-    typeDataEnd = p;
+    if (file.header.makerDevice == 1)
+        data.features |= kFeatureMakerDevice;
+    file.end = p;
     return kOk;
 }
+
+} // namespace typdescriptor::internal

@@ -1,28 +1,23 @@
 // The check of a whole type file: head line, header, and the way to the type data of its category.
 //
-// In: an image as a constructor left it. Out: the decoded header, the flags of the station type and, from the type-data
-// checks, everything that the queries answer from; or the first code met, which stays in `status` for good.
+// In: an image as a constructor left it. Out: the decoded header, the kind of station and, from the type-data checks,
+// everything that the queries answer from; or the first code met.
 
-#include "descriptor/cTypDescriptor.h"
 #include "typefile/format.h"
+#include "typefile/headerFlags.h"
 #include "typefile/scan.h"
 #include "typefile/stationTypes.h"
+#include "typefile/typeFile.h"
 
 #include <algorithm>
 #include <array>
 #include <new>
 #include <string_view>
+#include <utility>
 
-using namespace typefile;
+namespace typdescriptor::internal {
 
 namespace {
-
-constexpr int32_t kCategoryI = 0;
-constexpr int32_t kCategoryII = 1;
-
-// Whole station types: a field padded with blanks to its width never matches one of these.
-constexpr std::string_view kBareStationB = "QX410B";
-constexpr std::string_view kBareStationC = "QX410C";
 
 bool isBlank(const char* p, TextField field)
 {
@@ -36,12 +31,12 @@ void put(char* p, std::string_view text)
 
 /// Rewrites an old header in place into the present layout and a category-II type data behind it. Its vendor name and
 /// periphery become NULs.
-bool convertVersion3Header(char* p)
+bool convertVersion3Header(char* p, const TypeFile& file)
 {
     if (!isText(p + version3::kStationPosition, version3::kStation))
         return false;
     std::array<char, version3::kLength> old{};
-    std::copy_n(p, old.size(), old.begin());
+    copyCharacters(file, static_cast<std::size_t>(p - file.image), old.data(), old.size());
     const auto oldField = [&old](TextField field) {
         return std::string_view(old.data() + field.position, field.width);
     };
@@ -94,153 +89,106 @@ int readIdentNumber(const char* p, uint16_t& identNumber)
     return kOk;
 }
 
-/// 'J' or 'N'; or '0' or '1', which stand for 'J' and a feature bit of their own.
-int readHeaderCnf(char c, int32_t& headerCnf, uint32_t& featureBit)
-{
-    featureBit = 0;
-    headerCnf = 1;
-    switch (c) {
-    case '0':
-        featureBit = kFeatureHeaderCnf0;
-        return kOk;
-    case '1':
-        featureBit = kFeatureHeaderCnf1;
-        return kOk;
-    case 'J':
-    case 'j':
-        return kOk;
-    case 'N':
-    case 'n':
-        headerCnf = 0;
-        return kOk;
-    default:
-        return kErrHeader;
-    }
-}
-
-template <std::size_t Size>
-bool isOneOf(std::string_view station, const std::array<std::string_view, Size>& stations)
-{
-    return std::find(stations.begin(), stations.end(), station) != stations.end();
-}
-
 /// Leaves the category as it is for an unknown station: on a second check, that of the first then still holds.
-bool findCategory(std::string_view station, int32_t& category)
+bool findCategory(StationCategory stated, std::int32_t& category)
 {
-    if (isOneOf(station, kStationsCategoryII))
-        category = kCategoryII;
-    if (category != kCategoryII && isOneOf(station, kStationsCategoryI))
-        category = kCategoryI;
-    return category == kCategoryI || category == kCategoryII;
+    if (stated == kCategoryII || (stated == kCategoryI && category != kCategoryII))
+        category = stated;
+    return category != kCategoryUnknown;
+}
+
+int checkContents(char* image, TypeFile& file)
+{
+    if (const int result = checkHeadLine(file); result != kOk)
+        return result;
+    if (const int result = checkSlaveTypeHeader(image + file.headLineLength, file); result != kOk)
+        return result;
+    const Cursor typeData = file.headerPosition() + kHeaderLength;
+    return file.category == kCategoryI ? checkSlaveTypeDataCatI(typeData, file)
+                                       : checkSlaveTypeDataCatII(typeData, file);
+}
+
+/// Feature bit of a header-configuration flag that is a digit.
+std::uint32_t headerCnfFeature(char c)
+{
+    if (c == '0')
+        return kFeatureHeaderCnf0;
+    return c == '1' ? static_cast<std::uint32_t>(kFeatureHeaderCnf1) : 0;
 }
 
 } // namespace
 
-int cTypDescriptor::checkTypeFileContents()
+int check(char* image, std::size_t capacity, TypeFile& file)
 {
-    if (status != kOk)
-        return status;
-    releaseCheckResults();
+    TypeFile fresh;
+    fresh.orderNumber = file.orderNumber;
+    fresh.orderNumber.isFound = false;
+    fresh.category = file.category;
+    fresh.image = image;
+    fresh.capacity = capacity;
+    file = std::move(fresh);
     try {
-        char* p = nullptr;
-        status = checkHeadLine(&p);
-        if (status == kOk)
-            status = checkSlaveTypeHeader(p);
-        if (status == kOk)
-            status = typeCategory == kCategoryI ? checkSlaveTypeDataCatI(p + kHeaderLength)
-                                                : checkSlaveTypeDataCatII(p + kHeaderLength);
+        if (const int result = checkContents(image, file); result != kOk)
+            return result;
     } catch (const std::bad_alloc&) {
-        status = kErrMemory;
+        return kErrMemory;
     }
-    if (status != kOk)
-        return status;
-    loaded = 1;
-    typeData.features |= headerCnfBits;
+    file.isLoaded = true;
+    file.typeData.features |= headerCnfFeature(file.headerPosition()[kHeaderCnf]);
     return kOk;
 }
 
-/// Finds the head line and its order number, which becomes a string inside the image; `start` receives the header.
-int cTypDescriptor::checkHeadLine(char** start)
+int checkHeadLine(TypeFile& file)
 {
-    *start = image;
-    char* const end = image + imageCapacity;
-    char* const semicolon = std::find(image, end, kTerminator.front());
+    const char* const end = file.image + file.capacity;
+    const char* const semicolon = std::find(file.image, end, kTerminator.front());
     if (semicolon == end)
         return kOk;
-    char* const lineEnd = std::find(image, end, kLineEnd.front());
+    const char* const lineEnd = std::find(file.image, end, kLineEnd.front());
     if (lineEnd == end)
         return kErrHeader;
     if (semicolon < lineEnd)
         return kOk;
 
-    const auto length = static_cast<std::size_t>(lineEnd - image);
+    const auto length = static_cast<std::size_t>(lineEnd - file.image);
     if (length > kMaxHeadLineLength || !isText(lineEnd, kLineEnd))
         return kErrHeader;
-    headLineLength = static_cast<int32_t>(length + kLineEnd.size());
-
-    // Both brackets are looked for in the image as a whole: a short head line finds them in the header.
-    char* const searchEnd = image + kMaxHeadLineLength;
-    char* const open = std::find(image, searchEnd, kOrderNumberOpen);
-    if (open != searchEnd) {
-        char* const number = open + 1;
-        char* const numberEnd = number + kOrderNumberWidth + 1;
-        char* const close = std::find(number, numberEnd, kOrderNumberClose);
-        if (close != numberEnd) {
-            orderNumberPos = number;
-            orderNumberEnd = orderNumberClose = close;
-            *close = '\0';
-        }
-    }
-    *start = image + headLineLength;
+    file.headLineLength = length + kLineEnd.size();
+    findOrderNumber(file);
     return kOk;
 }
 
-int cTypDescriptor::checkSlaveTypeHeader(char* p)
+int checkSlaveTypeHeader(char* header, TypeFile& file)
 {
-    headerPos = p;
-    header = SLAVE_TYPE_HEADER_INFO();
-    copyField(header.version, p);
-    if (isText(p, version3::kPrefix) && !convertVersion3Header(p))
+    SLAVE_TYPE_HEADER_INFO& info = file.header;
+    copyCharacters(file, file.headLineLength, info.version, kVersion.width);
+    if (isText(info.version, version3::kPrefix) && !convertVersion3Header(header, file))
         return kErrHeader;
+    std::array<char, kHeaderLength> text{};
+    copyCharacters(file, file.headLineLength, text.data(), text.size());
+    const Cursor p = text.data();
     for (const std::size_t position : kHeaderTerminators) {
         if (!isTerminator(p + position))
             return kErrHeader;
     }
-    if (const int result = readHeaderTexts(p, header); result != kOk)
+    if (const int result = readHeaderTexts(p, info); result != kOk)
         return result;
-    if (const int result = readIdentNumber(p + kIdentNumber.position, header.identNumber); result != kOk)
+    if (const int result = readIdentNumber(p + kIdentNumber.position, info.identNumber); result != kOk)
         return result;
     const int isMaker = checkJNChar(p[kMakerDevice]);
-    if (isMaker < 0)
+    const int isCnf = headerCnfFeature(p[kHeaderCnf]) != 0 ? 1 : checkJNChar(p[kHeaderCnf]);
+    if (isMaker < 0 || isCnf < 0)
         return kErrHeader;
-    header.makerDevice = isMaker;
-    if (const int result = readHeaderCnf(p[kHeaderCnf], header.headerCnf, headerCnfBits); result != kOk)
-        return result;
+    info.makerDevice = isMaker;
+    info.headerCnf = isCnf;
 
-    const std::string_view station = header.stationType;
-    if (!findCategory(station, typeCategory))
+    const Station& station = stationOf(info.stationType);
+    if (!findCategory(station.category, file.category))
         return kErrHeader;
-    fixedProfileStation = station == kStationFixedProfile ? 1 : 0;
-    qx410kStation = station == kStationQx410k ? 1 : 0;
-    qmxStation = station == kStationQmx ? 1 : 0;
-    dpAsiStation = station == kStationDpAsi ? 1 : 0;
-    kgpStation = station == kStationKgp ? 1 : 0;
-    if (kgpStation != 0)
-        kgpDeviceValue = 1;
-    const bool isBare = station == kBareStationB || station == kBareStationC;
-    bareNameStation = isBare && typeCategory == kCategoryI ? 1 : 0;
-    return bareNameStation != 0 && header.headerCnf == 0 ? kErrHeader : kOk;
+    file.station = station.kind;
+    if (file.category != kCategoryI && file.station == StationKind::kBareName)
+        file.station = StationKind::kPlain;
+    return file.station == StationKind::kBareName && info.headerCnf == 0 ? kErrHeader : kOk;
 }
 
-/// 'J' gives 1, 'N' 0, anything else -1.
-int cTypDescriptor::checkJNChar(char c)
-{
-    switch (toUpper(c)) {
-    case 'J':
-        return 1;
-    case 'N':
-        return 0;
-    default:
-        return -1;
-    }
-}
+} // namespace typdescriptor::internal

@@ -26,6 +26,7 @@ inline constexpr char kQuote = '"';
 inline constexpr std::size_t kNumberDigits = 3;
 inline constexpr std::size_t kHexByteDigits = 2;
 inline constexpr std::size_t kLongNumberDigits = 5;
+inline constexpr std::size_t kMaxByte = 255;
 
 // What a type file read from disk may have at most, and the room that every image has at least: a head line and a
 // converted version-3 header.
@@ -104,8 +105,8 @@ inline constexpr std::size_t kMaxPrmTelegram = 244;  // with the standard bytes
 inline constexpr std::size_t kMaxUserPrmBytes = 237; // without them
 inline constexpr unsigned kMaxIoLen = 244;           // bytes in one direction
 inline constexpr unsigned kMaxModules = 244;
-inline constexpr unsigned kMinDiagLen = 6;
-inline constexpr unsigned kMaxDiagLenValue = 244;
+inline constexpr unsigned kMinDiagBytes = 6;
+inline constexpr unsigned kMaxDiagBytes = 244;
 inline constexpr unsigned kMaxCommonPrmLen = 236;
 
 // --- Category-II type data -------------------------------------------------------------------------------------------
@@ -128,7 +129,7 @@ inline constexpr std::string_view kTagHelpList = "HTT";
 inline constexpr std::string_view kTagHelp = "HI";
 inline constexpr std::string_view kTagHelpLines = "L";
 inline constexpr std::string_view kTagPresetByIdentifier = "KX";
-inline constexpr std::string_view kTagPresetFixed = "KY";
+inline constexpr std::string_view kTagPresetClosed = "KY";
 inline constexpr std::string_view kTagSlotsEnd = "SY";
 inline constexpr std::string_view kTagDeviceDiag = "DKM";
 inline constexpr std::string_view kTagDiagByte = "DBO";
@@ -228,5 +229,3 @@ inline constexpr std::string_view kKeywordSlotNumber = "[SlotNumber]";
 inline constexpr std::string_view kKeywordTail = "[000]";
 
 } // namespace typdescriptor::internal
-
-namespace typefile = typdescriptor::internal; // until every folder has moved

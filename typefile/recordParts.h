@@ -33,7 +33,7 @@ inline bool readStructureCode(const char* p, StructureCode& code)
 
 /// A text and the quote that ends it.
 template <std::size_t Size>
-bool takeTextToQuote(char*& p, char (&text)[Size])
+bool takeTextToQuote(Cursor& p, char (&text)[Size])
 {
     if (!isQuote(p + Size - 1))
         return false;
@@ -44,9 +44,9 @@ bool takeTextToQuote(char*& p, char (&text)[Size])
 
 /// A text between two quotes.
 template <std::size_t Size>
-bool takeQuotedText(char*& p, char (&text)[Size])
+bool takeQuotedText(Cursor& p, char (&text)[Size])
 {
-    char* behindQuote = p;
+    Cursor behindQuote = p;
     if (!takeQuote(behindQuote) || !takeTextToQuote(behindQuote, text))
         return false;
     p = behindQuote;
@@ -54,7 +54,7 @@ bool takeQuotedText(char*& p, char (&text)[Size])
 }
 
 /// A number and a quote.
-inline bool takeNumberToQuote(char*& p, int& number, std::size_t digits = kNumberDigits)
+inline bool takeNumberToQuote(Cursor& p, int& number, std::size_t digits = kNumberDigits)
 {
     if (!isQuote(p + digits))
         return false;
@@ -65,10 +65,10 @@ inline bool takeNumberToQuote(char*& p, int& number, std::size_t digits = kNumbe
 
 /// A reference to a slot parameter block, counted from 1, with the terminator. 0 stands for no block; a negative
 /// number becomes one that no file has.
-inline bool takeBlockReference(char*& p, int& block)
+inline bool takeBlockReference(Cursor& p, int& block)
 {
     constexpr int kNoSuchBlock = 1000;
-    char* behind = p;
+    Cursor behind = p;
     if (!takeText(behind, kTagSlotPrmBlock) || !takeNumberToQuote(behind, block) || !takeTerminator(behind))
         return false;
     if (block < 0)

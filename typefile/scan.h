@@ -12,6 +12,9 @@
 
 namespace typdescriptor::internal {
 
+/// A place in an image; its slack is the end.
+using Cursor = const char*;
+
 /// White space whatever the locale: blank, \t, \n, \v, \f, \r.
 constexpr bool isSpace(char c)
 {
@@ -31,6 +34,11 @@ constexpr char toUpper(char c)
 constexpr bool isHexDigit(char c)
 {
     return isDigit(c) || (toUpper(c) >= 'A' && toUpper(c) <= 'F');
+}
+
+constexpr unsigned hexDigitValue(char digit)
+{
+    return static_cast<unsigned>(isDigit(digit) ? digit - '0' : toUpper(digit) - 'A' + 10);
 }
 
 inline bool isHexByte(const char* p)
@@ -74,7 +82,7 @@ constexpr bool isWithin(int number, std::size_t first, std::size_t last)
     return number >= 0 && static_cast<std::size_t>(number) >= first && static_cast<std::size_t>(number) <= last;
 }
 
-inline bool takeText(char*& p, std::string_view text)
+inline bool takeText(Cursor& p, std::string_view text)
 {
     if (!isText(p, text))
         return false;
@@ -82,12 +90,12 @@ inline bool takeText(char*& p, std::string_view text)
     return true;
 }
 
-inline bool takeTerminator(char*& p)
+inline bool takeTerminator(Cursor& p)
 {
     return takeText(p, kTerminator);
 }
 
-inline bool takeQuote(char*& p)
+inline bool takeQuote(Cursor& p)
 {
     if (!isQuote(p))
         return false;
@@ -96,7 +104,7 @@ inline bool takeQuote(char*& p)
 }
 
 /// A number and the terminator. The number may be negative.
-inline bool takeNumberRecord(char*& p, int& number)
+inline bool takeNumberRecord(Cursor& p, int& number)
 {
     if (!isTerminator(p + kNumberDigits))
         return false;
@@ -106,11 +114,11 @@ inline bool takeNumberRecord(char*& p, int& number)
 }
 
 /// The head of a record group: its tag, a number and the terminator. A negative number is a malformed head.
-inline bool takeRecordHead(char*& p, std::string_view tag, int& number)
+inline bool takeRecordHead(Cursor& p, std::string_view tag, int& number)
 {
     if (!isText(p, tag))
         return false;
-    char* behindTag = p + tag.size();
+    Cursor behindTag = p + tag.size();
     if (numberAt(behindTag) < 0 || !takeNumberRecord(behindTag, number))
         return false;
     p = behindTag;

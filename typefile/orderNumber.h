@@ -1,0 +1,47 @@
+// The bracketed order number of the head line.
+//
+// Nothing is written into the image for it. A reader sees the image through characterAt(): the order number that a check
+// has found is ended by a NUL there until a write closes it with its ">" again, and a text that was cut takes that ">"
+// with it: the place where it first stood becomes a blank.
+
+#pragma once
+
+#include <cstddef>
+
+namespace typdescriptor::internal {
+
+struct TypeFile;
+
+struct OrderNumber {
+    bool isFound = false; // by the last check
+    std::size_t begin = 0;
+    std::size_t end = 0;         // of the text; 0 when no check has found any
+    std::size_t bracket = 0;     // the ">" that ended the text first
+    std::size_t lastBracket = 0; // the one that the last check found: it passes over those found before
+    bool isClosed = false;       // by a write
+    bool isBlanked = false;      // what stood at `bracket` is a blank since a write
+};
+
+/// A character of the image as readers see it.
+char characterAt(const TypeFile& file, std::size_t position);
+
+/// Copies characters of the image as readers see them.
+void copyCharacters(const TypeFile& file, std::size_t position, char* target, std::size_t count);
+
+/// Looks for the order number, as the last step of the check of a head line.
+void findOrderNumber(TypeFile& file);
+
+/// Copies the text up to its NUL, at most 30 characters: once closed, it runs on behind its ">".
+/// @return its length
+std::size_t copyOrderNumber(const TypeFile& file, char* text);
+
+/// Cuts the trailing blanks of an order number that is not closed, and copies it; see cTypDescriptor::getMLFBstring().
+int getMLFBstring(TypeFile& file, char* text);
+
+/// Copies the type file as it is written: order number closed.
+void copyTypeFile(const TypeFile& file, char* target);
+
+/// Remembers that it was written.
+void closeOrderNumber(OrderNumber& number);
+
+} // namespace typdescriptor::internal
