@@ -59,6 +59,8 @@ void checkTypeCount(const Context& context, Report& report)
             report.add(definition.place, "ExtUserPrmData " + std::to_string(definition.reference.value) +
                                              " has no line with a data type, such as Unsigned8 0 0-255");
         for (std::size_t i = 1; i < definition.types.size(); ++i) {
+            if (definition.types[i].keyword == definition.types.front().keyword)
+                continue; // a keyword that stands twice
             Finding& finding = report.add(definition.types[i].place, "the parameter has a data type already");
             finding.notes.push_back({definition.types.front().place, "its first data type"});
         }

@@ -17,16 +17,21 @@ constexpr std::int64_t kWidestArea = 16;  // bits
 constexpr std::int64_t kHighestBit = 495; // a block has 62 octets behind its header
 constexpr std::int64_t kHeaderOctets = 7; // the six of every diagnosis and the header of the block
 
-// Bits of one sense, or help for them: each list has a bit once.
+// Bits of one sense, or help for them: each list has a bit once. Files for several readers have a clear bit's text under both
+// of its spellings.
+constexpr std::size_t kLists = 5;
+
 std::size_t listOf(const DiagBit& bit)
 {
+    if (bit.entry->keyword == "Unit_Diag_!Bit")
+        return kLists - 1;
     return (bit.isSet ? 0U : 1U) + (bit.isHelp ? 2U : 0U);
 }
 
 void checkRepeatedBits(const Context& context, Report& report)
 {
     for (const DiagTexts& texts : context.device().diagTexts) {
-        std::unordered_map<std::int64_t, const Entry*> seen[4];
+        std::unordered_map<std::int64_t, const Entry*> seen[kLists];
         for (const DiagBit& bit : texts.bits) {
             const Number& number = *bit.entry->argument;
             const auto [first, isNew] = seen[listOf(bit)].emplace(number.value, bit.entry);

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 
 namespace typdescriptor::lint {
 
@@ -158,11 +157,12 @@ Found parameterBudget(const DeviceIndex& device)
     if (!hasNumber(most))
         return std::nullopt;
     const std::int64_t common = commonLength(device);
+    const bool isOneModule = !isModular(device) && plainModules(device) == 1; // a compact station's is preset
     std::int64_t preset = 0;
     for (const Module& module : device.modules) {
         const std::int64_t length = prmLength(module);
-        preset += presetOf(module) != nullptr ? length : 0;
-        if (!hasModuleList(device) || length == 0 || common + length <= most->number())
+        preset += isOneModule || presetOf(module) != nullptr ? length : 0;
+        if ((!hasModuleList(device) && !isOneModule) || length == 0 || common + length <= most->number())
             continue;
         return Culprit{module.prm.of(Telegram::plain).length->valuePlace(),
                        "the module's " + std::to_string(length) + " bytes and the common " + std::to_string(common) +
@@ -203,13 +203,20 @@ Found wrongValue(const TypeLine& type)
     return std::nullopt;
 }
 
+// Of several data types of a parameter the library takes the last one.
+const TypeLine* lastType(const Definition* definition)
+{
+    const bool isKnown = definition != nullptr && !definition->types.empty() && definition->types.back().isKnown;
+    return isKnown ? &definition->types.back() : nullptr;
+}
+
 // The first parameter of a block whose value does not fit or whose byte another has: whole bytes may not be shared.
 Found wrongParameter(const PrmBlock& block)
 {
     constexpr std::size_t kMostBytes = 512;
     std::array<const Placement*, kMostBytes> owner{};
     for (const Placement& placement : block.placements) {
-        const TypeLine* type = placement.definition != nullptr ? placement.definition->type() : nullptr;
+        const TypeLine* type = lastType(placement.definition);
         if (type == nullptr || placement.definition->name.text == "[SlotNumber]")
             continue;
         if (Found wrong = wrongValue(*type)) {
@@ -245,23 +252,21 @@ Found moduleParameter(const DeviceIndex& device)
     return std::nullopt;
 }
 
-// Texts are kept with the first five digits of their value, as an unsigned number.
+// Texts are kept with five digits of their value, as an unsigned number.
 Found helpText(const DeviceIndex& device)
 {
-    constexpr std::size_t kDigits = 5, kMostLines = 999;
-    constexpr long kHighest = 65535;
+    constexpr std::size_t kMostLines = 999;
+    constexpr std::int64_t kHighest = 65535;
     for (const TextBlock& block : device.textBlocks) {
         if (!block.isUsed)
             continue;
         if (block.items.size() > kMostLines)
             return Culprit{block.place, "the block has " + std::to_string(block.items.size()) +
                                             " texts, at most 999 fit into a type file"};
-        for (const TextItem& item : block.items) {
-            const std::string digits = std::to_string(static_cast<std::uint32_t>(item.value.value)).substr(0, kDigits);
-            if (std::strtol(digits.c_str(), nullptr, 10) > kHighest)
-                return Culprit{item.value.place, "values of texts go up to 65535 in a type file, this one is " +
+        for (const TextItem& item : block.items)
+            if (item.value.value < 0 || item.value.value > kHighest)
+                return Culprit{item.value.place, "values of texts go from 0 to 65535 in a type file, this one is " +
                                                      std::to_string(item.value.value)};
-        }
     }
     return std::nullopt;
 }
