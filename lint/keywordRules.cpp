@@ -123,7 +123,8 @@ void checkExtension(const Context& context, Report& report)
         const Keyword* keyword = statements[i].keyword;
         if (keyword && keyword->origin == gsdfile::Origin::extension && context.statements().isFirst(i))
             report.add(keywordPlace(context.document, statements[i]),
-                       std::string(keyword->name) + " is a keyword of this library's dialect; other readers skip it");
+                       std::string(keyword->name) +
+                           " is no keyword of the format; the library reads it, other readers may skip it");
     }
 }
 
