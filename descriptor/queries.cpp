@@ -41,10 +41,12 @@ int cTypDescriptor::checkTypeFileContents()
 {
     if (status != kOk)
         return status;
-    if (typeFile == nullptr)
-        typeFile = new (std::nothrow) TypeFile;
-    if (typeFile == nullptr)
+    try {
+        if (typeFile == nullptr)
+            typeFile = new TypeFile;
+    } catch (const std::bad_alloc&) {
         return status = kErrMemory;
+    }
     status = internal::check(image, imageCapacity, *typeFile);
     header = typeFile->header;
     typeData = typeFile->typeData;

@@ -160,6 +160,13 @@ struct _parastruct {
     int32_t helpNumber;   ///< help block with the texts of the values, 0 for none
 };
 
+/// One block of help texts, as the checks locate it.
+struct PARA_HELPM_INFO {
+    int32_t helpNumber; ///< the block's number
+    int32_t lineCount;  ///< number of its lines, at least 1
+    char* firstLine;    ///< its first line, inside the image
+};
+
 /// One help text, 34 bytes.
 struct PARA_HELPMESSAGE_TYPE {
     uint16_t value; ///< the value that the text explains

@@ -27,8 +27,12 @@ char characterAt(const TypeFile& file, std::size_t position)
 
 void copyCharacters(const TypeFile& file, std::size_t position, char* target, std::size_t count)
 {
-    for (std::size_t i = 0; i < count; ++i)
-        target[i] = characterAt(file, position + i);
+    std::memcpy(target, file.image + position, count);
+    // Nothing reads differently outside the order number.
+    const OrderNumber& number = file.orderNumber;
+    const std::size_t end = number.end == 0 ? 0 : std::max(number.bracket, number.lastBracket) + 1;
+    for (std::size_t i = std::max(position, number.begin); i < std::min(position + count, end); ++i)
+        target[i - position] = characterAt(file, i);
 }
 
 void findOrderNumber(TypeFile& file)
