@@ -22,6 +22,7 @@
 #include <stddef.h>
 #include <stdint.h>
 
+// NOLINTNEXTLINE(modernize-concat-nested-namespaces): C++11 has no other form
 namespace typdescriptor {
 namespace internal {
 struct TypeFile;
