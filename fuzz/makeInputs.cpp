@@ -9,6 +9,8 @@
 #include "tests/typeFileBuilder.h"
 
 #include <cstdint>
+#include <cstdio>
+#include <exception>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -144,12 +146,8 @@ void writeDiagSeeds(const fs::path& seeds)
     }
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+void writeAll(const fs::path& folder)
 {
-    require(argc == 2, "usage: fuzz_inputs FOLDER");
-    const fs::path folder = argv[1];
     write(folder / "gsd.dict", gsdDictionary());
     writeGsdSeeds(folder / "seeds/gsd");
     write(folder / "replay/gsd/full", largeDevice(3));
@@ -157,5 +155,21 @@ int main(int argc, char** argv)
     writeImageSeeds(folder / "seeds/image");
     writeRecordSeeds(folder / "seeds/record");
     writeDiagSeeds(folder / "seeds/diag");
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc != 2) {
+        std::fputs("usage: fuzz_inputs FOLDER\n", stderr);
+        return 2;
+    }
+    try {
+        writeAll(argv[1]);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "fuzz_inputs: %s\n", error.what());
+        return 1;
+    }
     return 0;
 }

@@ -13,6 +13,6 @@ namespace typdescriptor::internal {
 std::size_t hostRecordImageSize(const TYPEFILE_COM_QX410& record);
 
 /// Writes the image of a record into a buffer of NULs, at least hostRecordImageSize() of them.
-void writeHostRecordImage(char* image, std::uint32_t capacity, const TYPEFILE_COM_QX410& record);
+void writeHostRecordImage(char* buffer, std::uint32_t capacity, const TYPEFILE_COM_QX410& record);
 
 } // namespace typdescriptor::internal

@@ -56,7 +56,7 @@ bool isClosedBy(BlockKind kind, BlockKind closing)
 
 void Reader::read()
 {
-    const std::uint32_t size = static_cast<std::uint32_t>(_document._bytes.size());
+    const auto size = static_cast<std::uint32_t>(_document._bytes.size());
     _document._tokens.reserve(size / 4);
     _text = _document._unit == 1 ? std::string_view(_document._bytes).substr(_document._markSize) : _document._narrow;
     if (_document._markSize != 0)
@@ -442,7 +442,7 @@ void Reader::parseValues(Statement& statement, std::size_t token)
             value.kind = Value::word;
             value.text = _document.text(_document._tokens[token]);
             value.firstToken = value.lastToken = static_cast<std::uint32_t>(token);
-            statement.values.push_back(std::move(value));
+            statement.values.push_back(value);
             token = nextToken(token + 1);
             break;
         }
@@ -496,7 +496,7 @@ void Reader::parseString(Statement& statement, std::size_t& token)
     }
     if (!isClosed)
         statement.faults.push_back({FaultKind::openQuote, value.firstToken});
-    statement.values.push_back(std::move(value));
+    statement.values.push_back(value);
 }
 
 void Reader::parseNumber(Statement& statement, std::size_t& token, bool isBehindComma)
@@ -525,7 +525,7 @@ void Reader::parseNumber(Statement& statement, std::size_t& token, bool isBehind
             statement.faults.push_back({FaultKind::strayCharacter, hyphen});
         }
     }
-    statement.values.push_back(std::move(value));
+    statement.values.push_back(value);
 }
 
 /// The digits that a number goes on with in the next line, where a backslash parts it.

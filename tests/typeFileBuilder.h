@@ -50,7 +50,7 @@ struct TypeFileBuilder {
     X(prms)                                                                                                            \
     X(presetSlots) X(deviceDiag) X(channelDiag) X(orderNumbers) X(moduleLists) X(slotPrmBlocks) X(slotHelpBlocks)
     // clang-format on
-#define TYPE_FILE_FIELD(name, value) std::string name = value;
+#define TYPE_FILE_FIELD(name, value) std::string name{value};
 #define TYPE_FILE_GROUP(name) Records name;
     TYPE_FILE_HEADER_FIELDS(TYPE_FILE_FIELD)
     TYPE_FILE_FIXED_FIELDS(TYPE_FILE_FIELD)
