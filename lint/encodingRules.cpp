@@ -45,7 +45,8 @@ std::optional<Order> utf16Order(std::string_view bytes)
     std::size_t nuls[2] = {0, 0};
     for (std::size_t i = 0; i < sample.size(); ++i)
         nuls[i % 2] += sample[i] == '\0' ? 1U : 0U;
-    const std::size_t most = sample.size() / 2, few = most / 8;
+    const std::size_t most = sample.size() / 2;
+    const std::size_t few = most / 8;
     if (most < 4)
         return std::nullopt;
     if (nuls[1] + few >= most && nuls[0] <= few)
@@ -59,7 +60,8 @@ std::optional<std::string> latin1OfUtf16(std::string_view bytes, Order order)
 {
     std::string text;
     for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
-        const std::size_t low = order == Order::low ? i : i + 1, high = order == Order::low ? i + 1 : i;
+        const std::size_t low = order == Order::low ? i : i + 1;
+        const std::size_t high = order == Order::low ? i + 1 : i;
         const bool isMark = i == 0 && byteAt(bytes, high) == 0xFE && byteAt(bytes, low) == 0xFF;
         if (isMark)
             continue;
@@ -168,7 +170,7 @@ void checkNul(const Context& context, Report& report)
 {
     const std::string_view bytes = context.document.bytes();
     const std::size_t first = bytes.find('\0');
-    if (first == bytes.npos || utf16Order(bytes))
+    if (first == std::string_view::npos || utf16Order(bytes))
         return;
     report.add({offset(first), offset(first + 1)},
                "the file holds " +
@@ -196,7 +198,7 @@ struct LineEnds {
 void checkCrOnly(const Context& context, Report& report)
 {
     const std::string_view bytes = context.document.bytes();
-    if (bytes.find('\n') != bytes.npos || bytes.find('\r') == bytes.npos || utf16Order(bytes))
+    if (bytes.find('\n') != std::string_view::npos || bytes.find('\r') == std::string_view::npos || utf16Order(bytes))
         return;
     const std::vector<Span> ends = LineEnds(bytes).places[kCr];
     Finding& finding = report.add(ends.front(), "the " + counted(ends.size(), "line ends", "lines end") +
@@ -221,7 +223,7 @@ bool isUniform(const gsdfile::Document& document)
 void checkMixedLineEnds(const Context& context, Report& report)
 {
     const std::string_view bytes = context.document.bytes();
-    if (isUniform(context.document) || bytes.find('\n') == bytes.npos || context.document.unit() != 1)
+    if (isUniform(context.document) || bytes.find('\n') == std::string_view::npos || context.document.unit() != 1)
         return;
     const LineEnds ends(bytes);
     const std::size_t usual = ends.places[kLf].size() > ends.places[kCrLf].size() ? kLf : kCrLf;

@@ -224,7 +224,7 @@ Found wrongParameter(const PrmBlock& block)
             return wrong;
         }
         const std::size_t bytes = std::min(2U, type->bytes); // 32 bits are kept as 16
-        for (std::size_t at = static_cast<std::size_t>(placement.offset.value);
+        for (auto at = static_cast<std::size_t>(placement.offset.value);
              at < static_cast<std::size_t>(placement.offset.value) + bytes; ++at) {
             if (owner[at] != nullptr && !type->isBits)
                 return Culprit{placement.offset.place,
@@ -274,7 +274,9 @@ Found helpText(const DeviceIndex& device)
 // A type file counts the octets of the diagnosis from 1 and has two digits for 1 to 62.
 Found deviceDiagnosis(const DeviceIndex& device)
 {
-    constexpr std::int64_t kLastOctet = 62, kDigits = 1000, kHundreds = 100;
+    constexpr std::int64_t kLastOctet = 62;
+    constexpr std::int64_t kDigits = 1000;
+    constexpr std::int64_t kHundreds = 100;
     const auto isRefused = [](std::int64_t bit) {
         const std::int64_t octet = bit / 8 + 1;
         return octet >= kDigits || octet % kHundreds == 0 || octet % kHundreds > kLastOctet;
@@ -310,7 +312,8 @@ Found dataLength(const DeviceIndex& device)
 // A module of the kind that the station excludes: OnlyNormalModules, OnlySpecialModules.
 Found excludedModule(const DeviceIndex& device)
 {
-    const bool onlyNormal = device.isOn("OnlyNormalModules"), onlySpecial = device.isOn("OnlySpecialModules");
+    const bool onlyNormal = device.isOn("OnlyNormalModules");
+    const bool onlySpecial = device.isOn("OnlySpecialModules");
     if (!onlyNormal && !onlySpecial)
         return std::nullopt;
     const Entry* kind = device.entry(onlyNormal ? "OnlyNormalModules" : "OnlySpecialModules");

@@ -58,7 +58,8 @@ std::optional<Reason> cutArea(const Entry& entry)
 {
     if (entry.numbers.size() != 2)
         return std::nullopt;
-    const std::int64_t first = entry.numbers[0].value, last = entry.numbers[1].value;
+    const std::int64_t first = entry.numbers[0].value;
+    const std::int64_t last = entry.numbers[1].value;
     const std::int64_t kept = last - (last % 8 + 1);
     return Reason{joined(entry.numbers[0].place, entry.numbers[1].place),
                   "the library keeps the bits of one octet: " + std::to_string(first) + " to " + std::to_string(kept) +
@@ -68,7 +69,8 @@ std::optional<Reason> cutArea(const Entry& entry)
 
 std::optional<Reason> narrowedNumbers(const Entry& entry)
 {
-    constexpr std::int64_t kBytes = 0xFF, kWords = 0xFFFF;
+    constexpr std::int64_t kBytes = 0xFF;
+    constexpr std::int64_t kWords = 0xFFFF;
     const bool isByte = entry.keyword == "Signed8";
     const std::int64_t mask = isByte ? kBytes : kWords;
     std::string why =

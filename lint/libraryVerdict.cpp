@@ -42,7 +42,7 @@ public:
     ~TemporaryFile()
     {
         if (!_name.empty())
-            std::remove(_name.c_str());
+            static_cast<void>(std::remove(_name.c_str()));
     }
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;

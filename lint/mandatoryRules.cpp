@@ -144,7 +144,7 @@ Span causePlace(const Document& document, const Statement& cause)
 
 std::string inOneLine(const Document& document, const Statement& cause)
 {
-    const std::string name = cause.keyword->name;
+    std::string name = cause.keyword->name;
     if (cause.values.size() != 1 || cause.values.front().kind != gsdfile::Value::number)
         return name;
     return name + " = " + textAt(document, valuePlace(document, cause.values.front()));

@@ -84,7 +84,8 @@ void checkLengthStated(const Context& context, Report& report)
         const auto firstOf = [](const auto& list) {
             return list.empty() ? Span{UINT32_MAX, UINT32_MAX} : list.front().place;
         };
-        const Span placement = firstOf(owned.block.placements), constants = firstOf(owned.block.constants);
+        const Span placement = firstOf(owned.block.placements);
+        const Span constants = firstOf(owned.block.constants);
         const Span place = placement.begin < constants.begin ? placement : constants;
         const std::string owner = owned.module != nullptr ? "the module" : "the station";
         const std::string why = owned.block.length != nullptr ? " is 0" : " is missing";

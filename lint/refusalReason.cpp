@@ -91,7 +91,8 @@ std::optional<Reason> areaReason(const Entry& entry)
 {
     if (entry.keyword != "Unit_Diag_Area" || entry.numbers.size() < 2)
         return std::nullopt;
-    const std::int64_t first = entry.numbers[0].value, last = entry.numbers[1].value;
+    const std::int64_t first = entry.numbers[0].value;
+    const std::int64_t last = entry.numbers[1].value;
     const Span place = joined(entry.numbers[0].place, entry.numbers[1].place);
     if (first > last)
         return Reason{place, "the area ends before it begins"};

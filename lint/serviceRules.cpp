@@ -234,7 +234,8 @@ void checkCycle(const Context& context, Report& report)
 
 void checkRedundancy(const Context& context, Report& report)
 {
-    constexpr std::int64_t kRedundant = 8, kRedundantOrFlying = 9;
+    constexpr std::int64_t kRedundant = 8;
+    constexpr std::int64_t kRedundantOrFlying = 9;
     const DeviceIndex& device = context.device();
     const Entry* entry = device.entry("Slave_Redundancy_supp");
     if (!hasNumber(entry) || (entry->number() != kRedundant && entry->number() != kRedundantOrFlying))

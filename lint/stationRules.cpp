@@ -86,7 +86,9 @@ void checkReservedNumber(const Context& context, Report& report)
 // The number that the last four of a name's eight characters give, -1 when they give none.
 long numberOfName(std::string_view fileName)
 {
-    constexpr std::size_t kName = 8, kNumber = 4, kExtension = 4;
+    constexpr std::size_t kName = 8;
+    constexpr std::size_t kNumber = 4;
+    constexpr std::size_t kExtension = 4;
     if (fileName.size() != kName + kExtension || fileName[kName] != '.')
         return -1;
     const std::string digits(fileName.substr(kName - kNumber, kNumber));

@@ -51,7 +51,7 @@ std::vector<Span> linesOf(std::string_view bytes)
     std::vector<Span> lines;
     for (std::size_t begin = 0; begin < bytes.size();) {
         const std::size_t end = std::min(bytes.find('\n', begin), bytes.size());
-        const std::size_t last = bytes.substr(begin, end - begin).find_last_not_of("\r");
+        const std::size_t last = bytes.substr(begin, end - begin).find_last_not_of('\r');
         lines.push_back({static_cast<std::uint32_t>(begin),
                          static_cast<std::uint32_t>(last == std::string_view::npos ? begin : begin + last + 1)});
         begin = end + 1;

@@ -34,7 +34,8 @@ std::vector<std::filesystem::path> cases()
 
 std::vector<lint::Finding> findingsIn(const std::string& bytes, const std::filesystem::path& path)
 {
-    const std::string name = path.filename().string(), place = path.string();
+    const std::string name = path.filename().string();
+    const std::string place = path.string();
     if (path.extension() == ".410")
         return lint::checkTypeFile(bytes, place);
     return lint::check(gsdfile::Document(bytes), {.fileName = name, .path = place});
@@ -44,7 +45,8 @@ std::string lineOf(const gsdfile::Document& document, lint::Span place, const st
 {
     if (place == lint::Span{})
         return "file: " + text + '\n';
-    const gsdfile::Place begin = document.place(place.begin), end = document.place(place.end);
+    const gsdfile::Place begin = document.place(place.begin);
+    const gsdfile::Place end = document.place(place.end);
     const std::string to = begin.line == end.line ? "" : std::to_string(end.line) + ':';
     return std::to_string(begin.line) + ':' + std::to_string(begin.character) + '-' + to +
            std::to_string(end.character) + ": " + text + '\n';

@@ -290,7 +290,8 @@ TEST(ToolReport, ShowsEveryDifferenceOfTwoTexts)
     const auto below = [&random](unsigned limit) { return static_cast<unsigned>(random() % limit); };
     for (int run = 0; run < 500; ++run) {
         const unsigned words = 2 + below(60);
-        std::vector<std::string> before(below(40)), after;
+        std::vector<std::string> before(below(40));
+        std::vector<std::string> after;
         for (std::string& line : before)
             line = std::to_string(below(words)) + '\n';
         for (const std::string& line : before) {

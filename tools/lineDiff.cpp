@@ -95,7 +95,7 @@ private:
     /// The longest part of the anchors whose lines rise in the new text as well.
     static std::vector<Anchor> longestRun(const std::vector<Anchor>& anchors)
     {
-        constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+        constexpr auto kNone = static_cast<std::size_t>(-1);
         std::vector<std::size_t> ends; // by length of a run: the anchor with the lowest line that ends one
         std::vector<std::size_t> previous(anchors.size(), kNone);
         for (std::size_t i = 0; i < anchors.size(); ++i) {
