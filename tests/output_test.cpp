@@ -272,6 +272,7 @@ public:
     {
         *device = other;
     }
+    cTypDescriptor* get() const { return device; }
     cTypDescriptor* operator->() const { return device; }
 
 private:
@@ -314,9 +315,9 @@ TEST(Output, AssignedObjectsOutliveASecondCheckOfEither)
     ASSERT_GT(device->getMLFBListCnt(), 0);
     MLFB_ITEM before;
     EXPECT_EQ(device->getMLFBListItem(0, &before), kOk);
-    for (cTypDescriptor* checkedAgain : {&*device, &*other.operator->()}) {
+    for (cTypDescriptor* checkedAgain : {&*device, other.get()}) {
         EXPECT_EQ(checkedAgain->checkTypeFileContents(), kOk);
-        for (const cTypDescriptor* asked : {&*device, &*other.operator->()}) {
+        for (const cTypDescriptor* asked : {&*device, other.get()}) {
             MLFB_ITEM item;
             EXPECT_EQ(asked->getMLFBListItem(0, &item), kOk);
             EXPECT_STREQ(item.mlfb, before.mlfb);

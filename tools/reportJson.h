@@ -17,9 +17,9 @@ nlohmann::ordered_json reportJson(std::vector<nlohmann::ordered_json> files, con
 
 /// The findings of one report as SARIF results.
 nlohmann::ordered_json sarifResults(const FileReport& report);
-/// @param results   of each file
+/// @param files     the results of each
 /// @param problems  what could not be read, a sentence each
-nlohmann::ordered_json sarifLog(std::vector<nlohmann::ordered_json> results, const std::vector<std::string>& problems);
+nlohmann::ordered_json sarifLog(std::vector<nlohmann::ordered_json> files, const std::vector<std::string>& problems);
 
 /// All rules, for programs that show them.
 nlohmann::ordered_json rulesJson();
