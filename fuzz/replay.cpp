@@ -78,11 +78,14 @@ extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* data, std::size_t size, st
     return length;
 }
 
-int main(int argc, char** argv)
+namespace {
+
+/// Runs every input of the folders, and then so many mutations of them, up to the first that fails.
+bool replay(unsigned mutations, const std::vector<std::string>& folders)
 {
     std::vector<std::filesystem::path> files;
-    for (int i = 2; i < argc; ++i)
-        for (const auto& file : std::filesystem::directory_iterator(argv[i]))
+    for (const std::string& folder : folders)
+        for (const auto& file : std::filesystem::directory_iterator(folder))
             files.push_back(file.path());
     std::sort(files.begin(), files.end());
     std::vector<std::string> seeds;
@@ -94,8 +97,20 @@ int main(int argc, char** argv)
         if (input.size() <= kLargestToMutate)
             seeds.push_back(input);
     }
-    const auto count = argc > 1 ? static_cast<unsigned>(std::stoul(argv[1])) : 0;
-    for (unsigned i = 0; i < count && allPass; ++i)
+    for (unsigned i = 0; i < mutations && allPass; ++i)
         allPass = passes(mutated(seeds[i % seeds.size()], i), "mutation " + std::to_string(i));
-    return allPass ? 0 : 1;
+    return allPass;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        if (argc > 2 && replay(static_cast<unsigned>(std::stoul(argv[1])), {argv + 2, argv + argc}))
+            return 0;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "replay: %s\n", error.what());
+    }
+    return 1;
 }

@@ -31,8 +31,9 @@ public:
     void write(std::string_view contents) const
     {
         std::FILE* const file = std::fopen(path.c_str(), "wb");
-        if (file == nullptr || std::fwrite(contents.data(), 1, contents.size(), file) != contents.size() ||
-            std::fclose(file) != 0)
+        const bool isWritten = file != nullptr && (contents.empty() || std::fwrite(contents.data(), 1, contents.size(),
+                                                                                   file) == contents.size());
+        if (!isWritten || std::fclose(file) != 0)
             throw std::system_error(errno, std::generic_category(), path);
     }
 
