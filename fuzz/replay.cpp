@@ -72,7 +72,8 @@ extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* data, std::size_t size, st
     else if (random.oneIn(3))
         bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(random.below(size)), run.begin(), run.end());
     else if (size > 0)
-        bytes[at] = static_cast<std::uint8_t>(random.oneIn(2) ? random.below(256) : static_cast<unsigned char>(random.of(kBytes)));
+        bytes[at] = static_cast<std::uint8_t>(random.oneIn(2) ? random.below(256)
+                                                              : static_cast<unsigned char>(random.of(kBytes)));
     const std::size_t length = std::min(bytes.size(), maxSize);
     std::copy(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(length), data);
     return length;

@@ -85,6 +85,7 @@ std::string version5GroupsOf(const TypeFileBuilder& file)
 
 std::string categoryIOf(const TypeFileBuilder& file)
 {
+// NOLINTNEXTLINE(bugprone-macro-parentheses): it is one link of a sum
 #define ADD(field, value) file.field + kSep +
     std::string result = TYPE_FILE_FIXED_FIELDS(ADD) byteGroup(file.userPrmBytes) + group("PSL", file.prms);
     if (!file.helpBlocks.empty())

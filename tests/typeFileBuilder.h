@@ -55,7 +55,7 @@ struct TypeFileBuilder {
     TYPE_FILE_HEADER_FIELDS(TYPE_FILE_FIELD)
     TYPE_FILE_FIXED_FIELDS(TYPE_FILE_FIELD)
     TYPE_FILE_CATEGORY_II_FIELDS(TYPE_FILE_FIELD) // with deviceDiag the type data of category II
-    TYPE_FILE_OTHER_FIELDS(TYPE_FILE_FIELD) // NOLINT(readability-redundant-string-init): one field is empty
+    TYPE_FILE_OTHER_FIELDS(TYPE_FILE_FIELD)       // NOLINT(readability-redundant-string-init): one field is empty
     TYPE_FILE_GROUPS(TYPE_FILE_GROUP)
 #undef TYPE_FILE_FIELD
 #undef TYPE_FILE_GROUP
