@@ -276,7 +276,7 @@ public:
     cTypDescriptor* operator->() const { return device; }
 
 private:
-    alignas(cTypDescriptor) unsigned char room[sizeof(cTypDescriptor)];
+    alignas(cTypDescriptor) unsigned char room[sizeof(cTypDescriptor)] = {};
     cTypDescriptor* device;
 };
 
