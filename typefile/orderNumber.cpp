@@ -18,11 +18,9 @@ char characterAt(const TypeFile& file, std::size_t position)
         return c;
     if (position == number.end)
         return number.isClosed ? kOrderNumberClose : '\0';
-    if (position == number.bracket && number.isBlanked)
-        return ' ';
-    const bool isTakenBracket =
-        c == kOrderNumberClose && position >= number.bracket && position <= number.lastBracket && !number.isClosed;
-    return isTakenBracket ? '\0' : c;
+    if (position != number.bracket)
+        return c;
+    return number.isBlanked ? ' ' : number.isClosed ? c : '\0';
 }
 
 void copyCharacters(const TypeFile& file, std::size_t position, char* target, std::size_t count)
@@ -30,7 +28,7 @@ void copyCharacters(const TypeFile& file, std::size_t position, char* target, st
     std::memcpy(target, file.image + position, count);
     // Nothing reads differently outside the order number.
     const OrderNumber& number = file.orderNumber;
-    const std::size_t end = number.end == 0 ? 0 : std::max(number.bracket, number.lastBracket) + 1;
+    const std::size_t end = number.end == 0 ? 0 : number.bracket + 1;
     for (std::size_t i = std::max(position, number.begin); i < std::min(position + count, end); ++i)
         target[i - position] = characterAt(file, i);
 }
@@ -49,7 +47,6 @@ void findOrderNumber(TypeFile& file)
             continue;
         number.isFound = true;
         number.isClosed = false;
-        number.lastBracket = i;
         if (number.end == 0 || number.begin != begin) {
             number.begin = begin;
             number.end = number.bracket = i;

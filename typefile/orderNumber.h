@@ -17,7 +17,6 @@ struct OrderNumber {
     std::size_t begin = 0;
     std::size_t end = 0;         // of the text; 0 when no check has found any
     std::size_t bracket = 0;     // the ">" that ended the text first
-    std::size_t lastBracket = 0; // the one that the last check found: it passes over those found before
     bool isClosed = false;       // by a write
     bool isBlanked = false;      // what stood at `bracket` is a blank since a write
 };
