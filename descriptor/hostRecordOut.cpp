@@ -33,7 +33,7 @@ void copyHeadLine(TYPEFILE_COM_QX410& record, const TypeFile& file)
     std::size_t length = 0;
     for (std::size_t i = 0; characterAt(file, i) != kLineEnd.front() && length < kMaxLength; ++i) {
         if (number.isFound && i + 1 == number.begin)
-            i = number.isClosed ? number.end : number.lastBracket;
+            i = number.isClosed ? number.end : number.bracket;
         else
             record.headLine[length++] = characterAt(file, i);
     }

@@ -15,10 +15,10 @@ struct TypeFile;
 struct OrderNumber {
     bool isFound = false; // by the last check
     std::size_t begin = 0;
-    std::size_t end = 0;         // of the text; 0 when no check has found any
-    std::size_t bracket = 0;     // the ">" that ended the text first
-    bool isClosed = false;       // by a write
-    bool isBlanked = false;      // what stood at `bracket` is a blank since a write
+    std::size_t end = 0;     // of the text; 0 when no check has found any
+    std::size_t bracket = 0; // the ">" that ended the text first
+    bool isClosed = false;   // by a write
+    bool isBlanked = false;  // what stood at `bracket` is a blank since a write
 };
 
 /// A character of the image as readers see it.
