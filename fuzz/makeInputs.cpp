@@ -101,6 +101,40 @@ void writeGsdSeeds(const fs::path& seeds)
         write(seeds / name, contentsOf(kSource / "fuzz/seeds/gsd" / name));
 }
 
+/// Files as they are, in UTF-8, their beginnings in UTF-16 of either order, and files that end where something has begun.
+void writeDocumentSeeds(const fs::path& seeds)
+{
+    constexpr std::size_t kWide = 1500;
+    const std::string ends[] = {"",
+                                "\n",
+                                "\r",
+                                "\\",
+                                "#Profibus_DP\n\\",
+                                "#Profibus_DP\nA=\"\\\n\\\n",
+                                "#Profibus_DP\nSlave_Family=3@@\\x",
+                                "#Profibus_DP\nModule=\"\" 1\nData_Area_Beg\nLength=1\nEndModule"};
+    for (std::size_t i = 0; i < std::size(ends); ++i)
+        write(seeds / std::to_string(i), ends[i]);
+    for (const fs::path& file : gsdFiles()) {
+        const std::string text = contentsOf(file);
+        write(seeds / file.filename(), text);
+        std::string little = "\xFF\xFE";
+        std::string big;
+        std::string eight;
+        for (const char c : text.substr(0, kWide)) {
+            little += {c, '\0'};
+            big += {'\0', c};
+        }
+        for (const char c : text) {
+            const auto byte = static_cast<unsigned char>(c);
+            eight += byte < 0x80 ? std::string(1, c) : std::string{'\xC3', static_cast<char>(0x80U | (byte & 0x3FU))};
+        }
+        write(seeds / ("utf8-" + file.filename().string()), eight);
+        write(seeds / ("little-" + file.filename().string()), little);
+        write(seeds / ("big-" + file.filename().string()), big);
+    }
+}
+
 /// Compiled files, and files made by hand of the station types and versions that no compilation gives.
 void writeImageSeeds(const fs::path& seeds)
 {
@@ -155,6 +189,8 @@ void writeAll(const fs::path& folder)
     writeImageSeeds(folder / "seeds/image");
     writeRecordSeeds(folder / "seeds/record");
     writeDiagSeeds(folder / "seeds/diag");
+    write(folder / "document.dict", gsdDictionary());
+    writeDocumentSeeds(folder / "seeds/document");
 }
 
 } // namespace

@@ -59,7 +59,7 @@ std::string mutated(const std::string& input, unsigned seed)
 /// In place of the fuzzer's own: a run of bytes dropped, repeated or set.
 extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* data, std::size_t size, std::size_t maxSize)
 {
-    constexpr std::string_view kBytes = "0123456789\"\n,-;[<>^ JN\xFE\0";
+    constexpr std::string_view kBytes = "0123456789\"\n,-;[<>^ JN\\\r()=@#\xFE\0";
     Random& random = bytesAtRandom();
     std::vector<std::uint8_t> bytes(data, data + size);
     const std::size_t at = random.below(size);

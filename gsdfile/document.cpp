@@ -8,6 +8,18 @@
 
 namespace typdescriptor::gsdfile {
 
+namespace {
+
+constexpr std::uint32_t kStretch = 1024; // bytes, of which the characters are counted once for all places
+
+std::uint32_t continuingIn(std::string_view bytes)
+{
+    const auto continues = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; };
+    return static_cast<std::uint32_t>(std::count_if(bytes.begin(), bytes.end(), continues));
+}
+
+} // namespace
+
 Document::Document(std::string bytes) : _bytes(std::move(bytes))
 {
     if (_bytes.size() > kMostBytes)
@@ -19,7 +31,25 @@ Document::Document(std::string bytes) : _bytes(std::move(bytes))
         _unit = 2;
         _narrow = narrowed(_bytes, form);
     }
+    if (_encoding == Encoding::utf8)
+        countContinuing();
     Reader(*this, form.endsLinesWithReturn).read();
+}
+
+void Document::countContinuing()
+{
+    std::uint32_t count = 0;
+    for (std::size_t begin = 0; begin <= _bytes.size(); begin += kStretch) {
+        _continuing.push_back(count);
+        count += continuingIn(bytes().substr(begin, kStretch));
+    }
+}
+
+/// Bytes ahead of an offset that do not begin a character of UTF-8.
+std::uint32_t Document::continuingBefore(std::uint32_t offset) const
+{
+    const std::uint32_t stretch = offset / kStretch;
+    return _continuing[stretch] + continuingIn(bytes().substr(stretch * kStretch, offset % kStretch));
 }
 
 std::string_view Document::text(std::uint32_t begin, std::uint32_t end) const
@@ -54,11 +84,8 @@ Place Document::place(std::uint32_t offset) const
     const std::uint32_t begin = std::min(_lines[index].begin, end); // the first line begins behind the mark
     Place place{static_cast<std::uint32_t>(index) + 1, end - begin + 1, 1};
     place.character = (place.column - 1) / _unit + 1;
-    if (_encoding == Encoding::utf8) {
-        const auto continues = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; };
-        place.character -=
-            static_cast<std::uint32_t>(std::count_if(_bytes.begin() + begin, _bytes.begin() + end, continues));
-    }
+    if (_encoding == Encoding::utf8)
+        place.character -= continuingBefore(end) - continuingBefore(begin);
     return place;
 }
 

@@ -10,10 +10,13 @@
 
 #pragma once
 
+#include "gsdfile/lists.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -123,8 +126,8 @@ struct Statement {
     std::size_t keywordToken = kNone;
     std::optional<Argument> argument;
     std::size_t equalsToken = kNone;
-    std::vector<Value> values;
-    std::vector<Fault> faults;
+    std::span<const Value> values;
+    std::span<const Fault> faults;
     std::size_t commentToken = kNone; // of the last of its lines that has one
     std::size_t firstToken = kNone;   // of its own, blanks and line ends among them
     std::size_t endToken = kNone;     // behind its last
@@ -178,6 +181,9 @@ public:
 private:
     friend class Reader;
 
+    void countContinuing();
+    std::uint32_t continuingBefore(std::uint32_t offset) const;
+
     std::string _bytes;
     std::string _narrow; // UTF-16 with one byte for each unit; else empty
     Encoding _encoding = Encoding::ascii;
@@ -187,7 +193,10 @@ private:
     std::vector<Token> _tokens;
     std::vector<Statement> _statements;
     std::vector<Block> _blocks;
-    std::deque<std::string> _joined; // contents of strings that continuations part
+    Lists<Value> _values;
+    Lists<Fault> _faults;
+    std::vector<std::uint32_t> _continuing; // UTF-8: bytes ahead of each stretch that continue a character
+    std::deque<std::string> _joined;        // contents of strings that continuations part
     std::size_t _section = kNone;
 };
 

@@ -77,29 +77,47 @@ std::string bareName(std::string_view name)
     return bare;
 }
 
+constexpr std::size_t kLongest = 64; // letters of a name that may stand for a keyword; no keyword is nearly as long
+
 /// How many letters to change, insert, drop or swap with their neighbour; above `most` where it is more.
 std::size_t distance(std::string_view left, std::string_view right, std::size_t most)
 {
     const std::size_t gap = left.size() > right.size() ? left.size() - right.size() : right.size() - left.size();
     if (gap > most)
         return most + 1;
-    std::vector<std::size_t> before(right.size() + 1);
-    std::vector<std::size_t> row(right.size() + 1);
-    std::vector<std::size_t> beforeThat;
+    using Row = std::array<std::size_t, kLongest + 1>;
+    std::array<Row, 3> rows; // of the letters of `left`: this one, and the two before
     for (std::size_t j = 0; j <= right.size(); ++j)
-        row[j] = j;
+        rows[0][j] = j;
     for (std::size_t i = 1; i <= left.size(); ++i) {
-        beforeThat = before;
-        before = row;
+        Row& row = rows[i % 3];
+        const Row& before = rows[(i + 2) % 3];
+        const Row& beforeThat = rows[(i + 1) % 3];
         row[0] = i;
+        std::size_t least = i;
         for (std::size_t j = 1; j <= right.size(); ++j) {
             const std::size_t changed = before[j - 1] + (left[i - 1] == right[j - 1] ? 0U : 1U);
             row[j] = std::min({changed, before[j] + 1, row[j - 1] + 1});
             if (i > 1 && j > 1 && left[i - 1] == right[j - 2] && left[i - 2] == right[j - 1])
                 row[j] = std::min(row[j], beforeThat[j - 2] + 1);
+            least = std::min(least, row[j]);
         }
+        if (least > most)
+            return most + 1;
     }
-    return row[right.size()];
+    return rows[left.size() % 3][right.size()];
+}
+
+/// The bare names of all rows, in their order.
+const std::vector<std::string>& bareNames()
+{
+    static const std::vector<std::string> names = [] {
+        std::vector<std::string> bare;
+        for (const Keyword& row : keywordRows())
+            bare.push_back(bareName(row.name));
+        return bare;
+    }();
+    return names;
 }
 
 } // namespace
@@ -145,7 +163,6 @@ const Keyword* findKeyword(std::string_view name)
 
 const Keyword* nearestKeyword(std::string_view name)
 {
-    constexpr std::size_t kLongest = 64; // no keyword is nearly as long
     constexpr std::size_t kLettersPerFault = 4;
     constexpr std::size_t kMostFaults = 3;
     if (name.empty() || name.size() > kLongest)
@@ -153,11 +170,11 @@ const Keyword* nearestKeyword(std::string_view name)
     const std::string wanted = bareName(name);
     const Keyword* nearest = nullptr;
     std::size_t least = std::min(wanted.size() / kLettersPerFault, kMostFaults) + 1;
-    for (const Keyword& row : keywordRows()) {
-        const std::size_t faults = distance(wanted, bareName(row.name), least);
+    for (std::size_t i = 0; i < keywordRows().size() && least > 0; ++i) {
+        const std::size_t faults = distance(wanted, bareNames()[i], least - 1);
         if (faults < least) {
             least = faults;
-            nearest = &row;
+            nearest = &keywordRows()[i];
         }
     }
     return nearest;

@@ -59,6 +59,9 @@ void Reader::read()
     const auto size = static_cast<std::uint32_t>(_document._bytes.size());
     _document._tokens.reserve(size / 4);
     _text = _document._unit == 1 ? std::string_view(_document._bytes).substr(_document._markSize) : _document._narrow;
+    const auto lineEnds = std::count(_text.begin(), _text.end(), _returnEndsLines ? '\r' : '\n');
+    _document._lines.reserve(static_cast<std::size_t>(lineEnds) + 1);
+    _document._statements.reserve(static_cast<std::size_t>(lineEnds) + 1);
     if (_document._markSize != 0)
         _document._tokens.push_back({TokenKind::mark, 0, _document._markSize, 1});
     if (size != 0)
@@ -351,7 +354,7 @@ void Reader::parseStatement(std::size_t firstToken, std::uint32_t firstLine)
             statement.commentToken = i;
     }
     if (_isContinuedAtEnd)
-        statement.faults.push_back({FaultKind::continuedAtEnd, statement.endToken - 1});
+        _faults.push_back({FaultKind::continuedAtEnd, statement.endToken - 1});
     if (kindOf(token) == TokenKind::keyword) {
         statement.keywordToken = token;
         statement.name = _document.text(_document._tokens[token]);
@@ -364,16 +367,18 @@ void Reader::parseStatement(std::size_t firstToken, std::uint32_t firstLine)
         statement.equalsToken = token;
         token = nextToken(token + 1);
         if (token == kNone)
-            statement.faults.push_back({FaultKind::missingValue, statement.equalsToken});
+            _faults.push_back({FaultKind::missingValue, statement.equalsToken});
     }
     if (token != kNone)
-        parseValues(statement, token);
+        parseValues(token);
+    statement.values = _document._values.keep(_values);
+    statement.faults = _document._faults.keep(_faults);
     placeInBlocks(statement);
     const bool isSection = _document._section == kNone && statement.keyword != nullptr &&
                            startsWith(statement.keyword->name, kSectionStart);
     if (isSection)
         _document._section = _document._statements.size();
-    _document._statements.push_back(std::move(statement));
+    _document._statements.push_back(statement);
 }
 
 /// "(number)" or "(first-last)".
@@ -382,13 +387,13 @@ void Reader::parseArgument(Statement& statement, std::size_t& token)
     Argument argument;
     argument.openToken = token;
     token = nextToken(token + 1);
-    bool isGood = token != kNone && takeNumber(token, argument.first, statement);
+    bool isGood = token != kNone && takeNumber(token, argument.first);
     if (isGood) {
         token = nextToken(token + 1);
         if (token != kNone && kindOf(token) == TokenKind::hyphen) {
             Number last;
             token = nextToken(token + 1);
-            isGood = token != kNone && takeNumber(token, last, statement);
+            isGood = token != kNone && takeNumber(token, last);
             if (isGood) {
                 argument.last = last;
                 token = nextToken(token + 1);
@@ -399,9 +404,9 @@ void Reader::parseArgument(Statement& statement, std::size_t& token)
     while (close != kNone && kindOf(close) != TokenKind::close && kindOf(close) != TokenKind::equals)
         close = nextToken(close + 1);
     if (!isGood || (close != token && close != kNone && kindOf(close) == TokenKind::close))
-        statement.faults.push_back({FaultKind::badArgument, argument.openToken});
+        _faults.push_back({FaultKind::badArgument, argument.openToken});
     if (close == kNone || kindOf(close) != TokenKind::close) {
-        statement.faults.push_back({FaultKind::openArgument, argument.openToken});
+        _faults.push_back({FaultKind::openArgument, argument.openToken});
         token = close == kNone ? token : close;
     } else {
         argument.closeToken = close;
@@ -411,18 +416,16 @@ void Reader::parseArgument(Statement& statement, std::size_t& token)
         statement.argument = argument;
 }
 
-void Reader::parseValues(Statement& statement, std::size_t token)
+void Reader::parseValues(std::size_t token)
 {
     std::size_t comma = kNone; // the one that a value must follow
     bool isBehindAt = false;
-    const auto missing = [&statement](std::size_t place) {
-        statement.faults.push_back({FaultKind::missingItem, place});
-    };
+    const auto missing = [this](std::size_t place) { _faults.push_back({FaultKind::missingItem, place}); };
     while (token != kNone) {
-        const std::size_t before = statement.values.size();
+        const std::size_t before = _values.size();
         switch (kindOf(token)) {
         case TokenKind::comma:
-            if (comma != kNone || statement.values.empty())
+            if (comma != kNone || _values.empty())
                 missing(token);
             comma = token;
             token = nextToken(token + 1);
@@ -432,33 +435,33 @@ void Reader::parseValues(Statement& statement, std::size_t token)
             token = nextToken(token + 1);
             continue;
         case TokenKind::string:
-            parseString(statement, token);
+            parseString(token);
             break;
         case TokenKind::number:
-            parseNumber(statement, token, comma != kNone);
+            parseNumber(token, comma != kNone);
             break;
         case TokenKind::word: {
             Value value;
             value.kind = Value::word;
             value.text = _document.text(_document._tokens[token]);
             value.firstToken = value.lastToken = static_cast<std::uint32_t>(token);
-            statement.values.push_back(value);
+            _values.push_back(value);
             token = nextToken(token + 1);
             break;
         }
         case TokenKind::equals:
-            statement.faults.push_back({FaultKind::secondEquals, token});
+            _faults.push_back({FaultKind::secondEquals, token});
             token = nextToken(token + 1);
             break;
         default: {
             const bool isBackslash = _document.text(_document._tokens[token]) == "\\";
-            statement.faults.push_back({isBackslash ? FaultKind::strayBackslash : FaultKind::strayCharacter, token});
+            _faults.push_back({isBackslash ? FaultKind::strayBackslash : FaultKind::strayCharacter, token});
             token = nextToken(token + 1);
         }
         }
-        if (statement.values.size() > before) {
-            statement.values.back().isBehindComma = comma != kNone;
-            statement.values.back().isBehindAt = isBehindAt;
+        if (_values.size() > before) {
+            _values.back().isBehindComma = comma != kNone;
+            _values.back().isBehindAt = isBehindAt;
             comma = kNone;
             isBehindAt = false;
         }
@@ -468,7 +471,7 @@ void Reader::parseValues(Statement& statement, std::size_t token)
 }
 
 /// The pieces of a string, which continuations may part.
-void Reader::parseString(Statement& statement, std::size_t& token)
+void Reader::parseString(std::size_t& token)
 {
     Value value;
     value.kind = Value::string;
@@ -495,17 +498,17 @@ void Reader::parseString(Statement& statement, std::size_t& token)
         token = nextToken(token + 1);
     }
     if (!isClosed)
-        statement.faults.push_back({FaultKind::openQuote, value.firstToken});
-    statement.values.push_back(value);
+        _faults.push_back({FaultKind::openQuote, value.firstToken});
+    _values.push_back(value);
 }
 
-void Reader::parseNumber(Statement& statement, std::size_t& token, bool isBehindComma)
+void Reader::parseNumber(std::size_t& token, bool isBehindComma)
 {
     Value value;
     value.kind = Value::number;
     value.firstToken = value.lastToken = static_cast<std::uint32_t>(token);
     value.isBehindComma = isBehindComma;
-    const bool isGood = takeNumber(token, value.first, statement);
+    const bool isGood = takeNumber(token, value.first);
     if (isGood)
         takeRest(token, value.first);
     value.lastToken = static_cast<std::uint32_t>(token);
@@ -516,16 +519,16 @@ void Reader::parseNumber(Statement& statement, std::size_t& token, bool isBehind
     } else if (token != kNone && kindOf(token) == TokenKind::hyphen) {
         const std::size_t hyphen = token;
         token = nextToken(token + 1);
-        if (token != kNone && kindOf(token) == TokenKind::number && takeNumber(token, value.last, statement)) {
+        if (token != kNone && kindOf(token) == TokenKind::number && takeNumber(token, value.last)) {
             takeRest(token, value.last);
             value.kind = Value::range;
             value.lastToken = static_cast<std::uint32_t>(token);
             token = nextToken(token + 1);
         } else {
-            statement.faults.push_back({FaultKind::strayCharacter, hyphen});
+            _faults.push_back({FaultKind::strayCharacter, hyphen});
         }
     }
-    statement.values.push_back(value);
+    _values.push_back(value);
 }
 
 /// The digits that a number goes on with in the next line, where a backslash parts it.
@@ -550,7 +553,7 @@ void Reader::takeRest(std::size_t& token, Number& number)
 }
 
 /// Decimal with a sign, or 0x and hexadecimal digits.
-bool Reader::takeNumber(std::size_t token, Number& number, Statement& statement)
+bool Reader::takeNumber(std::size_t token, Number& number)
 {
     if (kindOf(token) != TokenKind::number)
         return false;
@@ -565,7 +568,7 @@ bool Reader::takeNumber(std::size_t token, Number& number, Statement& statement)
     const char* const end = digits.data() + digits.size();
     const auto [stop, error] = std::from_chars(digits.data(), end, number.value, number.isHex ? 16 : 10);
     if (stop != end || digits.empty() || error == std::errc::invalid_argument) {
-        statement.faults.push_back({FaultKind::badNumber, token});
+        _faults.push_back({FaultKind::badNumber, token});
         return false;
     }
     number.isTooLarge = error == std::errc::result_out_of_range;

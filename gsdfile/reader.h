@@ -47,10 +47,10 @@ private:
     // What the tokens say.
     void parseStatement(std::size_t firstToken, std::uint32_t firstLine);
     void parseArgument(Statement& statement, std::size_t& token);
-    void parseValues(Statement& statement, std::size_t token);
-    void parseString(Statement& statement, std::size_t& token);
-    void parseNumber(Statement& statement, std::size_t& token, bool isBehindComma);
-    bool takeNumber(std::size_t token, Number& number, Statement& statement);
+    void parseValues(std::size_t token);
+    void parseString(std::size_t& token);
+    void parseNumber(std::size_t& token, bool isBehindComma);
+    bool takeNumber(std::size_t token, Number& number);
     void takeRest(std::size_t& token, Number& number);
     std::size_t nextToken(std::size_t token) const;
     TokenKind kindOf(std::size_t token) const;
@@ -65,6 +65,8 @@ private:
     bool _hasKeyword = false;       // of the line being read
     bool _isFamily = false;         // its texts stand behind "@" without quotes
     std::size_t _innermost = kNone; // block
+    std::vector<Value> _values;     // of the line being read
+    std::vector<Fault> _faults;     // of the line being read
 };
 
 } // namespace typdescriptor::gsdfile
