@@ -4,8 +4,11 @@
 // two bit numbers and a value; the answer.
 
 #include "fuzz/property.h"
-#include "tools/diagnosis.h"
-#include "tools/latin1.h"
+#include "host/diagnosis.h"
+#include "host/hexBytes.h"
+#include "host/jsonValues.h"
+#include "host/text.h"
+#include "tools/diagnosisText.h"
 #include "tools/reportJson.h"
 
 #include <nlohmann/json.hpp>
@@ -16,6 +19,8 @@
 #include <filesystem>
 #include <string>
 #include <vector>
+
+using namespace typdescriptor;
 
 namespace {
 
@@ -68,9 +73,9 @@ void addText(Device& device, Input& input)
     const unsigned first = bits & 7U;
     const unsigned last = std::max(first, bits >> 3U & 7U);
     if ((bits & 0x80U) != 0)
-        device.bitTexts.push_back({byte, first, "set", value == 0 ? "" : "clear"});
+        device.diagnosisTexts.bits.push_back({byte, first, "set", value == 0 ? "" : "clear", {}, {}});
     else
-        device.areaTexts.push_back({byte, first, last, {{value, "value"}}});
+        device.diagnosisTexts.areas.push_back({byte, first, last, {{value, "value", {}}}});
 }
 
 void requireWholeExplanation(const Diagnosis& diagnosis, const Bytes& answer)
@@ -83,7 +88,8 @@ void requireWholeExplanation(const Diagnosis& diagnosis, const Bytes& answer)
         offset += block.bytes.size();
         for (const DeviceEntry& entry : block.device)
             require(entry.byte >= 1 && entry.byte < block.bytes.size() && entry.firstBit <= entry.lastBit &&
-                        entry.lastBit < 8 && entry.value < 1U << (entry.lastBit - entry.firstBit + 1),
+                        entry.byte + entry.lastBit / 8 < block.bytes.size() &&
+                        entry.value < 1U << (entry.lastBit - entry.firstBit + 1),
                     "what is said about a byte is about its bits");
     }
     require(!diagnosis.problems.empty() || offset == answer.size(), "what is not explained is named");

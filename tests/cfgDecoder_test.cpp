@@ -5,8 +5,8 @@
 
 #include "descriptor/resultCodes.h"
 #include "generator/splitConfig.h"
+#include "host/identifier.h"
 #include "tests/caseTable.h"
-#include "tools/configIdentifier.h"
 
 #include <gtest/gtest.h>
 
@@ -118,7 +118,7 @@ std::string side(unsigned length, unsigned word, unsigned consistency)
 {
     return std::to_string(length) + ' ' + std::to_string(word) + ' ' + std::to_string(consistency / 2) + ' ';
 }
-std::string side(const std::optional<IoData>& data)
+std::string side(const std::optional<typdescriptor::IoData>& data)
 {
     return data ? side(data->bytes(), data->inWords ? 1 : 0, data->isConsistent ? 2 : 0) : "- ";
 }
@@ -131,7 +131,7 @@ TEST(IdentifierDecoding, TheToolSaysTheSame)
         preset.identifier = static_cast<std::uint8_t>(first);
         preset.lengthByte1 = static_cast<std::int8_t>(format == 7 ? output : input);
         preset.lengthByte2 = static_cast<std::int8_t>(output);
-        const Identifier tool = decodeIdentifier(preset);
+        const typdescriptor::Identifier tool = typdescriptor::decodeIdentifier(preset);
         CFG_IDENT_INFO info;
         ASSERT_EQ(decodeIdentifier(format << 16 | (format < 6 ? first : output << 8 | input), info), 0);
         const bool hasInput = (info.direction & 1U) != 0;

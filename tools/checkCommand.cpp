@@ -1,11 +1,11 @@
 // typdesc check: says what is wrong with files and with folders full of them, and mends what is safe.
 
+#include "host/text.h"
 #include "tools/baseline.h"
 #include "tools/commands.h"
 #include "tools/displayText.h"
 #include "tools/exitStatus.h"
 #include "tools/fileBytes.h"
-#include "tools/latin1.h"
 #include "tools/lineDiff.h"
 #include "tools/parallel.h"
 #include "tools/progress.h"
@@ -21,6 +21,8 @@
 #include <optional>
 #include <string>
 #include <vector>
+
+using namespace typdescriptor;
 
 namespace fs = std::filesystem;
 

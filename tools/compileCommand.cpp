@@ -13,6 +13,8 @@
 #include <memory>
 #include <string>
 
+using namespace typdescriptor;
+
 namespace {
 
 struct Options {

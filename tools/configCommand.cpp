@@ -1,8 +1,10 @@
 // typdesc config: the telegrams that a master needs for a device with chosen modules and parameters.
 
+#include "host/configuration.h"
+#include "host/jsonValues.h"
+#include "host/text.h"
 #include "tools/commands.h"
-#include "tools/configuration.h"
-#include "tools/latin1.h"
+#include "tools/configurationText.h"
 #include "tools/loadDevice.h"
 #include "tools/reportJson.h"
 #include "tools/terminal.h"
@@ -13,6 +15,8 @@
 #include <memory>
 #include <string>
 #include <vector>
+
+using namespace typdescriptor;
 
 namespace {
 
@@ -31,7 +35,7 @@ ExitStatus config(Options options)
     if (const ExitStatus status = loadDevice(options.file, device); status != kExitGood)
         return status;
     try {
-        const Configuration result = configure(device, options.slots, options.values);
+        const Configuration result = configure(device, planFromArguments(device, options.slots, options.values));
         print(options.isJson ? jsonText(configurationJson(result))
                              : configurationText(device, result, isColourWanted()));
         for (const std::string& problem : result.problems)

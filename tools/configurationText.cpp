@@ -1,25 +1,14 @@
-// A configuration as text, with a table of where each byte comes from, and as JSON.
+// A configuration as text, with a table of where each byte comes from.
 
-#include "tools/configuration.h"
-#include "tools/latin1.h"
+#include "tools/configurationText.h"
+
+#include "host/hexBytes.h"
+#include "host/text.h"
 #include "tools/terminal.h"
 
-#include <nlohmann/json.hpp>
-
-#include <array>
-
-using Json = nlohmann::ordered_json;
+using namespace typdescriptor;
 
 namespace {
-
-std::vector<std::uint8_t> valuesOf(const std::vector<TelegramByte>& telegram)
-{
-    std::vector<std::uint8_t> values;
-    values.reserve(telegram.size());
-    for (const TelegramByte& byte : telegram)
-        values.push_back(byte.value);
-    return values;
-}
 
 std::string telegramText(const std::string& name, const std::vector<TelegramByte>& telegram, bool inColour)
 {
@@ -32,14 +21,6 @@ std::string telegramText(const std::string& name, const std::vector<TelegramByte
         text += "  " + padded(std::to_string(i), kNumberWidth) + asHex({byte.value}) + "  " + slot + byte.source + '\n';
     }
     return text;
-}
-
-Json telegramJson(const std::vector<TelegramByte>& telegram)
-{
-    Json bytes = Json::array();
-    for (const TelegramByte& byte : telegram)
-        bytes.push_back({{"value", byte.value}, {"slot", byte.slot}, {"source", byte.source}});
-    return {{"hex", asHex(valuesOf(telegram))}, {"bytes", bytes}};
 }
 
 std::string slotsText(const Configuration& configuration)
@@ -70,22 +51,4 @@ std::string configurationText(const Device& device, const Configuration& configu
         text += "  note: " + note + '\n';
     return text + telegramText("User parameter data", configuration.userParameters, inColour) +
            telegramText("Configuration data", configuration.configuration, inColour);
-}
-
-Json configurationJson(const Configuration& configuration)
-{
-    constexpr std::array<const char*, 3> kOrigins = {"free", "preset", "chosen"};
-    Json slots = Json::array();
-    for (const Slot& slot : configuration.slots)
-        slots.push_back({{"slot", slots.size() + 1},
-                         {"name", slot.name},
-                         {"origin", kOrigins[slot.origin]},
-                         {"fixed", slot.isFixed}});
-    return {{"slots", slots},
-            {"inputBytes", configuration.inputBytes},
-            {"outputBytes", configuration.outputBytes},
-            {"userParameters", telegramJson(configuration.userParameters)},
-            {"configuration", telegramJson(configuration.configuration)},
-            {"notes", configuration.notes},
-            {"problems", configuration.problems}};
 }

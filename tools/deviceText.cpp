@@ -1,10 +1,13 @@
 #include "tools/deviceText.h"
 
-#include "tools/latin1.h"
+#include "host/hexBytes.h"
+#include "host/text.h"
 #include "tools/terminal.h"
 
 #include <array>
 #include <map>
+
+using namespace typdescriptor;
 
 namespace {
 
@@ -137,7 +140,7 @@ std::string modulesText(const Device& device)
     return text;
 }
 
-std::string valueInWords(const Parameter& parameter, long value)
+std::string valueInWords(const Parameter& parameter, std::int64_t value)
 {
     const std::string text = parameter.textOf(value);
     return text.empty() ? number(value) : number(value) + " (" + text + ')';
@@ -146,11 +149,11 @@ std::string valueInWords(const Parameter& parameter, long value)
 std::string parameterText(const Parameter& parameter)
 {
     std::string place = "byte " + number(parameter.byte);
-    if (parameter.byteCount() == 2)
-        place = "bytes " + number(parameter.byte) + '-' + number(parameter.byte + 1);
+    if (parameter.byteCount() > 1)
+        place = "bytes " + number(parameter.byte) + '-' + number(parameter.byte + parameter.byteCount() - 1);
     std::string text = "  " + padded(parameter.name, 32) + ' ' + place + ", " + parameter.typeInWords() + ", default " +
-                       valueInWords(parameter, parameter.defaultValue) + ", range " + number(parameter.minimum) +
-                       " to " + number(parameter.maximum) + '\n';
+                       valueInWords(parameter, parameter.defaultValue) + ", range " + parameter.allowedInWords() +
+                       (parameter.isChangeable ? "\n" : ", not to be changed\n");
     for (const ValueText& value : parameter.texts)
         text += "      " + padded(number(value.value), 6) + ' ' + value.text + '\n';
     return text;
@@ -188,11 +191,11 @@ std::string blocksText(const Device& device)
 std::string diagnosticsText(const Device& device)
 {
     std::string text;
-    for (const BitText& bit : device.bitTexts) {
+    for (const BitText& bit : device.diagnosisTexts.bits) {
         const std::string place = "byte " + number(bit.byte) + " bit " + number(bit.bit);
         text += row(place + " set", bit.set) + row(place + " clear", bit.clear);
     }
-    for (const AreaText& area : device.areaTexts) {
+    for (const AreaText& area : device.diagnosisTexts.areas) {
         text += "  byte " + number(area.byte) + " bits " + number(area.firstBit) + '-' + number(area.lastBit) + '\n';
         for (const ValueText& value : area.texts)
             text += "      " + padded(number(value.value), 6) + ' ' + value.text + '\n';
@@ -235,18 +238,6 @@ constexpr std::array<Section, 10> kSections = {
 };
 
 } // namespace
-
-const std::vector<std::string>& sectionNames()
-{
-    static const std::vector<std::string> names = [] {
-        std::vector<std::string> list;
-        list.reserve(kSections.size());
-        for (const Section& section : kSections)
-            list.emplace_back(section.name);
-        return list;
-    }();
-    return names;
-}
 
 std::string sectionText(const Device& device, const std::string& section, bool inColour)
 {

@@ -1,55 +1,165 @@
-// typdesc diag: explains a slave's diagnostic answer with the texts of its device.
+// typdesc diag: explains a slave's diagnostic answers with the texts of its device.
 
 #include "tools/commands.h"
-#include "tools/diagnosis.h"
+#include "tools/diagnosisText.h"
 #include "tools/loadDevice.h"
 #include "tools/reportJson.h"
 #include "tools/terminal.h"
 
-#include <nlohmann/json.hpp>
+#include "host/hexBytes.h"
+#include "host/jsonValues.h"
 
+#include <algorithm>
+#include <fstream>
+#include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
 
+using namespace typdescriptor;
+
 namespace {
+
+using Bytes = std::vector<std::uint8_t>;
 
 struct Options {
     std::string file;
     std::vector<std::string> hex;
+    std::string capture;
+    bool isDpv1 = false;
+    bool isNotDpv1 = false;
     bool isJson = false;
 };
 
-ExitStatus diag(const Options& options)
+struct Answer {
+    std::string name; // for messages
+    long line = 0;    // in a capture; 0 when it was given as an argument
+    Bytes bytes;
+};
+
+/// @return whether the words are bytes, and there are any
+bool readAnswer(const std::string& name, long line, const std::vector<std::string>& words, std::vector<Answer>& answers)
 {
     std::string wrong;
-    const auto telegram = parseHexBytes(options.hex, wrong);
-    if (!telegram) {
+    const auto bytes = parseHexBytes(words, wrong);
+    if (!bytes) {
         const bool isOdd =
             wrong.size() % 2 != 0 && wrong.find_first_not_of("0123456789abcdefABCDEFxX") == std::string::npos;
-        reportProblem(wrong, isOdd ? "has an odd number of hexadecimal digits" : "is not hexadecimal bytes");
-        return kExitUnusable;
+        reportProblem(line == 0 ? wrong : name + ": " + wrong,
+                      isOdd ? "has an odd number of hexadecimal digits" : "is not hexadecimal bytes");
+        return false;
     }
+    if (bytes->empty() && line == 0) {
+        reportProblem(name, "is empty");
+        return false;
+    }
+    if (!bytes->empty())
+        answers.push_back({name, line, *bytes});
+    return true;
+}
+
+/// One answer a line; what follows a "#" is a comment.
+bool readCapture(const std::string& file, std::istream& stream, std::vector<Answer>& answers)
+{
+    long number = 0;
+    for (std::string line; std::getline(stream, line);) {
+        ++number;
+        line.erase(std::min(line.find('#'), line.size()));
+        if (!readAnswer(file + ':' + std::to_string(number), number, {line}, answers))
+            return false;
+    }
+    if (stream.bad()) {
+        reportProblem(file, "cannot be read");
+        return false;
+    }
+    if (answers.empty())
+        reportProblem(file, "holds no answer");
+    return !answers.empty();
+}
+
+bool readAnswers(const Options& options, std::vector<Answer>& answers)
+{
+    const bool isCapture = !options.capture.empty();
+    if (isCapture != options.hex.empty()) {
+        reportProblem("diag", isCapture ? "takes an answer or a capture, not both" : "needs an answer");
+        return false;
+    }
+    if (isCapture) {
+        std::ifstream stream(options.capture, std::ios::binary);
+        if (stream)
+            return readCapture(options.capture, stream, answers);
+        reportProblem(options.capture, "cannot be read");
+        return false;
+    }
+    if (options.hex.size() == 1 && options.hex.front() == "-")
+        return readCapture("standard input", std::cin, answers);
+    return readAnswer("diagnostic answer", 0, options.hex, answers);
+}
+
+void printAnswers(const Options& options, const std::vector<Answer>& answers, const std::vector<Diagnosis>& diagnoses)
+{
+    const bool isSingle = answers.front().line == 0;
+    nlohmann::ordered_json json = nlohmann::ordered_json::array();
+    std::string text;
+    for (std::size_t i = 0; i < answers.size(); ++i) {
+        if (options.isJson) {
+            nlohmann::ordered_json entry = diagnosisJson(diagnoses[i]);
+            if (!isSingle)
+                entry["line"] = answers[i].line;
+            json.push_back(std::move(entry));
+            continue;
+        }
+        if (!isSingle)
+            text += (text.empty() ? "" : "\n") + coloured(answers[i].name, Colour::kCyan, isColourWanted()) + "  " +
+                    asHex(answers[i].bytes) + '\n';
+        text += diagnosisText(diagnoses[i], isColourWanted());
+    }
+    if (options.isJson)
+        text = jsonText(isSingle ? json.front() : nlohmann::ordered_json{{"answers", json}});
+    print(text);
+}
+
+ExitStatus diag(const Options& options)
+{
+    std::vector<Answer> answers;
+    if (!readAnswers(options, answers))
+        return kExitUnusable;
     Device device;
     if (const ExitStatus status = loadDevice(options.file, device); status != kExitGood)
         return status;
-    const Diagnosis diagnosis = explainDiagnosis(device, *telegram);
-    print(options.isJson ? jsonText(diagnosisJson(diagnosis)) : diagnosisText(diagnosis, isColourWanted()));
-    for (const std::string& problem : diagnosis.problems)
-        reportProblem("diagnostic answer", problem);
-    return diagnosis.problems.empty() ? kExitGood : kExitFindings;
+    DiagnosisOptions how;
+    if (options.isDpv1 || options.isNotDpv1)
+        how.isDpv1 = options.isDpv1;
+    std::vector<Diagnosis> diagnoses;
+    diagnoses.reserve(answers.size());
+    for (const Answer& answer : answers)
+        diagnoses.push_back(explainDiagnosis(device, answer.bytes, how));
+    printAnswers(options, answers, diagnoses);
+    ExitStatus status = kExitGood;
+    for (std::size_t i = 0; i < answers.size(); ++i) {
+        for (const DiagnosisState& problem : diagnoses[i].problems) {
+            reportProblem(answers[i].name, problem.text);
+            status = kExitFindings;
+        }
+    }
+    return status;
 }
 
 } // namespace
 
 void addDiagCommand(CLI::App& app, int& status)
 {
-    CLI::App* command = app.add_subcommand("diag", "Explain a slave's diagnostic answer");
+    CLI::App* command = app.add_subcommand("diag", "Explain a slave's diagnostic answers");
     const auto options = std::make_shared<Options>();
     command->add_option("FILE", options->file, "GSD file or type file")->required();
-    command->add_option("HEX", options->hex, "the answer in hexadecimal bytes, together or apart")->required();
+    command->add_option("HEX", options->hex,
+                        "the answer in hexadecimal bytes, together or apart; - for standard input, an answer a line");
+    command->add_option("--capture", options->capture, "a file of answers, one a line, comments behind #");
+    CLI::Option* dpv1 = command->add_flag("--dpv1", options->isDpv1, "device-related blocks are alarms and status");
+    command->add_flag("--no-dpv1", options->isNotDpv1, "device-related blocks are the device's own bits")
+        ->excludes(dpv1);
     command->add_flag("--json", options->isJson, "as JSON");
-    command->footer("Exit status: 0 explained, 1 something is wrong with the answer or the file, 2 wrong usage or the\n"
+    command->footer("Exit status: 0 explained, 1 something is wrong with an answer or the file, 2 wrong usage or a\n"
                     "file cannot be read.\n"
                     "Example: typdesc diag DRIVE.GSE 080C00020C21 0201 8141A6");
     command->callback([options, &status] { status = diag(*options); });

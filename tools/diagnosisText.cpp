@@ -1,15 +1,15 @@
-// A diagnosis as text and as JSON.
+#include "tools/diagnosisText.h"
 
-#include "tools/diagnosis.h"
+#include "host/hexBytes.h"
 #include "tools/terminal.h"
-
-#include <nlohmann/json.hpp>
 
 #include <array>
 
-using Json = nlohmann::ordered_json;
+using namespace typdescriptor;
 
 namespace {
+
+constexpr const char* kNoText = "(the device has no text for it)";
 
 std::string number(std::size_t value)
 {
@@ -19,87 +19,136 @@ std::string number(std::size_t value)
 std::string stationText(const StationStatus& station)
 {
     std::string text;
-    for (const std::string& state : station.states)
-        text += "  " + state + '\n';
+    for (const DiagnosisState& state : station.states)
+        text += "  " + state.text + '\n';
     if (station.states.empty())
         text += "  no state is set\n";
+    if (!station.isPresent)
+        return text;
     text += "  master: " + (station.master ? "address " + number(*station.master) : "none") + '\n';
     if (station.identNumber)
         text += "  ident number: " + hexWord(*station.identNumber) + '\n';
     return text;
 }
 
-std::string deviceEntryText(const DeviceEntry& entry)
+std::string helpText(const std::string& help)
 {
-    std::string text = "  byte " + number(entry.byte);
-    if (entry.firstBit == entry.lastBit)
-        text += " bit " + number(entry.firstBit) + (entry.value != 0 ? " set: " : " clear: ");
-    else
-        text += " bits " + number(entry.firstBit) + '-' + number(entry.lastBit) + " = " + number(entry.value) + ": ";
-    return text + (entry.text.empty() ? "(the device has no text for it)" : entry.text) + '\n';
+    return help.empty() ? "" : "      " + help + '\n';
 }
 
-/// Identifiers count from 0 on the wire; the place of the module counts from 1.
-std::string identifierText(unsigned identifier)
+std::string deviceText(const std::vector<DeviceEntry>& entries)
 {
-    return "identifier " + number(identifier) + " (place " + number(identifier + 1) + ')';
+    std::string text;
+    for (const DeviceEntry& entry : entries) {
+        text += "  byte " + number(entry.byte);
+        if (entry.firstBit == entry.lastBit)
+            text += " bit " + number(entry.firstBit) + (entry.value != 0 ? " set: " : " clear: ");
+        else
+            text +=
+                " bits " + number(entry.firstBit) + '-' + number(entry.lastBit) + " = " + number(entry.value) + ": ";
+        text += (entry.text.empty() ? kNoText : entry.text) + '\n' + helpText(entry.help);
+    }
+    return text;
+}
+
+/// Identifiers count from 0 on the wire, places and slots from 1.
+std::string placeText(const IdentifierPlace& place)
+{
+    std::string text = "identifier " + number(place.identifier);
+    if (place.slot == 0)
+        return text + " (place " + number(place.identifier + 1) + ')';
+    return text + " (slot " + number(place.slot) + ", " + place.module + ')';
+}
+
+std::string slotText(unsigned slot, const std::string& module)
+{
+    if (slot == 0)
+        return "the station";
+    return "slot " + number(slot) + (module.empty() ? "" : " (" + module + ')');
 }
 
 std::string channelText(const ChannelEntry& entry)
 {
-    std::string text = "  " + identifierText(entry.identifier) + ", channel " + number(entry.channel);
-    if (*entry.direction != '\0')
-        text += std::string(", ") + entry.direction;
-    if (*entry.unit != '\0')
-        text += std::string(", ") + entry.unit;
-    text += ": " + (entry.text.empty() ? "(the device has no text for it)" : entry.text);
-    return text + " (error type " + number(entry.errorType) + ")\n";
+    return "  " + placeText(entry.place) + ", channel " + number(entry.channel) + ", " + entry.direction + ", " +
+           entry.unit + ": " + (entry.text.empty() ? kNoText : entry.text) + " (error type " + number(entry.errorType) +
+           ")\n" + helpText(entry.help);
+}
+
+std::string dpv1Text(const Dpv1Entry& entry)
+{
+    std::string text =
+        "  " + entry.text + " (type " + number(entry.type) + ") of " + slotText(entry.slot, entry.module);
+    if (entry.specifier != "none")
+        text += ": " + entry.specifierText;
+    if (entry.sequence)
+        text += ", sequence number " + number(*entry.sequence);
+    if (entry.wantsAcknowledgement)
+        text += ", waits for an acknowledgement of its own";
+    return text + '\n';
+}
+
+std::string userDataText(const DiagnosisBlock& block)
+{
+    const std::vector<std::uint8_t>& data = block.dpv1->userData;
+    return (data.empty() ? "" : "  data: " + asHex(data) + '\n') + deviceText(block.device);
+}
+
+std::string modulesText(const DiagnosisBlock& block)
+{
+    std::string text;
+    for (const ModuleState& state : block.modules)
+        text += "  " + slotText(state.slot, state.module) + ": " + state.text + '\n';
+    return text;
+}
+
+std::string linksText(const DiagnosisBlock& block)
+{
+    std::string text;
+    for (const LinkState& link : block.links)
+        text += "  publisher " + number(link.publisher) + (link.isActive ? ": active" : ": not active") +
+                (link.hasWrongLength ? ", wrong length\n" : "\n");
+    return text;
+}
+
+std::string identifiersText(const DiagnosisBlock& block)
+{
+    std::string text;
+    for (const IdentifierPlace& place : block.identifiers)
+        text += "  " + placeText(place) + " has a diagnosis\n";
+    return text.empty() ? "  no identifier has a diagnosis\n" : text;
 }
 
 std::string blockText(const DiagnosisBlock& block)
 {
-    std::string text;
     switch (block.kind) {
     case DiagnosisBlock::kDevice:
-        for (const DeviceEntry& entry : block.device)
-            text += deviceEntryText(entry);
-        return text.empty() ? "  nothing is set\n" : text;
+        return block.device.empty() ? "  nothing is set\n" : deviceText(block.device);
     case DiagnosisBlock::kIdentifier:
-        for (const unsigned identifier : block.identifiers)
-            text += "  " + identifierText(identifier) + " has a diagnosis\n";
-        return text.empty() ? "  no identifier has a diagnosis\n" : text;
+        return identifiersText(block);
     case DiagnosisBlock::kChannel:
         return block.channel ? channelText(*block.channel) : "";
-    default:
+    case DiagnosisBlock::kRevision:
         return "  revision " + number(block.revision) + '\n';
+    case DiagnosisBlock::kModuleStatus:
+        return modulesText(block);
+    case DiagnosisBlock::kLinkStatus:
+        return linksText(block);
+    default:
+        return block.dpv1 ? dpv1Text(*block.dpv1) + userDataText(block) : "";
     }
 }
 
-constexpr std::array<const char*, 4> kHeadings = {"Device-related diagnosis", "Identifier-related diagnosis",
-                                                  "Channel-related diagnosis", "Revision number"};
-constexpr std::array<const char*, 4> kKinds = {"device", "identifier", "channel", "revision"};
-
-Json blockJson(const DiagnosisBlock& block)
+const char* headingOf(DiagnosisBlock::Kind kind)
 {
-    Json json = {{"kind", kKinds[block.kind]}, {"offset", block.offset}, {"bytes", block.bytes}};
-    if (block.kind == DiagnosisBlock::kDevice) {
-        json["entries"] = Json::array();
-        for (const DeviceEntry& entry : block.device)
-            json["entries"].push_back({{"byte", entry.byte},
-                                       {"firstBit", entry.firstBit},
-                                       {"lastBit", entry.lastBit},
-                                       {"value", entry.value},
-                                       {"text", entry.text}});
-    }
-    if (block.kind == DiagnosisBlock::kIdentifier)
-        json["identifiers"] = block.identifiers;
-    if (block.kind == DiagnosisBlock::kRevision)
-        json["revision"] = block.revision;
-    if (block.channel)
-        json["channel"] = {{"identifier", block.channel->identifier}, {"channel", block.channel->channel},
-                           {"direction", block.channel->direction},   {"unit", block.channel->unit},
-                           {"errorType", block.channel->errorType},   {"text", block.channel->text}};
-    return json;
+    constexpr std::array<const char*, 8> kHeadings = {"Device-related diagnosis",
+                                                      "Identifier-related diagnosis",
+                                                      "Channel-related diagnosis",
+                                                      "Revision number",
+                                                      "Alarm",
+                                                      "Status",
+                                                      "Module status",
+                                                      "Link status"};
+    return kHeadings[kind];
 }
 
 } // namespace
@@ -108,21 +157,9 @@ std::string diagnosisText(const Diagnosis& diagnosis, bool inColour)
 {
     std::string text = coloured("Station", Colour::kBold, inColour) + '\n' + stationText(diagnosis.station);
     for (const DiagnosisBlock& block : diagnosis.blocks)
-        text += coloured(kHeadings[block.kind], Colour::kBold, inColour) + "  [" + asHex(block.bytes) + "]\n" +
+        text += coloured(headingOf(block.kind), Colour::kBold, inColour) + "  [" + asHex(block.bytes) + "]\n" +
                 blockText(block);
+    for (const DiagnosisState& note : diagnosis.notes)
+        text += "note: " + note.text + '\n';
     return text;
-}
-
-Json diagnosisJson(const Diagnosis& diagnosis)
-{
-    const StationStatus& station = diagnosis.station;
-    Json blocks = Json::array();
-    for (const DiagnosisBlock& block : diagnosis.blocks)
-        blocks.push_back(blockJson(block));
-    return {{"station",
-             {{"states", station.states},
-              {"master", station.master ? Json(*station.master) : Json()},
-              {"identNumber", station.identNumber ? Json(*station.identNumber) : Json()}}},
-            {"blocks", blocks},
-            {"problems", diagnosis.problems}};
 }

@@ -1,9 +1,11 @@
 #include "tools/displayText.h"
 
-#include "tools/latin1.h"
+#include "host/text.h"
 
 #include <algorithm>
 #include <iterator>
+
+using namespace typdescriptor;
 
 namespace {
 

@@ -1,10 +1,13 @@
 #include "tools/loadDevice.h"
 
+#include "host/gsdFacts.h"
 #include "tools/fileBytes.h"
 #include "tools/reportText.h"
 #include "tools/terminal.h"
 
 #include <iostream>
+
+using namespace typdescriptor;
 
 FileReport refusalReport(const std::string& file, int code)
 {
@@ -32,5 +35,13 @@ ExitStatus loadDevice(const std::string& file, Device& device)
         return kExitFindings;
     }
     device = readDevice(descriptor);
+    if (device.isFromGsd) {
+        std::string problem;
+        addGsdFacts(device, readFile(file, problem));
+        if (!problem.empty()) {
+            reportProblem(file, problem);
+            return kExitUnusable;
+        }
+    }
     return kExitGood;
 }

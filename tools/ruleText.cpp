@@ -1,6 +1,6 @@
 #include "tools/ruleText.h"
 
-#include "tools/latin1.h"
+#include "host/text.h"
 #include "tools/terminal.h"
 
 #include <algorithm>
@@ -10,6 +10,8 @@
 #include <sstream>
 #include <string_view>
 #include <utility>
+
+using namespace typdescriptor;
 
 namespace lint = typdescriptor::lint;
 

@@ -1,7 +1,7 @@
 // typdesc show: the device as a person wants to read it, or as JSON.
 
+#include "host/jsonValues.h"
 #include "tools/commands.h"
-#include "tools/deviceJson.h"
 #include "tools/deviceText.h"
 #include "tools/loadDevice.h"
 #include "tools/reportJson.h"
@@ -12,6 +12,8 @@
 #include <memory>
 #include <string>
 #include <vector>
+
+using namespace typdescriptor;
 
 namespace {
 

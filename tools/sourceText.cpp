@@ -1,9 +1,11 @@
 #include "tools/sourceText.h"
 
+#include "host/text.h"
 #include "tools/displayText.h"
-#include "tools/latin1.h"
 
 #include <algorithm>
+
+using namespace typdescriptor;
 
 namespace gsdfile = typdescriptor::gsdfile;
 namespace lint = typdescriptor::lint;

@@ -1,6 +1,6 @@
 #include "tools/terminal.h"
 
-#include "tools/latin1.h"
+#include "host/text.h"
 
 #include <array>
 #include <cstdlib>
@@ -8,6 +8,8 @@
 #include <langinfo.h>
 #include <locale.h>
 #include <unistd.h>
+
+using namespace typdescriptor;
 
 namespace {
 

@@ -1,11 +1,13 @@
-#include "tools/parameterValue.h"
+#include "host/parameterValue.h"
 
-#include "tools/latin1.h"
+#include "host/text.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <optional>
+
+namespace typdescriptor {
 
 namespace {
 
@@ -23,7 +25,7 @@ std::string quoted(const std::string& text)
 }
 
 /// A whole number, decimal or with 0x.
-std::optional<long> wholeNumber(const std::string& text)
+std::optional<std::int64_t> wholeNumber(const std::string& text)
 {
     constexpr const char* kDigits = "0123456789";
     const std::size_t sign = text.starts_with('-') || text.starts_with('+') ? 1 : 0;
@@ -32,7 +34,7 @@ std::optional<long> wholeNumber(const std::string& text)
         return std::nullopt;
     char* end = nullptr;
     errno = 0;
-    const long value = std::strtol(text.c_str(), &end, isHex ? 16 : 10);
+    const std::int64_t value = std::strtoll(text.c_str(), &end, isHex ? 16 : 10);
     if (errno != 0 || *end != '\0')
         return std::nullopt;
     return value;
@@ -95,28 +97,49 @@ std::string candidates(const std::vector<std::string>& names, const std::vector<
     return text + (indexes.size() > kMost ? ", ..." : "");
 }
 
-long largestOfType(const Parameter& parameter)
+std::int64_t largestOfType(const Parameter& parameter)
 {
-    return parameter.type == Parameter::kInt ? 32767 : (1L << parameter.bitCount) - 1;
+    const bool isAlwaysSigned =
+        parameter.isSigned() && parameter.type != Parameter::kByte && parameter.type != Parameter::kUint;
+    return (std::int64_t{1} << (parameter.bitCount - (isAlwaysSigned ? 1 : 0))) - 1;
 }
 
-long smallestOfType(const Parameter& parameter)
+std::int64_t smallestOfType(const Parameter& parameter)
 {
-    return parameter.isSigned() ? -(1L << (parameter.bitCount - 1)) : 0;
+    return parameter.isSigned() ? -(std::int64_t{1} << (parameter.bitCount - 1)) : 0;
+}
+
+/// What a person may set, values with their texts first.
+std::string allowedWithTexts(const Parameter& parameter)
+{
+    std::string words = parameter.allowedInWords();
+    std::string texts;
+    for (const ValueText& entry : parameter.texts) {
+        if (!entry.text.empty())
+            texts += (texts.empty() ? "" : ", ") + std::to_string(entry.value) + ' ' + entry.text;
+    }
+    return texts.empty() ? words : words + " (" + texts + ')';
 }
 
 } // namespace
 
-std::size_t chooseName(const std::vector<std::string>& names, const std::string& wanted, const std::string& what)
+std::vector<std::size_t> namesFor(const std::vector<std::string>& names, const std::string& wanted)
 {
-    if (const auto number = wanted.starts_with('#') ? wholeNumber(wanted.substr(1)) : std::nullopt) {
-        if (*number < 1 || *number > static_cast<long>(names.size()))
-            throw ChoiceError(what + ' ' + wanted + " is not there: #1 to #" + std::to_string(names.size()) + " are");
-        return static_cast<std::size_t>(*number - 1);
+    if (const auto number = wanted.rfind('#', 0) == 0 ? wholeNumber(wanted.substr(1)) : std::nullopt) {
+        if (*number < 1 || *number > static_cast<std::int64_t>(names.size()))
+            return {};
+        return {static_cast<std::size_t>(*number - 1)};
     }
     std::vector<std::size_t> found = indexesOfWhole(names, wanted);
-    if (found.empty())
-        found = indexesOfBeginning(names, wanted);
+    return found.empty() ? indexesOfBeginning(names, wanted) : found;
+}
+
+std::size_t chooseName(const std::vector<std::string>& names, const std::string& wanted, const std::string& what)
+{
+    const std::vector<std::size_t> found = namesFor(names, wanted);
+    const bool isNumber = wanted.rfind('#', 0) == 0 && wholeNumber(wanted.substr(1));
+    if (found.empty() && isNumber)
+        throw ChoiceError(what + ' ' + wanted + " is not there: #1 to #" + std::to_string(names.size()) + " are");
     if (found.empty())
         throw ChoiceError(what + ' ' + quoted(wanted) + " is not there: there are " +
                           candidates(names, indexesOf(names, [](const std::string&) { return true; })));
@@ -125,35 +148,38 @@ std::size_t chooseName(const std::vector<std::string>& names, const std::string&
     return found.front();
 }
 
-long parseValue(const Parameter& parameter, const std::string& text, const std::string& what)
+std::int64_t parseValue(const Parameter& parameter, const std::string& text, const std::string& what)
 {
-    std::optional<long> value = wholeNumber(text);
+    std::optional<std::int64_t> value = wholeNumber(text);
     if (!value) {
         std::vector<std::string> texts;
         for (const ValueText& entry : parameter.texts)
             texts.push_back(entry.text);
         const std::vector<std::size_t> found = indexesOfWhole(texts, text);
         if (found.empty())
-            throw ChoiceError(what + ": " + quoted(text) + " is neither a number nor one of its value texts");
+            throw ChoiceError(what + ": " + quoted(text) +
+                              " is neither a number nor one of its value texts, allowed are " +
+                              allowedWithTexts(parameter));
         value = parameter.texts[found.front()].value;
         if (parameter.type == Parameter::kInt && *value > largestOfType(parameter))
-            *value -= 1L << parameter.bitCount; // texts of negative values are kept in 16 bits
+            *value -= std::int64_t{1} << parameter.bitCount; // texts of negative values are kept in 16 bits
     }
-    const long modulus = 1L << parameter.bitCount;
+    const std::int64_t modulus = std::int64_t{1} << parameter.bitCount;
     const bool isShortened = parameter.isSigned() && parameter.type != Parameter::kInt;
     if (isShortened && *value > parameter.maximum && *value < modulus)
         *value -= modulus; // typed as the byte in the telegram
-    const long least = std::max(parameter.minimum, smallestOfType(parameter));
-    const long most = std::min(parameter.maximum, largestOfType(parameter));
-    if (*value < least || *value > most)
-        throw ChoiceError(what + ": " + text + " is out of its range, " + std::to_string(least) + " to " +
-                          std::to_string(most));
+    const bool isInType = *value >= smallestOfType(parameter) && *value <= largestOfType(parameter);
+    if (!isInType || !parameter.allows(*value))
+        throw ChoiceError(what + ": " + text + " is out of its range, " + allowedWithTexts(parameter));
+    if (!parameter.isChangeable && *value != parameter.defaultValue)
+        throw ChoiceError(what + ": " + text + " cannot be set, the device fixes it at " +
+                          std::to_string(parameter.defaultValue));
     return *value;
 }
 
-bool putValue(const Parameter& parameter, long value, std::vector<std::uint8_t>& bytes)
+bool putValue(const Parameter& parameter, std::int64_t value, std::vector<std::uint8_t>& bytes)
 {
-    const auto number = static_cast<unsigned>(value & 0xFFFF);
+    const auto number = static_cast<std::uint32_t>(value);
     if (parameter.type != Parameter::kBit && parameter.type != Parameter::kBitGroup)
         return putNumber(number, parameter.byte, parameter.byteCount(), bytes);
     if (parameter.byte >= bytes.size())
@@ -164,7 +190,21 @@ bool putValue(const Parameter& parameter, long value, std::vector<std::uint8_t>&
     return true;
 }
 
-bool putNumber(unsigned value, unsigned byte, unsigned byteCount, std::vector<std::uint8_t>& bytes)
+std::optional<std::int64_t> valueIn(const Parameter& parameter, const std::vector<std::uint8_t>& bytes)
+{
+    if (parameter.byte + parameter.byteCount() > bytes.size())
+        return std::nullopt;
+    std::int64_t value = 0;
+    for (unsigned i = 0; i < parameter.byteCount(); ++i)
+        value = value * 256 + bytes[parameter.byte + i];
+    if (parameter.type == Parameter::kBit || parameter.type == Parameter::kBitGroup)
+        return value >> parameter.firstBit & ((std::int64_t{1} << parameter.bitCount) - 1);
+    if (parameter.isSigned() && value > std::max(parameter.maximum, (std::int64_t{1} << (parameter.bitCount - 1)) - 1))
+        value -= std::int64_t{1} << parameter.bitCount;
+    return value;
+}
+
+bool putNumber(std::uint32_t value, unsigned byte, unsigned byteCount, std::vector<std::uint8_t>& bytes)
 {
     if (byte + byteCount > bytes.size())
         return false;
@@ -172,3 +212,5 @@ bool putNumber(unsigned value, unsigned byte, unsigned byteCount, std::vector<st
         bytes[byte + i] = static_cast<std::uint8_t>(value >> 8 * (byteCount - 1 - i) & 0xFFU);
     return true;
 }
+
+} // namespace typdescriptor

@@ -1,10 +1,12 @@
-#include "tools/device.h"
+#include "host/device.h"
 
-#include "tools/latin1.h"
+#include "host/text.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+
+namespace typdescriptor {
 
 namespace {
 
@@ -76,19 +78,19 @@ void unwrapSigned(Parameter& parameter)
     const bool isUnsigned = parameter.type == Parameter::kByte || parameter.type == Parameter::kUint;
     if (!isUnsigned || parameter.minimum <= parameter.maximum)
         return;
-    const long modulus = 1L << parameter.bitCount;
+    const std::int64_t modulus = std::int64_t{1} << parameter.bitCount;
     parameter.minimum -= modulus;
     if (parameter.defaultValue > parameter.maximum)
         parameter.defaultValue -= modulus;
     for (ValueText& entry : parameter.texts) {
         if (entry.value > parameter.maximum) // kept in 16 bits whatever the type
-            entry.value = static_cast<int>((entry.value & (modulus - 1)) - modulus);
+            entry.value = (entry.value & (modulus - 1)) - modulus;
     }
 }
 
 ValueText readValueText(const PARA_HELPMESSAGE_TYPE& message)
 {
-    return {message.value, fromField(message.text)};
+    return {message.value, fromField(message.text), {}};
 }
 
 void readStationParameters(const cTypDescriptor& descriptor, Device& device)
@@ -200,8 +202,12 @@ void readBitTexts(const cTypDescriptor& descriptor, Device& device)
                 if (descriptor.getSlaveDiagMsg(high, low, bit, &message) != kOk)
                     continue;
                 found += message.setFound + message.clearFound;
-                device.bitTexts.push_back({static_cast<unsigned>(100 * high + low), static_cast<unsigned>(bit),
-                                           fromField(message.setText), fromField(message.clearText)});
+                device.diagnosisTexts.bits.push_back({static_cast<unsigned>(100 * high + low),
+                                                      static_cast<unsigned>(bit),
+                                                      fromField(message.setText),
+                                                      fromField(message.clearText),
+                                                      {},
+                                                      {}});
             }
         }
     }
@@ -213,13 +219,13 @@ void readAreaTexts(const cTypDescriptor& descriptor, Device& device)
         SLAVE_BGR_DIAG_TYPE message = {};
         descriptor.getSlaveBGrDiagMsg(i, &message);
         const unsigned byte = message.byteHigh * 100U + message.byteLow;
-        std::vector<AreaText>& areas = device.areaTexts;
+        std::vector<AreaText>& areas = device.diagnosisTexts.areas;
         auto area = std::find_if(areas.begin(), areas.end(), [&](const AreaText& known) {
             return known.byte == byte && known.firstBit == message.firstBit && known.lastBit == message.lastBit;
         });
         if (area == areas.end())
             area = areas.insert(areas.end(), {byte, message.firstBit, message.lastBit, {}});
-        area->texts.push_back({message.value, fromField(message.text)});
+        area->texts.push_back({message.value, fromField(message.text), {}});
     }
 }
 
@@ -230,7 +236,7 @@ void readChannelTexts(const cTypDescriptor& descriptor, Device& device)
     for (int type = kFirstType; type <= kLastType; ++type) {
         char text[kTextWidth + 1] = {};
         if (descriptor.getChannelDiagMsg(type, text) == kOk)
-            device.channelTexts.push_back({type, fromField(text)});
+            device.channelTexts.push_back({type, fromField(text), {}});
     }
 }
 
@@ -266,21 +272,74 @@ std::string Parameter::typeInWords() const
         return "bits " + std::to_string(firstBit) + '-' + std::to_string(firstBit + bitCount - 1);
     case kBinary:
         return "8 single bits";
-    case kInt:
-        return "signed 16 bit";
-    case kUint:
-        return isSigned() ? "signed 16 bit" : "unsigned 16 bit";
     default:
-        return isSigned() ? "signed 8 bit" : "unsigned 8 bit";
+        return (isSigned() ? "signed " : "unsigned ") + std::to_string(bitCount) + " bit";
     }
 }
 
-std::string Parameter::textOf(long value) const
+std::string Parameter::textOf(std::int64_t value) const
 {
-    const auto found = std::find_if(texts.begin(), texts.end(), [value](const ValueText& entry) {
-        return (entry.value & 0xFFFF) == (value & 0xFFFF); // texts of negative values are kept in 16 bits, too
+    // A type file keeps the texts of negative values in 16 bits, too.
+    const std::int64_t mask = bitCount > 16 ? 0xFFFFFFFF : 0xFFFF;
+    const auto found = std::find_if(texts.begin(), texts.end(), [value, mask](const ValueText& entry) {
+        return (entry.value & mask) == (value & mask);
     });
     return found == texts.end() ? std::string() : found->text;
+}
+
+bool Parameter::allows(std::int64_t value) const
+{
+    if (!allowed.empty())
+        return std::find(allowed.begin(), allowed.end(), value) != allowed.end();
+    return value >= minimum && value <= maximum;
+}
+
+std::string Parameter::allowedInWords() const
+{
+    if (allowed.empty())
+        return std::to_string(minimum) + " to " + std::to_string(maximum);
+    std::string words;
+    for (std::size_t i = 0; i < allowed.size(); ++i)
+        words += (i == 0 ? "" : i + 1 == allowed.size() ? " or " : ", ") + std::to_string(allowed[i]);
+    return words;
+}
+
+bool isSameArea(const ParameterArea& left, const ParameterArea& right)
+{
+    const auto isSame = [](const Parameter& one, const Parameter& other) {
+        const auto isSameText = [](const ValueText& text, const ValueText& otherText) {
+            return text.value == otherText.value && text.text == otherText.text;
+        };
+        return one.name == other.name && one.type == other.type && one.byte == other.byte &&
+               one.firstBit == other.firstBit && one.bitCount == other.bitCount &&
+               one.defaultValue == other.defaultValue && one.minimum == other.minimum && one.maximum == other.maximum &&
+               one.allowed == other.allowed && one.isChangeable == other.isChangeable &&
+               one.isVisible == other.isVisible &&
+               std::equal(one.texts.begin(), one.texts.end(), other.texts.begin(), other.texts.end(), isSameText);
+    };
+    const auto isSameField = [](const SlotNumberField& field, const SlotNumberField& other) {
+        return field.byte == other.byte && field.byteCount == other.byteCount;
+    };
+    return left.bytes == right.bytes &&
+           std::equal(left.parameters.begin(), left.parameters.end(), right.parameters.begin(), right.parameters.end(),
+                      isSame) &&
+           std::equal(left.slotNumbers.begin(), left.slotNumbers.end(), right.slotNumbers.begin(),
+                      right.slotNumbers.end(), isSameField);
+}
+
+bool SlotRule::allows(unsigned reference) const
+{
+    return std::any_of(allowed.begin(), allowed.end(), [reference](const References& range) {
+        return reference >= range.first && reference <= range.last;
+    });
+}
+
+unsigned Device::slotCount() const
+{
+    const auto preset = static_cast<unsigned>(presetSlots.size());
+    if (gsd && gsd->maxModule)
+        return std::max(*gsd->maxModule, preset);
+    return std::max(static_cast<unsigned>(std::max(data.maxModule, 0)), preset);
 }
 
 unsigned Device::parameterBudget() const
@@ -343,13 +402,19 @@ const std::vector<FeatureName>& featureNames()
 
 std::vector<std::string> baudRates(const Device& device)
 {
-    static constexpr std::array<const char*, 10> kRates = {
-        "9.6 kbit/s", "19.2 kbit/s", "93.75 kbit/s", "187.5 kbit/s", "500 kbit/s", "31.25 or 45.45 kbit/s",
-        "1.5 Mbit/s", "3 Mbit/s",    "6 Mbit/s",     "12 Mbit/s"};
+    struct Rate {
+        unsigned bit;
+        const char* text;
+    };
+    static constexpr std::array kRates = {
+        Rate{0, "9.6 kbit/s"},   Rate{1, "19.2 kbit/s"},  Rate{5, "31.25 or 45.45 kbit/s"},
+        Rate{2, "93.75 kbit/s"}, Rate{3, "187.5 kbit/s"}, Rate{4, "500 kbit/s"},
+        Rate{6, "1.5 Mbit/s"},   Rate{7, "3 Mbit/s"},     Rate{8, "6 Mbit/s"},
+        Rate{9, "12 Mbit/s"}};
     std::vector<std::string> rates;
-    for (std::size_t bit = 0; bit < kRates.size(); ++bit) {
-        if ((device.data.baudRates >> bit & 1U) != 0)
-            rates.emplace_back(kRates[bit]);
+    for (const Rate& rate : kRates) {
+        if ((device.data.baudRates >> rate.bit & 1U) != 0)
+            rates.emplace_back(rate.text);
     }
     return rates;
 }
@@ -360,3 +425,5 @@ std::string chipName(const Device& device)
     const auto code = static_cast<std::size_t>(device.data.asicType);
     return code < kChips.size() && !device.isCategoryII ? kChips[code] : "";
 }
+
+} // namespace typdescriptor

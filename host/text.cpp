@@ -1,9 +1,12 @@
-#include "tools/latin1.h"
+#include "host/text.h"
 
 #include <algorithm>
 
+namespace typdescriptor {
+
 namespace {
 
+constexpr std::size_t kNameWidth = 30;                    // of the library's names
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD"; // U+FFFD
 
 unsigned char byteAt(std::string_view text, std::size_t i)
@@ -59,6 +62,30 @@ std::string fromLatin1(std::string_view text)
     return utf8;
 }
 
+std::string fromUtf8(std::string_view utf8)
+{
+    std::string text;
+    for (std::size_t i = 0; i < utf8.size(); ++i) {
+        const unsigned char c = byteAt(utf8, i);
+        if ((c < 0x20U && c != '\t') || c == 0x7FU)
+            text += kReplacement;
+        else
+            text += utf8[i];
+    }
+    return text;
+}
+
+bool isNameOf(const std::string& cutName, const std::string& text)
+{
+    const auto dense = [](std::string whole) {
+        std::erase(whole, ' ');
+        return whole;
+    };
+    const std::string left = dense(cutName);
+    const std::string right = dense(text);
+    return left == right || (characterCount(cutName) >= kNameWidth && right.compare(0, left.size(), left) == 0);
+}
+
 std::string toLatin1(std::string_view utf8)
 {
     std::string text;
@@ -111,3 +138,5 @@ bool isSameText(std::string_view left, std::string_view right)
     return std::equal(left.begin(), left.end(), right.begin(), right.end(),
                       [](char a, char b) { return lower(a) == lower(b); });
 }
+
+} // namespace typdescriptor

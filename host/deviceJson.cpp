@@ -1,25 +1,17 @@
-#include "tools/deviceJson.h"
+#include "host/jsonValues.h"
 
-#include "tools/latin1.h"
+#include "host/text.h"
 
 #include <nlohmann/json.hpp>
 
 #include <array>
 #include <utility>
 
+namespace typdescriptor {
+
 using Json = nlohmann::ordered_json;
 
 namespace {
-
-/// A list of anything, each item by its function.
-template <class List, class Function>
-Json listJson(const List& list, Function function)
-{
-    Json json = Json::array();
-    for (const auto& item : list)
-        json.push_back(function(item));
-    return json;
-}
 
 Json dataJson(const std::optional<IoData>& data)
 {
@@ -40,7 +32,7 @@ Json blockJson(int block)
 Json valueTextsJson(const std::vector<ValueText>& texts)
 {
     return listJson(texts, [](const ValueText& entry) -> Json {
-        return {{"value", entry.value}, {"text", entry.text}};
+        return {{"value", entry.value}, {"text", entry.text}, {"help", entry.help}};
     });
 }
 
@@ -108,6 +100,7 @@ Json slotsJson(const Device& device)
                           {"block", blockJson(slot.block)}});
     }
     return {{"offset", device.slotOffset},
+            {"count", device.slotCount()},
             {"kgpSlots", device.data.slotCount},
             {"numbering", numbering},
             {"preset", preset}};
@@ -142,7 +135,8 @@ Json modulesJson(const Device& device)
 
 const char* typeName(Parameter::Type type)
 {
-    constexpr std::array<const char*, 6> kNames = {"bit", "binary", "uint8", "int16", "uint16", "bitGroup"};
+    constexpr std::array<const char*, 9> kNames = {"bit",      "binary", "uint8", "int16", "uint16",
+                                                   "bitGroup", "int8",   "int32", "uint32"};
     return kNames[static_cast<std::size_t>(type)];
 }
 
@@ -156,6 +150,9 @@ Json parameterJson(const Parameter& parameter)
     json["default"] = parameter.defaultValue;
     json["minimum"] = parameter.minimum;
     json["maximum"] = parameter.maximum;
+    json["allowed"] = parameter.allowed;
+    json["changeable"] = parameter.isChangeable;
+    json["visible"] = parameter.isVisible;
     json["texts"] = valueTextsJson(parameter.texts);
     return json;
 }
@@ -187,7 +184,8 @@ Json blocksJson(const Device& device)
 Json diagnosticsJson(const Device& device)
 {
     const auto bit = [](const BitText& entry) -> Json {
-        return {{"byte", entry.byte}, {"bit", entry.bit}, {"set", entry.set}, {"clear", entry.clear}};
+        return {{"byte", entry.byte},   {"bit", entry.bit},         {"set", entry.set},
+                {"clear", entry.clear}, {"setHelp", entry.setHelp}, {"clearHelp", entry.clearHelp}};
     };
     const auto area = [](const AreaText& entry) -> Json {
         return {{"byte", entry.byte},
@@ -195,8 +193,8 @@ Json diagnosticsJson(const Device& device)
                 {"lastBit", entry.lastBit},
                 {"texts", valueTextsJson(entry.texts)}};
     };
-    return {{"bits", listJson(device.bitTexts, bit)},
-            {"areas", listJson(device.areaTexts, area)},
+    return {{"bits", listJson(device.diagnosisTexts.bits, bit)},
+            {"areas", listJson(device.diagnosisTexts.areas, area)},
             {"channelErrors", valueTextsJson(device.channelTexts)}};
 }
 
@@ -226,6 +224,18 @@ constexpr std::array<Section, 10> kSections = {
 
 } // namespace
 
+const std::vector<std::string>& sectionNames()
+{
+    static const std::vector<std::string> names = [] {
+        std::vector<std::string> list;
+        list.reserve(kSections.size());
+        for (const Section& section : kSections)
+            list.emplace_back(section.name);
+        return list;
+    }();
+    return names;
+}
+
 Json sectionJson(const Device& device, const std::string& section)
 {
     for (const Section& candidate : kSections) {
@@ -245,3 +255,5 @@ Json identifierJson(const Identifier& identifier)
             {"manufacturerBytes", identifier.manufacturerBytes},
             {"text", inWords(identifier)}};
 }
+
+} // namespace typdescriptor

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+namespace typdescriptor {
+
 /// A text field of the library as UTF-8: up to its NUL or its width, without the blanks that pad it. Control characters
 /// become U+FFFD, since a device's text must not steer the terminal.
 std::string fromField(const char* field, std::size_t width);
@@ -16,6 +18,10 @@ std::string fromField(const char (&field)[width])
 
 /// ISO 8859-1 as UTF-8. Tabs stay; every other control character becomes U+FFFD.
 std::string fromLatin1(std::string_view text);
+/// UTF-8 as it may be shown: tabs stay, every other control character becomes U+FFFD.
+std::string fromUtf8(std::string_view utf8);
+/// Whether a name that the library may have cut, or dropped blanks of, can be that of a text.
+bool isNameOf(const std::string& cutName, const std::string& text);
 /// UTF-8 as ISO 8859-1; '?' stands for what it does not have.
 std::string toLatin1(std::string_view utf8);
 /// An argument of the command line as UTF-8: what is not UTF-8 is taken as ISO 8859-1.
@@ -28,3 +34,5 @@ std::size_t characterCount(std::string_view utf8);
 std::string padded(const std::string& utf8, std::size_t width);
 /// Whether two UTF-8 texts are the same but for the case of the letters A to Z.
 bool isSameText(std::string_view left, std::string_view right);
+
+} // namespace typdescriptor

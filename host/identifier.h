@@ -5,12 +5,16 @@
 
 #pragma once
 
+#include "host/export.h"
+
 #include "descriptor/cTypDescriptor.h"
 
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
+
+namespace typdescriptor {
 
 /// The data of one direction.
 struct IoData {
@@ -35,13 +39,10 @@ struct Identifier {
     unsigned outputBytes() const { return output ? output->bytes() : 0; }
 };
 
-Identifier decodeIdentifier(const CSLAVE_SLOT_PRESET_TYPE& preset);
+TYPDESCRIPTOR_HOST_API Identifier decodeIdentifier(const CSLAVE_SLOT_PRESET_TYPE& preset);
 
 /// "general", "special", ...
-const char* formatName(Identifier::Format format);
+TYPDESCRIPTOR_HOST_API const char* formatName(Identifier::Format format);
 /// For example "8 bytes input, consistent over the whole length; 2 words output, consistent word by word".
-std::string inWords(const Identifier& identifier);
-/// "0C 1F", for any bytes.
-std::string asHex(const std::vector<std::uint8_t>& bytes);
-/// "0x0C1F", for any word.
-std::string hexWord(unsigned value);
+TYPDESCRIPTOR_HOST_API std::string inWords(const Identifier& identifier);
+} // namespace typdescriptor

@@ -1,7 +1,12 @@
-#include "tools/configuration.h"
+#include "host/configuration.h"
+
+#include "host/hexBytes.h"
+#include "host/parameterValue.h"
 
 #include <algorithm>
 #include <set>
+
+namespace typdescriptor {
 
 namespace {
 
@@ -10,23 +15,6 @@ constexpr std::size_t kMostTelegramBytes = 244;
 std::string slotName(std::size_t number)
 {
     return "slot " + std::to_string(number);
-}
-
-/// The number ahead of a mark, and what follows the mark.
-struct Choice {
-    unsigned slot = 0;
-    std::string rest;
-};
-
-Choice splitChoice(const std::string& text, char mark, const std::string& form)
-{
-    constexpr std::size_t kMostDigits = 4;
-    const std::size_t end = text.find(mark);
-    const bool isNumber =
-        end != std::string::npos && end > 0 && end <= kMostDigits && text.find_first_not_of("0123456789") == end;
-    if (!isNumber)
-        throw ChoiceError('"' + text + "\": expected " + form);
-    return {static_cast<unsigned>(std::stoul(text.substr(0, end))), text.substr(end + 1)};
 }
 
 void refuseOtherStations(const Device& device)
@@ -80,24 +68,40 @@ Slot freeSlot()
     return slot;
 }
 
-void plugModules(const Device& device, const std::vector<std::string>& choices, Configuration& result)
+/// What the file's SlotDefinition allows in a slot.
+void checkSlotRule(const Device& device, unsigned slot, const Module& module, Configuration& result)
+{
+    if (!device.gsd)
+        return;
+    for (const SlotRule& rule : device.gsd->slots) {
+        if (rule.slot != slot || !module.reference || rule.allows(*module.reference))
+            continue;
+        std::string allowed;
+        for (const Module& other : device.modules) {
+            if (other.reference && rule.allows(*other.reference))
+                allowed += (allowed.empty() ? "" : ", ") + other.name;
+        }
+        result.problems.push_back(slotName(slot) + " does not take " + module.name + ", allowed are " + allowed);
+    }
+}
+
+void plugModules(const Device& device, const std::vector<ModuleChoice>& choices, Configuration& result)
 {
     std::vector<std::string> names;
     for (const Module& module : device.modules)
         names.push_back(module.name);
     const std::size_t preset = device.presetSlots.size();
-    const std::size_t most = std::max(static_cast<std::size_t>(std::max(device.data.maxModule, 0)), preset);
+    const std::size_t most = device.slotCount();
     std::set<unsigned> taken;
-    for (const std::string& text : choices) {
-        const Choice choice = splitChoice(text, '=', "N=MODULE");
+    for (const ModuleChoice& choice : choices) {
         const std::string what = slotName(choice.slot);
         if (choice.slot < 1 || choice.slot > most)
             throw ChoiceError(what + ": the device has slots 1 to " + std::to_string(most));
         if (!taken.insert(choice.slot).second)
             throw ChoiceError(what + " is given twice");
-        const Module& module = device.modules.empty()
-                                   ? throw ChoiceError(what + ": the device has no modules to choose from")
-                                   : device.modules[chooseName(names, choice.rest, what + ": module")];
+        if (device.modules.empty())
+            throw ChoiceError(what + ": the device has no modules to choose from");
+        const Module& module = device.modules[chooseName(names, choice.module, what + ": module")];
         if (choice.slot > result.slots.size())
             result.slots.resize(choice.slot, freeSlot());
         Slot& slot = result.slots[choice.slot - 1];
@@ -105,6 +109,7 @@ void plugModules(const Device& device, const std::vector<std::string>& choices, 
             result.problems.push_back(what + " is fixed: " + module.name + " cannot take the place of what is there");
         else
             slot = slotWith(device, module);
+        checkSlotRule(device, choice.slot, module, result);
     }
     for (std::size_t i = preset; i < result.slots.size(); ++i) {
         if (result.slots[i].origin == Slot::kFree)
@@ -130,9 +135,8 @@ struct ParameterPlace {
     const Parameter* parameter = nullptr;
 };
 
-/// Names may hold "=": the text is split at the first one that gives a name.
-ParameterPlace chooseParameter(const std::vector<ParameterArea*>& areas, const std::string& text,
-                               const std::string& what, std::string& value)
+ParameterPlace chooseParameter(const std::vector<ParameterArea*>& areas, const std::string& wanted,
+                               const std::string& what)
 {
     std::vector<ParameterPlace> places;
     std::vector<std::string> names;
@@ -144,31 +148,24 @@ ParameterPlace chooseParameter(const std::vector<ParameterArea*>& areas, const s
     }
     if (places.empty())
         throw ChoiceError(what + " has no parameters");
-    std::size_t mark = text.find('=');
-    if (mark == std::string::npos)
-        throw ChoiceError('"' + text + "\": expected SLOT:PARAM=VALUE");
-    for (;;) {
-        const std::size_t next = text.find('=', mark + 1);
-        value = text.substr(mark + 1);
-        try {
-            return places[chooseName(names, text.substr(0, mark), what + ": parameter")];
-        } catch (const ChoiceError&) {
-            if (next == std::string::npos)
-                throw;
-        }
-        mark = next;
-    }
+    return places[chooseName(names, wanted, what + ": parameter")];
 }
 
-void setValues(const std::vector<std::string>& choices, ParameterArea& station, Configuration& result)
+std::string ownerName(unsigned slot)
 {
-    for (const std::string& text : choices) {
-        const Choice choice = splitChoice(text, ':', "SLOT:PARAM=VALUE");
-        const std::string what = choice.slot == 0 ? "station" : slotName(choice.slot);
-        std::string value;
-        const ParameterPlace place = chooseParameter(areasOf(choice.slot, station, result), choice.rest, what, value);
+    return slot == 0 ? "station" : slotName(slot);
+}
+
+void setValues(const std::vector<ValueChoice>& choices, ParameterArea& station, Configuration& result)
+{
+    std::set<const Parameter*> taken;
+    for (const ValueChoice& choice : choices) {
+        const std::string what = ownerName(choice.slot);
+        const ParameterPlace place = chooseParameter(areasOf(choice.slot, station, result), choice.parameter, what);
         const std::string name = what + ": " + place.parameter->name;
-        if (!putValue(*place.parameter, parseValue(*place.parameter, value, name), place.area->bytes))
+        if (!taken.insert(place.parameter).second)
+            throw ChoiceError(name + " is set twice");
+        if (!putValue(*place.parameter, parseValue(*place.parameter, choice.value, name), place.area->bytes))
             throw ChoiceError(name + (choice.slot == 0 ? " lies behind the station's part of the parameters"
                                                        : " lies behind its block"));
     }
@@ -230,6 +227,77 @@ std::string roleOf(const Identifier& identifier, std::size_t byte)
     return "manufacturer's byte " + std::to_string(byte - position + 1);
 }
 
+/// Watchdog time as the product of two factors: the smallest that is not below what is wanted.
+struct WatchdogFactors {
+    unsigned first = 0;
+    unsigned second = 0;
+};
+
+WatchdogFactors watchdogFactors(unsigned units)
+{
+    constexpr unsigned kMost = 255;
+    WatchdogFactors best{kMost, kMost};
+    for (unsigned first = 1; first <= kMost; ++first) {
+        const unsigned second = (units + first - 1) / first;
+        if (second <= kMost && first * second < best.first * best.second)
+            best = {first, second};
+    }
+    return best;
+}
+
+/// Whether the user parameters of a DPV1 slave ask for a watchdog that counts in milliseconds.
+bool hasFastWatchdog(const Device& device, const ParameterArea& station)
+{
+    constexpr std::uint8_t kBase1ms = 0x04;
+    return device.isDpv1.value_or(false) && !station.bytes.empty() && (station.bytes[0] & kBase1ms) != 0;
+}
+
+void addWatchdog(const StandardParameters& standard, unsigned base, Configuration& result)
+{
+    constexpr unsigned kMostUnits = 255 * 255;
+    if (standard.watchdogMilliseconds > kMostUnits * base)
+        throw ChoiceError("watchdog: " + std::to_string(standard.watchdogMilliseconds) + " ms, allowed are 1 to " +
+                          std::to_string(kMostUnits * base) + " ms, or 0 for none");
+    WatchdogFactors factors;
+    if (standard.watchdogMilliseconds == 0) {
+        result.notes.emplace_back("the watchdog is off: outputs keep their values when the master falls silent");
+    } else {
+        factors = watchdogFactors((standard.watchdogMilliseconds + base - 1) / base);
+        const unsigned reached = factors.first * factors.second * base;
+        if (reached != standard.watchdogMilliseconds)
+            result.notes.push_back("the watchdog takes " + std::to_string(reached) + " ms: " +
+                                   std::to_string(standard.watchdogMilliseconds) + " ms is no product of its factors");
+    }
+    result.parameters.push_back({static_cast<std::uint8_t>(factors.first), 0, "watchdog factor 1"});
+    result.parameters.push_back({static_cast<std::uint8_t>(factors.second), 0, "watchdog factor 2"});
+}
+
+/// The seven bytes ahead of the user parameters.
+void addStandardPart(const Device& device, const StandardParameters& standard, unsigned watchdogBase,
+                     Configuration& result)
+{
+    constexpr unsigned kLeastMinTsdr = 11;
+    constexpr unsigned kMostByte = 255;
+    if (standard.minTsdr > kMostByte || (standard.minTsdr != 0 && standard.minTsdr < kLeastMinTsdr))
+        throw ChoiceError("min TSDR: " + std::to_string(standard.minTsdr) + ", allowed are 11 to 255 bit times, or 0");
+    if (standard.groups > kMostByte)
+        throw ChoiceError("groups: " + std::to_string(standard.groups) + ", allowed are 0 to 255");
+    if (standard.isSync && !device.has(kFeatureSyncMode))
+        result.problems.emplace_back("sync mode: the device does not support it");
+    if (standard.isFreeze && !device.has(kFeatureFreezeMode))
+        result.problems.emplace_back("freeze mode: the device does not support it");
+    const auto status =
+        static_cast<std::uint8_t>((standard.isLocked ? 0x80 : 0) | (standard.isSync ? 0x20 : 0) |
+                                  (standard.isFreeze ? 0x10 : 0) | (standard.watchdogMilliseconds != 0 ? 0x08 : 0));
+    const unsigned ident = device.header.identNumber;
+    result.parameters.push_back({status, 0, "station status: lock, sync, freeze, watchdog"});
+    addWatchdog(standard, watchdogBase, result);
+    result.parameters.push_back({static_cast<std::uint8_t>(standard.minTsdr), 0, "min TSDR"});
+    result.parameters.push_back({static_cast<std::uint8_t>(ident >> 8U), 0, "ident number, high byte"});
+    result.parameters.push_back({static_cast<std::uint8_t>(ident & 0xFFU), 0, "ident number, low byte"});
+    result.parameters.push_back({static_cast<std::uint8_t>(standard.groups), 0, "groups"});
+}
+
 void buildTelegrams(const ParameterArea& station, Configuration& result)
 {
     appendArea(station, 0, "station", result.userParameters);
@@ -246,6 +314,7 @@ void buildTelegrams(const ParameterArea& station, Configuration& result)
             result.outputBytes += identifier.outputBytes();
         }
     }
+    result.parameters.insert(result.parameters.end(), result.userParameters.begin(), result.userParameters.end());
 }
 
 void checkLimit(const std::string& what, std::size_t value, std::size_t most, Configuration& result)
@@ -275,17 +344,52 @@ void checkLimits(const Device& device, Configuration& result)
 
 } // namespace
 
-Configuration configure(const Device& device, const std::vector<std::string>& slots,
-                        const std::vector<std::string>& values)
+std::vector<std::uint8_t> valuesOf(const std::vector<TelegramByte>& telegram)
 {
+    std::vector<std::uint8_t> values;
+    values.reserve(telegram.size());
+    for (const TelegramByte& byte : telegram)
+        values.push_back(byte.value);
+    return values;
+}
+
+namespace {
+
+/// Whether a type file may have lost half of a parameter: it keeps those of 32 bits as if they had 16.
+bool mayBeShortened(const Device& device, const Configuration& result)
+{
+    const auto isWord = [](const Parameter& parameter) { return parameter.bitCount == 16; };
+    const auto hasWord = [&isWord](const ParameterArea& area) {
+        return std::any_of(area.parameters.begin(), area.parameters.end(), isWord);
+    };
+    return hasWord(device.parameters) || std::any_of(result.slots.begin(), result.slots.end(), [&](const Slot& slot) {
+               return std::any_of(slot.blocks.begin(), slot.blocks.end(), hasWord);
+           });
+}
+
+} // namespace
+
+Configuration configure(const Device& device, const Plan& plan)
+{
+    constexpr unsigned kUsualBase = 10; // milliseconds
     refuseOtherStations(device);
     Configuration result;
     result.slots = presetSlots(device);
-    plugModules(device, slots, result);
+    plugModules(device, plan.modules, result);
     ParameterArea station = device.parameters;
-    setValues(values, station, result);
+    setValues(plan.values, station, result);
     putSlotNumbers(result);
+    addStandardPart(device, plan.standard, hasFastWatchdog(device, station) ? 1 : kUsualBase, result);
     buildTelegrams(station, result);
     checkLimits(device, result);
+    if (device.gsd && device.gsd->hasSafetyParameters)
+        result.notes.emplace_back(
+            "the device has safety parameters (F_ keywords), which are not part of these telegrams");
+    if (!device.gsd && mayBeShortened(device, result))
+        result.notes.emplace_back(
+            "a type file keeps parameters of 32 bits in 16: where the GSD file has such ones, their "
+            "bytes are not these");
     return result;
 }
+
+} // namespace typdescriptor

@@ -1,6 +1,10 @@
-#include "tools/configIdentifier.h"
+#include "host/identifier.h"
+
+#include "host/hexBytes.h"
 
 #include <string_view>
+
+namespace typdescriptor {
 
 namespace {
 
@@ -145,22 +149,4 @@ std::string inWords(const Identifier& identifier)
     return words;
 }
 
-std::string asHex(const std::vector<std::uint8_t>& bytes)
-{
-    constexpr std::string_view kDigits = "0123456789ABCDEF";
-    std::string text;
-    for (const std::uint8_t byte : bytes) {
-        if (!text.empty())
-            text += ' ';
-        text += kDigits[byte >> 4U];
-        text += kDigits[byte & 0x0FU];
-    }
-    return text;
-}
-
-std::string hexWord(unsigned value)
-{
-    std::string digits = asHex({static_cast<std::uint8_t>(value >> 8U), static_cast<std::uint8_t>(value & 0xFFU)});
-    std::erase(digits, ' ');
-    return "0x" + digits;
-}
+} // namespace typdescriptor

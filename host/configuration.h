@@ -1,0 +1,60 @@
+// The two telegrams that a master needs to run a slave: its parameters (Set_Prm) and its configuration (Chk_Cfg).
+//
+// In: the device and what a person has decided (plan.h). Out: the bytes of both telegrams, each with where it comes from,
+// and what the device does not allow. The parameters are the seven standard bytes, then the user parameters: those of the
+// station, then the blocks of the plugged modules in slot order.
+
+#pragma once
+
+#include "host/device.h"
+#include "host/plan.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace typdescriptor {
+
+struct TelegramByte {
+    std::uint8_t value = 0;
+    unsigned slot = 0; // from 1; 0 for the station
+    std::string source;
+};
+
+/// The bytes alone.
+TYPDESCRIPTOR_HOST_API std::vector<std::uint8_t> valuesOf(const std::vector<TelegramByte>& telegram);
+
+/// A slot with what is in it. Slots count from 1, in the order of the telegrams.
+struct Slot {
+    enum Origin { kFree, kPreset, kChosen };
+
+    std::string name;
+    Origin origin = kFree;
+    bool isFixed = false;
+    std::vector<Identifier> identifiers;
+    std::vector<ParameterArea> blocks;
+};
+
+struct Configuration {
+    std::vector<Slot> slots;
+    std::vector<TelegramByte> parameters;     // Set_Prm, whole
+    std::vector<TelegramByte> userParameters; // of them, those behind the standard ones
+    std::vector<TelegramByte> configuration;  // Chk_Cfg
+    unsigned inputBytes = 0;
+    unsigned outputBytes = 0;
+    std::vector<std::string> notes;
+    std::vector<std::string> problems; // the telegrams are not what the device allows
+};
+
+/// A problem is what the device does not allow; the telegrams are made all the same.
+/// @throws ChoiceError  for a choice that cannot be understood, or a device without such telegrams
+TYPDESCRIPTOR_HOST_API Configuration configure(const Device& device, const Plan& plan);
+
+/// The choices of a command line. Names may hold "=" and ":" themselves.
+/// @param slots   "N=MODULE", one for each slot
+/// @param values  "SLOT:PARAM=VALUE"; slot 0 is the station
+/// @throws ChoiceError  for a text of another form, or a parameter that is not there
+TYPDESCRIPTOR_HOST_API Plan planFromArguments(const Device& device, const std::vector<std::string>& slots,
+                                              const std::vector<std::string>& values);
+
+} // namespace typdescriptor

@@ -1,0 +1,42 @@
+#include "host/hexBytes.h"
+#include "host/jsonValues.h"
+
+#include <nlohmann/json.hpp>
+
+#include <array>
+
+namespace typdescriptor {
+
+using Json = nlohmann::ordered_json;
+
+namespace {
+
+Json telegramJson(const std::vector<TelegramByte>& telegram)
+{
+    Json bytes = Json::array();
+    for (const TelegramByte& byte : telegram)
+        bytes.push_back({{"value", byte.value}, {"slot", byte.slot}, {"source", byte.source}});
+    return {{"hex", asHex(valuesOf(telegram))}, {"bytes", bytes}};
+}
+
+} // namespace
+
+Json configurationJson(const Configuration& configuration)
+{
+    constexpr std::array<const char*, 3> kOrigins = {"free", "preset", "chosen"};
+    Json slots = Json::array();
+    for (const Slot& slot : configuration.slots)
+        slots.push_back({{"slot", slots.size() + 1},
+                         {"name", slot.name},
+                         {"origin", kOrigins[slot.origin]},
+                         {"fixed", slot.isFixed}});
+    return {{"slots", slots},
+            {"inputBytes", configuration.inputBytes},
+            {"outputBytes", configuration.outputBytes},
+            {"userParameters", telegramJson(configuration.userParameters)},
+            {"configuration", telegramJson(configuration.configuration)},
+            {"notes", configuration.notes},
+            {"problems", configuration.problems}};
+}
+
+} // namespace typdescriptor
