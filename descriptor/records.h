@@ -9,6 +9,24 @@
 
 #include <stdint.h>
 
+#ifndef __cplusplus
+/* In C as well a record is named without "struct". */
+typedef struct GSD_WARNING_ITEM GSD_WARNING_ITEM;
+typedef struct SLAVE_TYPE_HEADER_INFO SLAVE_TYPE_HEADER_INFO;
+typedef struct SLAVE_TYPEDATA_TYPE SLAVE_TYPEDATA_TYPE;
+typedef struct CSLAVE_SLOT_PRESET_TYPE CSLAVE_SLOT_PRESET_TYPE;
+typedef struct MLFB_ITEM MLFB_ITEM;
+typedef struct LSK_ITEM LSK_ITEM;
+typedef struct SLOT_NUMBERING_TYPE SLOT_NUMBERING_TYPE;
+typedef struct SLAVE_DIAG_TYPE SLAVE_DIAG_TYPE;
+typedef struct SLAVE_BGR_DIAG_TYPE SLAVE_BGR_DIAG_TYPE;
+typedef struct KEYWORD_TYPE KEYWORD_TYPE;
+typedef struct _parastruct _parastruct;
+typedef struct PARA_HELPM_INFO PARA_HELPM_INFO;
+typedef struct PARA_HELPMESSAGE_TYPE PARA_HELPMESSAGE_TYPE;
+typedef struct TYPEFILE_COM_QX410 TYPEFILE_COM_QX410;
+#endif
+
 /// One warning of a GSD compilation, 8 bytes.
 struct GSD_WARNING_ITEM {
     int32_t code;        ///< -301 to -305

@@ -88,7 +88,7 @@ enum ResultCode {
 /// The sentence of a result code.
 /// @param code  any result of the library, warnings included
 /// @return one English sentence, never null; a static text, nothing is allocated
-inline const char* resultText(int code)
+static inline const char* resultText(int code)
 {
     switch (code) {
 #define TYPDESCRIPTOR_CASE(name, value, sentence)                                                                      \
