@@ -49,8 +49,9 @@ int readTypeFile(const char* fileName, Image& image)
     const auto size = static_cast<std::size_t>(length);
     image = clearedImage(size + 1);
     image.size = static_cast<std::uint32_t>(size);
-    const std::size_t read = std::fread(image.characters.get(), 1, size, file.get());
-    return read > 0 && std::ferror(file.get()) == 0 ? kOk : kErrFile;
+    // One more than there should be: where a long has 32 bits, the length of a file of 4 GiB and more is cut.
+    const std::size_t read = std::fread(image.characters.get(), 1, size + 1, file.get());
+    return read > 0 && read <= size && std::ferror(file.get()) == 0 ? kOk : kErrFile;
 }
 
 } // namespace typdescriptor::internal

@@ -55,7 +55,8 @@ int write(const TypeFile& file, const char* path, bool& isOpened)
     if (!target)
         return kErrWriteOpen;
     isOpened = true;
-    const bool isWritten = std::fwrite(contents.data(), 1, contents.size(), target.get()) == contents.size();
+    const bool isWritten = std::fwrite(contents.data(), 1, contents.size(), target.get()) == contents.size() &&
+                           std::fflush(target.get()) == 0; // a close that fails does not say everywhere why
     const bool isClosed = std::fclose(target.release()) == 0;
     return isWritten && isClosed ? kOk : kErrWrite;
 }
