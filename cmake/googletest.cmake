@@ -3,7 +3,11 @@ set(TYPDESCRIPTOR_GTEST_SOURCE "" CACHE PATH "Sources of GoogleTest; empty: the 
 if(TYPDESCRIPTOR_GTEST_SOURCE)
     set(INSTALL_GTEST OFF CACHE INTERNAL "")
     set(BUILD_GMOCK OFF CACHE INTERNAL "")
-    add_subdirectory(${TYPDESCRIPTOR_GTEST_SOURCE} googletest EXCLUDE_FROM_ALL)
+    block()
+        set(CMAKE_POLICY_DEFAULT_CMP0077 NEW)
+        set(BUILD_SHARED_LIBS OFF)
+        add_subdirectory(${TYPDESCRIPTOR_GTEST_SOURCE} googletest EXCLUDE_FROM_ALL)
+    endblock()
     target_compile_options(gtest PRIVATE -w) # its warnings are not ours to mend
     if(NOT TARGET GTest::gtest_main)
         add_library(GTest::gtest ALIAS gtest)

@@ -5,7 +5,12 @@
 #include <cstdlib>
 #include <new>
 
+#if defined(_WIN32)
+#include <malloc.h>
+#include <windows.h>
+#else
 #include <sys/mman.h>
+#endif
 
 namespace {
 
@@ -33,19 +38,48 @@ void failWhenDue()
     throw std::bad_alloc();
 }
 
+/// Zeroed memory, whole pages; null when there is none.
+char* newPages(std::size_t size)
+{
+#if defined(_WIN32)
+    return static_cast<char*>(VirtualAlloc(nullptr, size, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
+#else
+    void* const memory =
+        mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    return memory == MAP_FAILED ? nullptr : static_cast<char*>(memory);
+#endif
+}
+
+bool makeUnreadable(char* pages, std::size_t size)
+{
+#if defined(_WIN32)
+    DWORD before = 0;
+    return VirtualProtect(pages, size, PAGE_NOACCESS, &before) != 0;
+#else
+    return mprotect(pages, size, PROT_NONE) == 0;
+#endif
+}
+
+void* newAligned(std::size_t unit, std::size_t size)
+{
+#if defined(_WIN32)
+    return _aligned_malloc(size, unit);
+#else
+    return std::aligned_alloc(unit, (size + unit - 1) / unit * unit);
+#endif
+}
+
 /// Places for arrays, each with an unreadable page behind it.
 class Guarded {
 public:
     Guarded()
     {
-        void* const memory = mmap(nullptr, kPlaces * kDistance, PROT_READ | PROT_WRITE,
-                                  MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-        if (memory == MAP_FAILED)
+        start = newPages(kPlaces * kDistance);
+        if (start == nullptr)
             std::abort();
-        start = static_cast<char*>(memory);
         for (std::size_t i = 0; i < kPlaces; ++i) {
             free[i] = i;
-            if (mprotect(start + i * kDistance + kRoom, kDistance - kRoom, PROT_NONE) != 0)
+            if (!makeUnreadable(start + i * kDistance + kRoom, kDistance - kRoom))
                 std::abort();
         }
     }
@@ -87,6 +121,17 @@ void release(void* memory)
     --live;
     if (guarded == nullptr || !guarded->giveBack(memory))
         std::free(memory);
+}
+
+void releaseAligned(void* memory)
+{
+#if defined(_WIN32)
+    if (memory != nullptr)
+        --live;
+    _aligned_free(memory);
+#else
+    release(memory);
+#endif
 }
 
 } // namespace
@@ -139,8 +184,7 @@ void* operator new(std::size_t size)
 void* operator new(std::size_t size, std::align_val_t alignment)
 {
     failWhenDue();
-    const auto unit = static_cast<std::size_t>(alignment);
-    return counted(std::aligned_alloc(unit, (size + unit - 1) / unit * unit));
+    return counted(newAligned(static_cast<std::size_t>(alignment), size));
 }
 
 void* operator new[](std::size_t size)
@@ -165,12 +209,12 @@ void operator delete(void* memory, std::size_t) noexcept
 
 void operator delete(void* memory, std::align_val_t) noexcept
 {
-    release(memory);
+    releaseAligned(memory);
 }
 
 void operator delete(void* memory, std::size_t, std::align_val_t) noexcept
 {
-    release(memory);
+    releaseAligned(memory);
 }
 
 void operator delete[](void* memory) noexcept
