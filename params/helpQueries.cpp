@@ -3,8 +3,8 @@
 // The station's blocks were located by the check; a slot help block is parsed again on each query. The texts are copied
 // from the image.
 
-#include "params/helpBlock.h"
 #include "params/paramQueries.h"
+#include "typefile/helpBlock.h"
 #include "typefile/scan.h"
 
 #include <array>

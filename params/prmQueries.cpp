@@ -4,8 +4,8 @@
 // query.
 
 #include "params/paramQueries.h"
-#include "params/slotPrmBlock.h"
 #include "typefile/scan.h"
+#include "typefile/slotPrmBlock.h"
 
 #include <cstddef>
 #include <cstring>

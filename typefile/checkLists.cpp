@@ -3,11 +3,11 @@
 // In: the position of a group. Out: the list or the table of positions that the queries answer from, and the position
 // behind the group.
 
-#include "params/helpBlock.h"
-#include "params/slotPrmBlock.h"
 #include "typefile/format.h"
+#include "typefile/helpBlock.h"
 #include "typefile/recordParts.h"
 #include "typefile/scan.h"
+#include "typefile/slotPrmBlock.h"
 #include "typefile/typeFile.h"
 
 #include <algorithm>

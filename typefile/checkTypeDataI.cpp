@@ -3,7 +3,6 @@
 // In: type-data position 0. Out: the type-data record, the flags of the device and the positions and counts of its
 // groups, or the first code met. Every feature that a host cannot edit clears the changeable flag on the way.
 
-#include "params/userPrm.h"
 #include "typefile/format.h"
 #include "typefile/headerFlags.h"
 #include "typefile/scan.h"

@@ -105,6 +105,9 @@ int checkSlaveTypeDataCatII(Cursor p, TypeFile& file);
 /// What both categories begin with: a cleared record with the texts of the header.
 void startTypeData(TypeFile& file);
 
+/// The station's own user parameters.
+int checkUserPara(Cursor& p, TypeFile& file);
+
 /// The preset slots. Those given by order number stay empty, because the list that they point into comes later in the
 /// file; their numbers go to `numbers`.
 int checkPresetSlots(Cursor& p, TypeFile& file, std::vector<int>& numbers);

@@ -1,8 +1,8 @@
-#include "params/slotPrmBlock.h"
+#include "typefile/slotPrmBlock.h"
 
 #include "descriptor/resultCodes.h"
-#include "params/structuredPrm.h"
 #include "typefile/scan.h"
+#include "typefile/structuredPrm.h"
 
 #include <cstddef>
 

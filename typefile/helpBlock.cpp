@@ -1,4 +1,4 @@
-#include "params/helpBlock.h"
+#include "typefile/helpBlock.h"
 
 #include "typefile/scan.h"
 #include "typefile/typeFile.h"

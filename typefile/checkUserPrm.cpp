@@ -1,9 +1,11 @@
-#include "params/userPrm.h"
+// The check of the station's own user parameters: the preset bytes, the structured parameters that name fields inside
+// them, and the help blocks that name those fields' values.
 
-#include "params/helpBlock.h"
-#include "params/slotPrmBlock.h"
-#include "params/structuredPrm.h"
+#include "typefile/helpBlock.h"
 #include "typefile/scan.h"
+#include "typefile/slotPrmBlock.h"
+#include "typefile/structuredPrm.h"
+#include "typefile/typeFile.h"
 
 #include <cstddef>
 #include <cstdint>

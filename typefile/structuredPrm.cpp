@@ -5,7 +5,7 @@
 // area's bytes, so that a host that takes only the bytes has valid parameters. Bits share bytes, everything else has its
 // bytes for itself; the order of the records decides: a bit may be put into a byte that is taken already.
 
-#include "params/structuredPrm.h"
+#include "typefile/structuredPrm.h"
 
 #include "descriptor/resultCodes.h"
 #include "typefile/scan.h"
