@@ -61,7 +61,7 @@ void getSlaveDiagMsgPrivate(const TypeFile& file, int number, int bit, int sense
 int getSlaveDiagMsg(const TypeFile& file, int byteHigh, int byteLow, int bit, SLAVE_DIAG_TYPE* message)
 {
     *message = SLAVE_DIAG_TYPE();
-    if (!file.isLoaded)
+    if (file.deviceDiag.begin == nullptr)
         return kErrDeviceDiag;
     // Unsigned, since the host's numbers may be anything.
     const int number =
@@ -73,7 +73,7 @@ int getSlaveDiagMsg(const TypeFile& file, int byteHigh, int byteLow, int bit, SL
 
 int getSlaveBGrDiagMsg(const TypeFile& file, int index, SLAVE_BGR_DIAG_TYPE* message)
 {
-    if (!file.isLoaded || index >= file.deviceDiag.groupCount)
+    if (file.deviceDiag.begin == nullptr || index >= file.deviceDiag.groupCount)
         return kErrDeviceDiag;
     const char* entry = file.deviceDiag.begin + kGroupHead;
     int found = 0;
@@ -95,7 +95,7 @@ int getSlaveBGrDiagMsg(const TypeFile& file, int index, SLAVE_BGR_DIAG_TYPE* mes
 
 int getChannelDiagMsg(const TypeFile& file, int errorType, char* text)
 {
-    if (!file.isLoaded || file.channelDiag.begin == nullptr)
+    if (file.channelDiag.begin == nullptr)
         return kErrChannelDiag;
     const char* entry = file.channelDiag.begin + kGroupHead;
     for (int i = 0; i < file.channelDiag.count; ++i, entry += kChannelEntrySize) {

@@ -27,6 +27,7 @@ cTypDescriptor::cTypDescriptor(const char* fileName, int writeFlag, const char* 
     }
     madeFromGsd = isGsdFileName(fileName) ? 1 : 0;
     try {
+        typeFile = new TypeFile;
         Image buffer;
         if (madeFromGsd == 0)
             status = readTypeFile(fileName, buffer);

@@ -3,6 +3,7 @@
 #include "descriptor/cTypDescriptor.h"
 #include "descriptor/image.h"
 #include "generator/hostRecordImage.h"
+#include "typefile/typeFile.h"
 
 #include <new>
 
@@ -15,6 +16,7 @@ cTypDescriptor::cTypDescriptor(const TYPEFILE_COM_QX410* record)
         return;
     }
     try {
+        typeFile = new TypeFile;
         Image buffer = clearedImage(hostRecordImageSize(*record));
         image = buffer.characters.release();
         imageCapacity = buffer.capacity;

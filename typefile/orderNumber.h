@@ -6,7 +6,11 @@
 
 #pragma once
 
+#include "typefile/format.h"
+
+#include <array>
 #include <cstddef>
+#include <string_view>
 
 namespace typdescriptor::internal {
 
@@ -30,11 +34,14 @@ void copyCharacters(const TypeFile& file, std::size_t position, char* target, st
 /// Looks for the order number, as the last step of the check of a head line.
 void findOrderNumber(TypeFile& file);
 
-/// Copies the text up to its NUL, at most 30 characters: once closed, it runs on behind its ">".
-/// @return its length
-std::size_t copyOrderNumber(const TypeFile& file, char* text);
+using OrderNumberBuffer = std::array<char, kOrderNumberWidth>;
+
+/// The text of an order number that was found, up to its NUL; once closed, it runs on behind its ">".
+/// @param buffer  room for it
+std::string_view orderNumberText(const TypeFile& file, OrderNumberBuffer& buffer);
 
 /// Cuts the trailing blanks of an order number that is not closed, and copies it; see cTypDescriptor::getMLFBstring().
+/// @param file  loaded
 int getMLFBstring(TypeFile& file, char* text);
 
 /// Copies the type file as it is written: order number closed.

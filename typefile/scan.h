@@ -116,12 +116,12 @@ inline bool takeNumberRecord(Cursor& p, int& number)
 /// The head of a record group: its tag, a number and the terminator. A negative number is a malformed head.
 inline bool takeRecordHead(Cursor& p, std::string_view tag, int& number)
 {
-    if (!isText(p, tag))
+    Cursor behind = p + tag.size();
+    int count = 0;
+    if (!isText(p, tag) || !takeNumberRecord(behind, count) || count < 0)
         return false;
-    Cursor behindTag = p + tag.size();
-    if (numberAt(behindTag) < 0 || !takeNumberRecord(behindTag, number))
-        return false;
-    p = behindTag;
+    number = count;
+    p = behind;
     return true;
 }
 

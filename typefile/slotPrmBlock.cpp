@@ -27,7 +27,7 @@ SlotPrmBlock checkSlotParaBlock(int blockCount, Cursor position)
     if (!takeRecordHead(p, kTagUserPrmBytes, presetBytes) || presetBytes > length)
         return block;
     // Cleared, so that a host never sees what the memory held before in bytes that are not preset.
-    block.bytes.resize(static_cast<std::size_t>(length));
+    block.bytes.assign(static_cast<std::size_t>(length), 0);
     for (std::size_t i = 0; i < static_cast<std::size_t>(presetBytes); ++i) {
         if (!isHexByte(p) || !isTerminator(p + kHexByteDigits))
             return block;

@@ -128,4 +128,22 @@ int checkSPLinksInMLFBAndLSKList(TypeFile& file, const std::vector<int>& presetN
 /// The same for the preset slots: those given by order number become copies of their entries.
 int checkMLFBLinksInPoint36(TypeFile& file, const std::vector<int>& presetNumbers);
 
+/// An entry of a list by the index of a host; null outside the list.
+template <class Entry>
+const Entry* entryAt(const std::vector<Entry>& entries, int index)
+{
+    const auto position = static_cast<std::size_t>(index);
+    return position < entries.size() ? &entries[position] : nullptr;
+}
+
+/// Hands out an entry; in place of null a cleared one.
+template <class Entry>
+void copyOrClear(const Entry* entry, Entry& target)
+{
+    if (entry != nullptr)
+        target = *entry;
+    else
+        target = Entry();
+}
+
 } // namespace typdescriptor::internal
