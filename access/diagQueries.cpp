@@ -39,7 +39,7 @@ int byteHundreds(const char* entry)
 
 int byteRest(const char* entry)
 {
-    return numberAt(entry + kDiagByteNumber.position, kDiagByteNumber.width);
+    return numberAt(entry, kDiagByteNumber);
 }
 
 /// The first text of a bit for one sense of it.
@@ -86,7 +86,7 @@ int getSlaveBGrDiagMsg(const TypeFile& file, int index, SLAVE_BGR_DIAG_TYPE* mes
         message->byteLow = static_cast<uint8_t>(byteRest(entry));
         message->firstBit = static_cast<uint8_t>(firstBit);
         message->lastBit = static_cast<uint8_t>(firstBit + bitCount - 1);
-        message->value = static_cast<uint16_t>(numberAt(entry + diagGroup::kValue.position, diagGroup::kValue.width));
+        message->value = static_cast<uint16_t>(numberAt(entry, diagGroup::kValue));
         copyField(message->text, entry + diagGroup::kText.position);
         return kOk;
     }
@@ -99,7 +99,7 @@ int getChannelDiagMsg(const TypeFile& file, int errorType, char* text)
         return kErrChannelDiag;
     const char* entry = file.channelDiag.begin + kGroupHead;
     for (int i = 0; i < file.channelDiag.count; ++i, entry += kChannelEntrySize) {
-        if (numberAt(entry + channelError::kType.position, channelError::kType.width) != errorType)
+        if (numberAt(entry, channelError::kType) != errorType)
             continue;
         std::memcpy(text, entry + channelError::kText.position, channelError::kText.width);
         text[channelError::kText.width] = '\0';

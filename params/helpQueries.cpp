@@ -4,7 +4,6 @@
 // from the image.
 
 #include "params/paramQueries.h"
-#include "typefile/helpBlock.h"
 #include "typefile/scan.h"
 
 #include <array>
@@ -19,7 +18,7 @@ constexpr std::size_t kLineSize = helpLine::kLength + kTerminator.size();
 
 void readHelpLine(const char* line, PARA_HELPMESSAGE_TYPE& message)
 {
-    message.value = static_cast<uint16_t>(numberAt(line + helpLine::kValue.position, helpLine::kValue.width));
+    message.value = static_cast<uint16_t>(numberAt(line, helpLine::kValue));
     copyField(message.text, line + helpLine::kText.position);
 }
 

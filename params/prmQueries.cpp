@@ -4,8 +4,7 @@
 // query.
 
 #include "params/paramQueries.h"
-#include "typefile/scan.h"
-#include "typefile/slotPrmBlock.h"
+#include "typefile/parameters.h"
 
 #include <cstddef>
 #include <cstring>

@@ -4,7 +4,6 @@
 // everything that the queries answer from; or the first code met.
 
 #include "typefile/format.h"
-#include "typefile/headerFlags.h"
 #include "typefile/scan.h"
 #include "typefile/stationTypes.h"
 #include "typefile/typeFile.h"

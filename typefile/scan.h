@@ -77,6 +77,11 @@ constexpr int numberAt(const char* p, std::size_t digits = kNumberDigits)
     return negative ? -value : value;
 }
 
+constexpr int numberAt(const char* record, TextField field)
+{
+    return numberAt(record + field.position, field.width);
+}
+
 constexpr bool isWithin(int number, std::size_t first, std::size_t last)
 {
     return number >= 0 && static_cast<std::size_t>(number) >= first && static_cast<std::size_t>(number) <= last;
@@ -103,13 +108,22 @@ inline bool takeQuote(Cursor& p)
     return true;
 }
 
+/// A record of fixed length that was looked at, and the terminator.
+inline bool takeRecord(Cursor& p, std::size_t length)
+{
+    if (!isTerminator(p + length))
+        return false;
+    p += length + kTerminator.size();
+    return true;
+}
+
 /// A number and the terminator. The number may be negative.
 inline bool takeNumberRecord(Cursor& p, int& number)
 {
-    if (!isTerminator(p + kNumberDigits))
+    const Cursor digits = p;
+    if (!takeRecord(p, kNumberDigits))
         return false;
-    number = numberAt(p);
-    p += kNumberDigits + kTerminator.size();
+    number = numberAt(digits);
     return true;
 }
 

@@ -69,6 +69,7 @@ struct TypeFile {
 
     StructureCode presetCode;
     std::vector<MLFB_ITEM> presetSlots;
+    std::vector<int> presetNumbers; // of their order-number entries, where they are given so
     DiagGroup deviceDiag;
     DiagGroup channelDiag;
     char bitmapName[kBitmapName.width + 1] = {};
@@ -86,6 +87,9 @@ struct TypeFile {
     const char* end = nullptr; // of the type data
 
     Cursor headerPosition() const { return image + headLineLength; }
+    bool has(std::uint32_t feature) const { return (typeData.features & feature) != 0; }
+    /// For what may stand in it with which hosts cannot edit it.
+    void changeableOnlyIf(bool isEditable) { isChangeable = isChangeable && isEditable; }
 };
 
 /// Checks an image and fills `file` anew, but for what outlives a check.
@@ -108,9 +112,13 @@ void startTypeData(TypeFile& file);
 /// The station's own user parameters.
 int checkUserPara(Cursor& p, TypeFile& file);
 
+/// @param block  receives its number, the number of its lines and where they begin; its texts stay in the image
+/// @return 0 or kErrHelpBlock
+int checkHelpBlock(Cursor& p, HelpBlock& block);
+
 /// The preset slots. Those given by order number stay empty, because the list that they point into comes later in the
-/// file; their numbers go to `numbers`.
-int checkPresetSlots(Cursor& p, TypeFile& file, std::vector<int>& numbers);
+/// file.
+int checkPresetSlots(Cursor& p, TypeFile& file);
 /// One configuration identifier; `preset` is cleared first.
 int checkPresetSlot(Cursor& p, const TypeFile& file, CSLAVE_SLOT_PRESET_TYPE& preset);
 /// The identifier of a list entry and the quote behind it.
@@ -124,9 +132,9 @@ int checkSlaveTypeDataLSK(Cursor& p, TypeFile& file);
 int checkSlaveTypeDataSPT(Cursor& p, TypeFile& file);
 int checkSlaveTypeDataSPTHelp(Cursor& p, TypeFile& file);
 /// Every reference to a slot parameter block or to an order-number entry.
-int checkSPLinksInMLFBAndLSKList(TypeFile& file, const std::vector<int>& presetNumbers);
+int checkSPLinksInMLFBAndLSKList(TypeFile& file);
 /// The same for the preset slots: those given by order number become copies of their entries.
-int checkMLFBLinksInPoint36(TypeFile& file, const std::vector<int>& presetNumbers);
+int checkMLFBLinksInPoint36(TypeFile& file);
 
 /// An entry of a list by the index of a host; null outside the list.
 template <class Entry>
