@@ -2,16 +2,13 @@
 // image, whose entries the checks have counted and found well-formed.
 
 #include "access/queries.h"
-#include "typefile/scan.h"
 
-#include <cstddef>
 #include <cstring>
 
 namespace typdescriptor::internal {
 
 namespace {
 
-constexpr std::size_t kGroupHead = kTagDeviceDiag.size() + kNumberDigits + kTerminator.size();
 constexpr std::size_t kBitEntrySize = diagBit::kLength + kTerminator.size();
 constexpr std::size_t kGroupEntrySize = diagGroup::kLength + kTerminator.size();
 constexpr std::size_t kChannelEntrySize = channelError::kLength + kTerminator.size();
@@ -45,7 +42,7 @@ int byteRest(const char* entry)
 /// The first text of a bit for one sense of it.
 void getSlaveDiagMsgPrivate(const TypeFile& file, int number, int bit, int sense, SLAVE_DIAG_TYPE* message)
 {
-    const char* entry = file.deviceDiag.begin + kGroupHead;
+    const char* entry = file.deviceDiag.begin + kListHeadWidth;
     for (int i = 0; i < file.deviceDiag.count; ++i, entry = nextDeviceEntry(entry)) {
         if (isGroupEntry(entry) || byteHundreds(entry) * kByteNumberHundred + byteRest(entry) != number ||
             digitAt(entry + kDiagKind) != bit || digitAt(entry + diagBit::kValue) != sense)
@@ -75,7 +72,7 @@ int getSlaveBGrDiagMsg(const TypeFile& file, int index, SLAVE_BGR_DIAG_TYPE* mes
 {
     if (file.deviceDiag.begin == nullptr || index >= file.deviceDiag.groupCount)
         return kErrDeviceDiag;
-    const char* entry = file.deviceDiag.begin + kGroupHead;
+    const char* entry = file.deviceDiag.begin + kListHeadWidth;
     int found = 0;
     for (int i = 0; i < file.deviceDiag.count; ++i, entry = nextDeviceEntry(entry)) {
         if (!isGroupEntry(entry) || found++ != index)
@@ -97,7 +94,7 @@ int getChannelDiagMsg(const TypeFile& file, int errorType, char* text)
 {
     if (file.channelDiag.begin == nullptr)
         return kErrChannelDiag;
-    const char* entry = file.channelDiag.begin + kGroupHead;
+    const char* entry = file.channelDiag.begin + kListHeadWidth;
     for (int i = 0; i < file.channelDiag.count; ++i, entry += kChannelEntrySize) {
         if (numberAt(entry, channelError::kType) != errorType)
             continue;

@@ -1,7 +1,6 @@
 // Queries about the header and the type data: copies of what the checks have decoded.
 
 #include "access/queries.h"
-#include "typefile/scan.h"
 
 #include <cstring>
 #include <string_view>

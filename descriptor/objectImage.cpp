@@ -54,16 +54,15 @@ cTypDescriptor::cTypDescriptor(unsigned short size, char* data)
         Image buffer = clearedImage(size);
         image = buffer.characters.release();
         imageCapacity = buffer.capacity;
+        if (!hasTrailer)
+            return;
+        const std::size_t length = size - kTrailerSize;
+        std::memcpy(image, data, length);
+        madeFromGsd = wordAt(data + length);
+        gsdRevision = static_cast<int32_t>(wordAt(data + length + kWordSize));
     } catch (const std::bad_alloc&) {
         status = kErrFile;
-        return;
     }
-    if (!hasTrailer)
-        return;
-    const std::size_t length = size - kTrailerSize;
-    std::memcpy(image, data, length);
-    madeFromGsd = wordAt(data + length);
-    gsdRevision = static_cast<int32_t>(wordAt(data + length + kWordSize));
 }
 
 unsigned short cTypDescriptor::getDataSize() const

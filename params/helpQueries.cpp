@@ -4,11 +4,8 @@
 // from the image.
 
 #include "params/paramQueries.h"
-#include "typefile/scan.h"
 
 #include <array>
-#include <cstddef>
-#include <cstdint>
 
 namespace typdescriptor::internal {
 

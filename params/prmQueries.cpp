@@ -6,7 +6,6 @@
 #include "params/paramQueries.h"
 #include "typefile/parameters.h"
 
-#include <cstddef>
 #include <cstring>
 #include <new>
 #include <string_view>

@@ -3,12 +3,9 @@
 // In: the position of a group. Out: its number of entries and the position behind it. The texts stay in the image,
 // where the queries search them.
 
-#include "typefile/format.h"
-#include "typefile/scan.h"
 #include "typefile/typeFile.h"
 
 #include <array>
-#include <cstddef>
 
 namespace typdescriptor::internal {
 

@@ -3,7 +3,6 @@
 #include "typefile/typeFile.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <limits>
 
 namespace typdescriptor::internal {

@@ -5,14 +5,9 @@
 // their entries; and the certainty that every reference leads somewhere and that the blocks of one configuration fit
 // into the parameter telegram.
 
-#include "typefile/format.h"
-#include "typefile/recordParts.h"
-#include "typefile/scan.h"
 #include "typefile/typeFile.h"
 
-#include <cstddef>
 #include <cstring>
-#include <vector>
 
 namespace typdescriptor::internal {
 

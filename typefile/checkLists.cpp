@@ -3,15 +3,9 @@
 // In: the position of a group. Out: the list or the table of positions that the queries answer from, and the position
 // behind the group.
 
-#include "typefile/format.h"
 #include "typefile/parameters.h"
-#include "typefile/recordParts.h"
-#include "typefile/scan.h"
-#include "typefile/typeFile.h"
 
 #include <algorithm>
-#include <cstddef>
-#include <cstdint>
 
 namespace typdescriptor::internal {
 

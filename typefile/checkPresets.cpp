@@ -4,15 +4,10 @@
 // or the decoded identifier, and the position behind it. Preset slots given by order number stay empty here: the list
 // they point into comes later in the file.
 
-#include "typefile/format.h"
 #include "typefile/identifiers.h"
-#include "typefile/recordParts.h"
-#include "typefile/scan.h"
 #include "typefile/typeFile.h"
 
 #include <array>
-#include <cstddef>
-#include <cstdint>
 
 namespace typdescriptor::internal {
 

@@ -3,9 +3,6 @@
 // In: type-data position 0. Out: the type-data record, the flags of the device and the positions and counts of its
 // groups, or the first code met. Every feature that a host cannot edit clears the changeable flag on the way.
 
-#include "typefile/format.h"
-#include "typefile/scan.h"
-#include "typefile/stationTypes.h"
 #include "typefile/typeFile.h"
 
 #include <array>
@@ -25,7 +22,6 @@ constexpr int kProfileModules = 32;
 constexpr int kProfilePrmLen = 7;
 
 constexpr unsigned kMaxSlaveInterval = 999;
-constexpr int kBitsPerByte = 8;
 
 // What a DP/AS-i gateway must be.
 constexpr int kGatewayPresetSlots = 3;
@@ -34,6 +30,7 @@ constexpr int kGatewayModules = 4;
 constexpr int kGatewayPrmLen = 140;
 
 constexpr int kMaxResponseDelay = 100;
+constexpr int kBitsPerByte = 8;
 
 bool readAsicType(char c, int32_t& asicType)
 {

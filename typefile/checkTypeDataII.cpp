@@ -2,13 +2,9 @@
 //
 // In: type-data position 0. Out: the decoded fields, the diagnostic counts and where the type data ends.
 
-#include "typefile/format.h"
-#include "typefile/scan.h"
 #include "typefile/typeFile.h"
 
 #include <array>
-#include <cstddef>
-#include <cstdint>
 #include <string_view>
 
 namespace typdescriptor::internal {

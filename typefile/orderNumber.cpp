@@ -1,7 +1,5 @@
 #include "typefile/orderNumber.h"
 
-#include "typefile/format.h"
-#include "typefile/scan.h"
 #include "typefile/typeFile.h"
 
 #include <algorithm>

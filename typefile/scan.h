@@ -1,6 +1,13 @@
 // The one way in which checks and queries read an image: small steps over literal characters and numbers of fixed
 // width. A function named is... looks; one named take... also moves the cursor behind what it has read, and only when
-// it has seen it. imageSlack.h tells why none of them leaves the buffer.
+// it has seen it.
+//
+// Why none of them leaves an image. Every image buffer has room for at least kMinImageSize characters (a head line and a
+// converted version-3 header), and is followed by kImageSlack NUL characters that belong to the buffer but not to its
+// stated size. A check goes on to the next record only after it has seen the closing character of the last one, which is
+// not a NUL. So it never gets beyond the record that begins, at the latest, on the first character of the slack; and the
+// longest record (an order-number entry with a special-format identifier of 17 bytes, 109 characters) is far shorter
+// than the slack.
 
 #pragma once
 
@@ -11,6 +18,8 @@
 #include <string_view>
 
 namespace typdescriptor::internal {
+
+inline constexpr std::size_t kImageSlack = 256;
 
 /// A place in an image; its slack is the end.
 using Cursor = const char*;

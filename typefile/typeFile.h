@@ -1,4 +1,5 @@
-// All that a check finds in an image. The queries answer from it, and from the image through the positions in it.
+// All that a check finds in an image, and the steps of the check. The queries answer from it, and from the image through
+// the positions in it. With this header come the format and the small steps over it.
 
 #pragma once
 
