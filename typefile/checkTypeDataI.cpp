@@ -5,8 +5,10 @@
 
 #include "typefile/typeFile.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
+#include <initializer_list>
 #include <span>
 #include <string_view>
 
@@ -60,55 +62,46 @@ bool isFixedProfile(const TypeFile& file)
     return file.station == StationKind::kFixedProfile;
 }
 
-/// A letter other than J and N, and the one feature that it stands for.
+/// What a letter at a place of the fixed block stands for; "N" stands for nothing anywhere.
 struct FeatureLetter {
-    char letter = '\0';
-    uint32_t feature = 0;
-};
-
-/// A J/N flag of the telegrams, with what its 'J' stands for.
-struct TelegramFlag {
     std::size_t position;
+    char letter;
     uint32_t features;
-    std::array<FeatureLetter, 2> otherLetters{};
+    bool isPlain; // hosts can edit it, and a fixed-profile station does not have it
 };
 
-constexpr std::array<TelegramFlag, 6> kTelegramFlags{{
-    {kSetSlaveAddress, kFeatureSetSlaveAddress},
-    {kSyncMode, kFeatureSyncMode},
-    {kFreezeMode, kFeatureFreezeMode},
-    {kPublisherSubscriber,
-     kFeaturePublisher | kFeatureSubscriber,
-     {{{'P', kFeaturePublisher}, {'S', kFeatureSubscriber}}}},
-    {kDiagBufferable, kFeatureDiagBufferable},
-    {kActiveMaster, kFeatureActive, {{{'M', kFeatureMaster}}}},
+constexpr std::array<FeatureLetter, 12> kFeatureLetters{{
+    {kSetSlaveAddress, 'J', kFeatureSetSlaveAddress, true},
+    {kSyncMode, 'J', kFeatureSyncMode, true},
+    {kFreezeMode, 'J', kFeatureFreezeMode, true},
+    {kPublisherSubscriber, 'J', kFeaturePublisher | kFeatureSubscriber, true},
+    {kPublisherSubscriber, 'P', kFeaturePublisher, false},
+    {kPublisherSubscriber, 'S', kFeatureSubscriber, false},
+    {kDiagBufferable, 'J', kFeatureDiagBufferable, true},
+    {kActiveMaster, 'J', kFeatureActive, true},
+    {kActiveMaster, 'M', kFeatureMaster, false},
+    {kFailSafe, 'J', kFeatureFailSafe, false},
+    {kModuleKinds, 'E', kFeatureOnlyNormal, false},
+    {kModuleKinds, 'S', kFeatureOnlySpecial, false},
 }};
-constexpr std::array<FeatureLetter, 2> kModuleKindLetters{{{'E', kFeatureOnlyNormal}, {'S', kFeatureOnlySpecial}}};
-constexpr std::array<FeatureLetter, 1> kFailSafeLetter{{{'J', kFeatureFailSafe}}};
 
-template <std::size_t Size>
-bool acceptLetter(char c, const std::array<FeatureLetter, Size>& letters, TypeFile& file)
+int checkFeatures(Cursor p, std::initializer_list<std::size_t> positions, TypeFile& file)
 {
-    for (const FeatureLetter& known : letters) {
-        if (known.feature == 0 || toUpper(c) != known.letter)
+    for (const std::size_t position : positions) {
+        const char letter = toUpper(p[position]);
+        const auto* const known =
+            std::find_if(kFeatureLetters.begin(), kFeatureLetters.end(),
+                         [=](const FeatureLetter& one) { return one.position == position && one.letter == letter; });
+        if (known == kFeatureLetters.end()) {
+            if (letter != 'N')
+                return kErrTypeData;
             continue;
-        file.typeData.features |= known.feature;
-        file.isChangeable = false;
-        return true;
+        }
+        if (known->isPlain && isFixedProfile(file))
+            return kErrFixedProfile;
+        file.changeableOnlyIf(known->isPlain);
+        file.typeData.features |= known->features;
     }
-    return false;
-}
-
-/// A fixed-profile station has none of these features.
-int checkTelegramFlag(char c, const TelegramFlag& flag, TypeFile& file)
-{
-    if (acceptLetter(c, flag.otherLetters, file) || checkJNChar(c) == 0)
-        return kOk;
-    if (checkJNChar(c) < 0)
-        return kErrTypeData;
-    if (isFixedProfile(file))
-        return kErrFixedProfile;
-    file.typeData.features |= flag.features;
     return kOk;
 }
 
@@ -128,9 +121,7 @@ int checkStationFlags(Cursor p, TypeFile& file)
     if (isModularStation < 0)
         return kErrTypeData;
     file.isModular = isModularStation != 0;
-    if (!acceptLetter(p[kFailSafe], kFailSafeLetter, file) && checkJNChar(p[kFailSafe]) < 0)
-        return kErrTypeData;
-    if (!acceptLetter(p[kModuleKinds], kModuleKindLetters, file) && checkJNChar(p[kModuleKinds]) != 0)
+    if (checkFeatures(p, {kFailSafe, kModuleKinds}, file) != kOk)
         return kErrTypeData;
 
     file.changeableOnlyIf(file.header.makerDevice != 1 && kStationDpsClass1 == file.header.stationType);
@@ -174,11 +165,10 @@ int checkFixedBlock(Cursor& p, TypeFile& file)
     if (file.header.headerCnf == 1)
         file.typeData.features |= kFeatureHeaderCnf;
 
-    for (const TelegramFlag& flag : kTelegramFlags) {
-        if (const int result = checkTelegramFlag(p[flag.position], flag, file); result != kOk)
-            return result;
-    }
-    int result = checkStationFlags(p, file);
+    int result = checkFeatures(
+        p, {kSetSlaveAddress, kSyncMode, kFreezeMode, kPublisherSubscriber, kDiagBufferable, kActiveMaster}, file);
+    if (result == kOk)
+        result = checkStationFlags(p, file);
     if (result == kOk)
         result = checkSpeeds(p, file);
     p += kMaxInputLen.position;
