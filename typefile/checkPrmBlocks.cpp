@@ -24,7 +24,7 @@ int takePresetBytes(Cursor& p, std::vector<std::uint8_t>& bytes, int& count)
     if (!takeRecordHead(p, kTagUserPrmBytes, count) || !isWithin(count, 0, bytes.size()))
         return kErrUserPrm;
     for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
-        if (!isHexByte(p))
+        if (!isHexDigit(p[0]) || !isHexDigit(p[1]))
             return kErrUserPrmByte;
         bytes[i] = atohex(p);
         if (!takeRecord(p, kHexByteDigits))

@@ -8,6 +8,9 @@
 
 namespace typdescriptor::internal {
 
+namespace {
+
+/// A character of the image as readers see it.
 char characterAt(const TypeFile& file, std::size_t position)
 {
     const OrderNumber& number = file.orderNumber;
@@ -20,6 +23,8 @@ char characterAt(const TypeFile& file, std::size_t position)
         return c;
     return number.isBlanked ? ' ' : number.isClosed ? c : '\0';
 }
+
+} // namespace
 
 void copyCharacters(const TypeFile& file, std::size_t position, char* target, std::size_t count)
 {

@@ -1,6 +1,6 @@
 // The bracketed order number of the head line.
 //
-// Nothing is written into the image for it. A reader sees the image through characterAt(): the order number that a check
+// Nothing is written into the image for it. A reader sees the image through copyCharacters(): the order number that a check
 // has found is ended by a NUL there until a write closes it with its ">" again, and a text that was cut takes that ">"
 // with it: the place where it first stood becomes a blank.
 
@@ -24,9 +24,6 @@ struct OrderNumber {
     bool isClosed = false;   // by a write
     bool isBlanked = false;  // what stood at `bracket` is a blank since a write
 };
-
-/// A character of the image as readers see it.
-char characterAt(const TypeFile& file, std::size_t position);
 
 /// Copies characters of the image as readers see them.
 void copyCharacters(const TypeFile& file, std::size_t position, char* target, std::size_t count);

@@ -50,11 +50,6 @@ constexpr unsigned hexDigitValue(char digit)
     return static_cast<unsigned>(isDigit(digit) ? digit - '0' : toUpper(digit) - 'A' + 10);
 }
 
-inline bool isHexByte(const char* p)
-{
-    return isHexDigit(p[0]) && isHexDigit(p[1]);
-}
-
 inline bool isText(const char* p, std::string_view text)
 {
     return std::memcmp(p, text.data(), text.size()) == 0;
