@@ -2,16 +2,13 @@
 // image, whose entries the checks have counted and found well-formed.
 
 #include "access/queries.h"
-#include "typefile/scan.h"
 
-#include <cstddef>
 #include <cstring>
 
 namespace typdescriptor::internal {
 
 namespace {
 
-constexpr std::size_t kGroupHead = kTagDeviceDiag.size() + kNumberDigits + kTerminator.size();
 constexpr std::size_t kBitEntrySize = diagBit::kLength + kTerminator.size();
 constexpr std::size_t kGroupEntrySize = diagGroup::kLength + kTerminator.size();
 constexpr std::size_t kChannelEntrySize = channelError::kLength + kTerminator.size();
@@ -39,13 +36,13 @@ int byteHundreds(const char* entry)
 
 int byteRest(const char* entry)
 {
-    return numberAt(entry + kDiagByteNumber.position, kDiagByteNumber.width);
+    return numberAt(entry, kDiagByteNumber);
 }
 
 /// The first text of a bit for one sense of it.
 void getSlaveDiagMsgPrivate(const TypeFile& file, int number, int bit, int sense, SLAVE_DIAG_TYPE* message)
 {
-    const char* entry = file.deviceDiag.begin + kGroupHead;
+    const char* entry = file.deviceDiag.begin + kListHeadWidth;
     for (int i = 0; i < file.deviceDiag.count; ++i, entry = nextDeviceEntry(entry)) {
         if (isGroupEntry(entry) || byteHundreds(entry) * kByteNumberHundred + byteRest(entry) != number ||
             digitAt(entry + kDiagKind) != bit || digitAt(entry + diagBit::kValue) != sense)
@@ -61,7 +58,7 @@ void getSlaveDiagMsgPrivate(const TypeFile& file, int number, int bit, int sense
 int getSlaveDiagMsg(const TypeFile& file, int byteHigh, int byteLow, int bit, SLAVE_DIAG_TYPE* message)
 {
     *message = SLAVE_DIAG_TYPE();
-    if (!file.isLoaded)
+    if (file.deviceDiag.begin == nullptr)
         return kErrDeviceDiag;
     // Unsigned, since the host's numbers may be anything.
     const int number =
@@ -73,9 +70,9 @@ int getSlaveDiagMsg(const TypeFile& file, int byteHigh, int byteLow, int bit, SL
 
 int getSlaveBGrDiagMsg(const TypeFile& file, int index, SLAVE_BGR_DIAG_TYPE* message)
 {
-    if (!file.isLoaded || index >= file.deviceDiag.groupCount)
+    if (file.deviceDiag.begin == nullptr || index >= file.deviceDiag.groupCount)
         return kErrDeviceDiag;
-    const char* entry = file.deviceDiag.begin + kGroupHead;
+    const char* entry = file.deviceDiag.begin + kListHeadWidth;
     int found = 0;
     for (int i = 0; i < file.deviceDiag.count; ++i, entry = nextDeviceEntry(entry)) {
         if (!isGroupEntry(entry) || found++ != index)
@@ -86,7 +83,7 @@ int getSlaveBGrDiagMsg(const TypeFile& file, int index, SLAVE_BGR_DIAG_TYPE* mes
         message->byteLow = static_cast<uint8_t>(byteRest(entry));
         message->firstBit = static_cast<uint8_t>(firstBit);
         message->lastBit = static_cast<uint8_t>(firstBit + bitCount - 1);
-        message->value = static_cast<uint16_t>(numberAt(entry + diagGroup::kValue.position, diagGroup::kValue.width));
+        message->value = static_cast<uint16_t>(numberAt(entry, diagGroup::kValue));
         copyField(message->text, entry + diagGroup::kText.position);
         return kOk;
     }
@@ -95,11 +92,11 @@ int getSlaveBGrDiagMsg(const TypeFile& file, int index, SLAVE_BGR_DIAG_TYPE* mes
 
 int getChannelDiagMsg(const TypeFile& file, int errorType, char* text)
 {
-    if (!file.isLoaded || file.channelDiag.begin == nullptr)
+    if (file.channelDiag.begin == nullptr)
         return kErrChannelDiag;
-    const char* entry = file.channelDiag.begin + kGroupHead;
+    const char* entry = file.channelDiag.begin + kListHeadWidth;
     for (int i = 0; i < file.channelDiag.count; ++i, entry += kChannelEntrySize) {
-        if (numberAt(entry + channelError::kType.position, channelError::kType.width) != errorType)
+        if (numberAt(entry, channelError::kType) != errorType)
             continue;
         std::memcpy(text, entry + channelError::kText.position, channelError::kText.width);
         text[channelError::kText.width] = '\0';

@@ -1,7 +1,6 @@
 // Queries about the header and the type data: copies of what the checks have decoded.
 
 #include "access/queries.h"
-#include "typefile/scan.h"
 
 #include <cstring>
 #include <string_view>
@@ -21,7 +20,7 @@ int getFamily(const TypeFile& file, char* text)
 
 int getBitMapFileName(const TypeFile& file, char* name)
 {
-    if (!file.isLoaded || !hasVersion5Groups(file.header.version))
+    if (!hasVersion5Groups(file.header.version))
         return kErrBitmapName;
     std::memcpy(name, file.bitmapName, sizeof file.bitmapName);
     return kOk;
@@ -29,7 +28,7 @@ int getBitMapFileName(const TypeFile& file, char* name)
 
 int getDLLFileName(const TypeFile& file, char* name)
 {
-    if (!file.isLoaded || !hasVersion5Groups(file.header.version))
+    if (!hasVersion5Groups(file.header.version))
         return kErrLibraryName;
     std::memcpy(name, file.libraryName, sizeof file.libraryName);
     return kOk;
@@ -37,7 +36,7 @@ int getDLLFileName(const TypeFile& file, char* name)
 
 int isKonfigFixed(const TypeFile& file, int* count)
 {
-    if (!file.isLoaded || file.presetSlots.empty())
+    if (file.presetSlots.empty())
         return 0;
     *count = static_cast<int>(file.presetSlots.size());
     return 1;
@@ -45,7 +44,7 @@ int isKonfigFixed(const TypeFile& file, int* count)
 
 int isPresetKonfigFixed(const TypeFile& file)
 {
-    return file.isLoaded && !file.presetSlots.empty() && file.presetCode.fixed ? 1 : 0;
+    return !file.presetSlots.empty() && file.presetCode.fixed ? 1 : 0;
 }
 
 int getFixedSlotId(const TypeFile& file, int index, CSLAVE_SLOT_PRESET_TYPE* preset)
@@ -59,17 +58,15 @@ int getFixedSlotId(const TypeFile& file, int index, CSLAVE_SLOT_PRESET_TYPE* pre
 
 int getFixedSlotId(const TypeFile& file, int index, MLFB_ITEM* item)
 {
-    const std::vector<MLFB_ITEM>& slots = file.presetSlots;
-    if (slots.empty())
+    if (file.presetSlots.empty())
         return kErrIdentifier;
-    const bool isThere = index >= 0 && static_cast<std::size_t>(index) < slots.size();
-    *item = isThere ? slots[static_cast<std::size_t>(index)] : MLFB_ITEM();
+    copyOrClear(entryAt(file.presetSlots, index), *item);
     return kOk;
 }
 
 int getSlotNumbering(const TypeFile& file, SLOT_NUMBERING_TYPE* numbering)
 {
-    if (!file.isLoaded || file.slotNumbering.value2 == 0)
+    if (file.slotNumbering.value2 == 0)
         return kErrTypeData;
     *numbering = file.slotNumbering;
     return kOk;

@@ -15,42 +15,31 @@ namespace {
 template <class Entry>
 bool isBeyond(const std::vector<Entry>& entries, int index)
 {
-    return index >= static_cast<int>(entries.size());
-}
-
-/// Null when nothing is loaded or above the lists; some list for an index below 0.
-const ModuleList* findModuleList(const TypeFile& file, int index)
-{
-    if (!file.isLoaded || file.moduleLists.empty() || isBeyond(file.moduleLists, index))
-        return nullptr;
-    return &file.moduleLists[static_cast<std::size_t>(std::max(index, 0))];
+    return std::max(index, 0) >= static_cast<int>(entries.size());
 }
 
 } // namespace
 
 int getMLFBListItem(const TypeFile& file, int index, MLFB_ITEM* item)
 {
-    if (!file.isLoaded || file.orderNumbers.empty() || isBeyond(file.orderNumbers, index))
+    if (isBeyond(file.orderNumbers, index))
         return kErrOrderList;
-    *item = index >= 0 ? file.orderNumbers[static_cast<std::size_t>(index)] : MLFB_ITEM();
+    copyOrClear(entryAt(file.orderNumbers, index), *item);
     return kOk;
 }
 
 int getLSKText(const TypeFile& file, int index, char* text)
 {
-    const ModuleList* list = findModuleList(file, index);
     text[0] = '\0';
-    if (list == nullptr)
-        return kErrModuleList;
-    if (index >= 0)
+    if (const ModuleList* list = entryAt(file.moduleLists, index); list != nullptr)
         std::memcpy(text, list->text, sizeof list->text);
-    return kOk;
+    return isBeyond(file.moduleLists, index) ? kErrModuleList : kOk;
 }
 
 int getSKListCnt(const TypeFile& file, int index, int* vFlag)
 {
-    const ModuleList* list = findModuleList(file, index);
-    if (list == nullptr || index < 0)
+    const ModuleList* list = entryAt(file.moduleLists, index);
+    if (list == nullptr)
         return 0;
     *vFlag = list->isFixed ? 1 : 0;
     return static_cast<int>(list->entries.size());
@@ -58,10 +47,10 @@ int getSKListCnt(const TypeFile& file, int index, int* vFlag)
 
 int getSKListItem(const TypeFile& file, int index, int item, LSK_ITEM* entry)
 {
-    const ModuleList* list = findModuleList(file, index);
-    if (list == nullptr || (index >= 0 && isBeyond(list->entries, item)))
+    const ModuleList* list = entryAt(file.moduleLists, index);
+    if (list != nullptr ? isBeyond(list->entries, item) : isBeyond(file.moduleLists, index))
         return kErrModuleList;
-    *entry = index >= 0 && item >= 0 ? list->entries[static_cast<std::size_t>(item)] : LSK_ITEM();
+    copyOrClear(list != nullptr ? entryAt(list->entries, item) : nullptr, *entry);
     return kOk;
 }
 

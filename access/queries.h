@@ -1,5 +1,5 @@
 // Queries about header and type data, diagnostic texts, order numbers and module lists; cTypDescriptor.h says what each
-// answers.
+// answers. Of a descriptor that is not loaded they get a type file in which nothing was found.
 
 #pragma once
 

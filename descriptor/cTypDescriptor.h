@@ -63,8 +63,9 @@ public:
 
     cTypDescriptor(const cTypDescriptor&) = delete;
 
-    /// Copies every field as it stands, pointers included. The two objects then share their buffers, and the caller
-    /// sees to it that only one of them is destroyed, and that the buffers this object owned before are not lost.
+    /// Copies every field as it stands, pointers included. The two objects then share their buffers and what a check of
+    /// either finds, though each refuses until a check of its own. The caller sees to it that only one of them is
+    /// destroyed, and that the buffers this object owned before are not lost.
     cTypDescriptor& operator=(const cTypDescriptor& other);
 
     /// The outcome of the construction, later of checkTypeFileContents().
@@ -313,7 +314,7 @@ private:
     int32_t status = 0;
     int32_t typeCategory = 65535; // 0 category I, 1 category II, 65535 before any header check
 
-    typdescriptor::internal::TypeFile* typeFile = nullptr; // owned; what the checks find, null before the first
+    typdescriptor::internal::TypeFile* typeFile = nullptr; // owned; for what the checks find
 
     char* image = nullptr; // owned, imageCapacity characters and the slack behind them
     uint32_t imageSize = 0;

@@ -1,10 +1,12 @@
-// Life of a descriptor: construction from a file, assignment, destruction, and the results of a GSD compilation.
+// Life of a descriptor: construction from a file or a host record, assignment, destruction, and the results of a GSD
+// compilation.
 //
 // The name alone decides whether a file is compiled as GSD or read as a type file. Nothing is validated here.
 
 #include "descriptor/cTypDescriptor.h"
 #include "descriptor/file.h"
 #include "descriptor/image.h"
+#include "generator/hostRecordImage.h"
 #include "gsd/cGsdCompiler.h"
 #include "typefile/typeFile.h"
 
@@ -27,6 +29,7 @@ cTypDescriptor::cTypDescriptor(const char* fileName, int writeFlag, const char* 
     }
     madeFromGsd = isGsdFileName(fileName) ? 1 : 0;
     try {
+        typeFile = new TypeFile;
         Image buffer;
         if (madeFromGsd == 0)
             status = readTypeFile(fileName, buffer);
@@ -49,6 +52,23 @@ cTypDescriptor::cTypDescriptor(const char* fileName, int writeFlag, const char* 
         compiler.copyWarnings(gsdWarnings);
         gsdFoundMandatories = new uint8_t[cGsdCompiler::kMandatoryCount];
         compiler.copyFoundMandatories(gsdFoundMandatories);
+    } catch (const std::bad_alloc&) {
+        status = kErrFile;
+    }
+}
+
+cTypDescriptor::cTypDescriptor(const TYPEFILE_COM_QX410* record)
+{
+    if (record == nullptr) {
+        status = kErrFile;
+        return;
+    }
+    try {
+        typeFile = new TypeFile;
+        Image buffer = clearedImage(hostRecordImageSize(*record));
+        image = buffer.characters.release();
+        imageCapacity = buffer.capacity;
+        writeHostRecordImage(image, imageCapacity, *record);
     } catch (const std::bad_alloc&) {
         status = kErrFile;
     }

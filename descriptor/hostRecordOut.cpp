@@ -4,16 +4,17 @@
 // from what the check has decoded. A category-II type file has values for a few members only.
 
 #include "descriptor/cTypDescriptor.h"
+#include "descriptor/decoded.h"
 #include "generator/recordText.h"
 #include "typefile/format.h"
 #include "typefile/hostRecordFields.h"
 #include "typefile/identifiers.h"
 #include "typefile/scan.h"
-#include "typefile/typeFile.h"
 
 #include <array>
 #include <cstddef>
 #include <cstring>
+#include <string_view>
 
 using namespace typdescriptor::internal;
 
@@ -29,14 +30,19 @@ constexpr unsigned kPlacesCategoryIIHalf = 4;
 void copyHeadLine(TYPEFILE_COM_QX410& record, const TypeFile& file)
 {
     constexpr std::size_t kMaxLength = sizeof record.headLine - 1;
+    std::array<char, kMaxLength + kOrderNumberWidth + 3> line; // what may be copied, the brackets and a line end
+    copyCharacters(file, 0, line.data(), line.size());
+    const auto upToLineEnd = [](std::string_view text) { return text.substr(0, text.find(kLineEnd.front())); };
+    const std::string_view text(line.data(), line.size());
+    std::string_view before = upToLineEnd(text.substr(0, kMaxLength));
+    std::string_view behind;
     const OrderNumber& number = file.orderNumber;
-    std::size_t length = 0;
-    for (std::size_t i = 0; characterAt(file, i) != kLineEnd.front() && length < kMaxLength; ++i) {
-        if (number.isFound && i + 1 == number.begin)
-            i = number.isClosed ? number.end : number.bracket;
-        else
-            record.headLine[length++] = characterAt(file, i);
+    if (number.isFound && number.begin <= before.size()) {
+        behind = upToLineEnd(text.substr((number.isClosed ? number.end : number.bracket) + 1));
+        before = before.substr(0, number.begin - 1);
     }
+    const std::size_t length = before.copy(record.headLine, kMaxLength);
+    behind.copy(record.headLine + length, kMaxLength - length);
 }
 
 void copyHeader(TYPEFILE_COM_QX410& record, const TypeFile& file)
@@ -138,16 +144,17 @@ int cTypDescriptor::getCOMTypeData(TYPEFILE_COM_QX410* record)
     if (record == nullptr)
         return 0;
     std::memset(record, 0, offsetof(TYPEFILE_COM_QX410, userPrmHex));
-    if (typeFile == nullptr || !typeFile->isLoaded)
+    const TypeFile& file = loaded(typeFile, typeCategory);
+    if (!file.isLoaded)
         return 0;
-    if (typeFile->headLineLength != 0)
-        copyHeadLine(*record, *typeFile);
-    if (typeFile->orderNumber.isFound)
-        copyOrderNumber(*typeFile, record->orderNumber);
-    copyHeader(*record, *typeFile);
-    if (typeFile->category == kCategoryI)
-        fillCategoryI(*record, *typeFile);
+    if (file.headLineLength != 0)
+        copyHeadLine(*record, file);
+    if (OrderNumberBuffer buffer; file.orderNumber.isFound)
+        orderNumberText(file, buffer).copy(record->orderNumber, kOrderNumberWidth);
+    copyHeader(*record, file);
+    if (file.category == kCategoryI)
+        fillCategoryI(*record, file);
     else
-        deriveCategoryII(*record, typeFile->typeData, typeFile->station == StationKind::kQx410k);
-    return typeFile->isChangeable ? 1 : 0;
+        deriveCategoryII(*record, file.typeData, file.station == StationKind::kQx410k);
+    return file.isChangeable ? 1 : 0;
 }

@@ -2,8 +2,7 @@
 
 #include "descriptor/file.h"
 #include "descriptor/resultCodes.h"
-#include "typefile/format.h"
-#include "typefile/imageSlack.h"
+#include "typefile/scan.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -5,6 +5,7 @@
 // stored on one and opened on another.
 
 #include "descriptor/cTypDescriptor.h"
+#include "descriptor/decoded.h"
 #include "descriptor/image.h"
 #include "typefile/typeFile.h"
 
@@ -34,10 +35,9 @@ void putWord(char* bytes, uint32_t word)
 }
 
 /// The whole size, not modulo 65536; 0 when there is nothing that may be stored.
-std::size_t objectImageSize(const TypeFile* file)
+std::size_t objectImageSize(const TypeFile& file)
 {
-    const bool isStored = file != nullptr && file->isLoaded && file->category == kCategoryI;
-    return isStored ? static_cast<std::size_t>(file->end - file->image) + kTrailerSize : 0;
+    return file.category == kCategoryI ? static_cast<std::size_t>(file.end - file.image) + kTrailerSize : 0;
 }
 
 } // namespace
@@ -50,29 +50,29 @@ cTypDescriptor::cTypDescriptor(unsigned short size, char* data)
         return;
     }
     try {
+        typeFile = new TypeFile;
         Image buffer = clearedImage(size);
         image = buffer.characters.release();
         imageCapacity = buffer.capacity;
+        if (!hasTrailer)
+            return;
+        const std::size_t length = size - kTrailerSize;
+        std::memcpy(image, data, length);
+        madeFromGsd = wordAt(data + length);
+        gsdRevision = static_cast<int32_t>(wordAt(data + length + kWordSize));
     } catch (const std::bad_alloc&) {
         status = kErrFile;
-        return;
     }
-    if (!hasTrailer)
-        return;
-    const std::size_t length = size - kTrailerSize;
-    std::memcpy(image, data, length);
-    madeFromGsd = wordAt(data + length);
-    gsdRevision = static_cast<int32_t>(wordAt(data + length + kWordSize));
 }
 
 unsigned short cTypDescriptor::getDataSize() const
 {
-    return static_cast<unsigned short>(objectImageSize(typeFile));
+    return static_cast<unsigned short>(objectImageSize(loaded(typeFile, typeCategory)));
 }
 
 int cTypDescriptor::writeObject(char* buffer) const
 {
-    const std::size_t size = objectImageSize(typeFile);
+    const std::size_t size = objectImageSize(loaded(typeFile, typeCategory));
     if (size == 0)
         return 0;
     copyTypeFile(*typeFile, buffer);

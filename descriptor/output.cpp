@@ -4,6 +4,7 @@
 // the target is emptied, its handle included.
 
 #include "descriptor/cTypDescriptor.h"
+#include "descriptor/decoded.h"
 #include "descriptor/file.h"
 #include "descriptor/image.h"
 #include "typefile/typeFile.h"
@@ -65,11 +66,10 @@ int write(const TypeFile& file, const char* path, bool& isOpened)
 
 unsigned short cTypDescriptor::writeTypeFile(const char* path)
 {
-    int result = kErrMemory;
+    int result = kOk;
     bool isOpened = false;
     try {
-        if (typeFile != nullptr)
-            result = write(*typeFile, path, isOpened);
+        result = write(loaded(typeFile, typeCategory), path, isOpened);
     } catch (const std::bad_alloc&) {
         result = kErrMemory;
     }

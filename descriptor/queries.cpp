@@ -2,27 +2,16 @@
 
 #include "access/queries.h"
 #include "descriptor/cTypDescriptor.h"
+#include "descriptor/decoded.h"
 #include "params/paramQueries.h"
 #include "typefile/typeFile.h"
 
-#include <new>
-
 namespace internal = typdescriptor::internal;
-using internal::TypeFile;
+using internal::decoded;
+using internal::isLoaded;
+using internal::loaded;
 
 namespace {
-
-/// What a descriptor answers from: before the first check, from a type file in which nothing was found.
-const TypeFile& orNothing(const TypeFile* file)
-{
-    static const TypeFile kNothing;
-    return file != nullptr ? *file : kNothing;
-}
-
-bool isLoaded(const TypeFile* file)
-{
-    return file != nullptr && file->isLoaded;
-}
 
 template <class Entry>
 int countOf(const std::vector<Entry>& entries)
@@ -41,12 +30,6 @@ int cTypDescriptor::checkTypeFileContents()
 {
     if (status != kOk)
         return status;
-    try {
-        if (typeFile == nullptr)
-            typeFile = new TypeFile;
-    } catch (const std::bad_alloc&) {
-        return status = kErrMemory;
-    }
     status = internal::check(image, imageCapacity, *typeFile);
     header = typeFile->header;
     typeData = typeFile->typeData;
@@ -56,17 +39,17 @@ int cTypDescriptor::checkTypeFileContents()
 
 unsigned short cTypDescriptor::getMLFBstring(char* text)
 {
-    return in16Bits(typeFile != nullptr ? internal::getMLFBstring(*typeFile, text) : kErrMemory);
+    return in16Bits(isLoaded(typeFile, typeCategory) ? internal::getMLFBstring(*typeFile, text) : kErrMemory);
 }
 
 int cTypDescriptor::changeTypeFilePossible() const
 {
-    return orNothing(typeFile).isChangeable ? 1 : 0;
+    return decoded(typeFile, typeCategory).isChangeable ? 1 : 0;
 }
 
 unsigned short cTypDescriptor::getSlaveTypeHeader(SLAVE_TYPE_HEADER_INFO* record) const
 {
-    if (!isLoaded(typeFile))
+    if (!isLoaded(typeFile, typeCategory))
         return in16Bits(kErrHeader);
     *record = header;
     return kOk;
@@ -74,7 +57,7 @@ unsigned short cTypDescriptor::getSlaveTypeHeader(SLAVE_TYPE_HEADER_INFO* record
 
 unsigned short cTypDescriptor::getSlaveTypeData(SLAVE_TYPEDATA_TYPE* record) const
 {
-    if (!isLoaded(typeFile))
+    if (!isLoaded(typeFile, typeCategory))
         return in16Bits(kErrFile);
     *record = typeData;
     return typeFile->station == internal::StationKind::kQx410k ? 2 : in16Bits(typeCategory);
@@ -82,201 +65,201 @@ unsigned short cTypDescriptor::getSlaveTypeData(SLAVE_TYPEDATA_TYPE* record) con
 
 int cTypDescriptor::getFamily(char* text) const
 {
-    return internal::getFamily(orNothing(typeFile), text);
+    return internal::getFamily(loaded(typeFile, typeCategory), text);
 }
 
 int cTypDescriptor::getBitMapFileName(char* name) const
 {
-    return internal::getBitMapFileName(orNothing(typeFile), name);
+    return internal::getBitMapFileName(loaded(typeFile, typeCategory), name);
 }
 
 int cTypDescriptor::getDLLFileName(char* name) const
 {
-    return internal::getDLLFileName(orNothing(typeFile), name);
+    return internal::getDLLFileName(loaded(typeFile, typeCategory), name);
 }
 
 int cTypDescriptor::getSlotOffset() const
 {
-    return isLoaded(typeFile) ? typeFile->slotOffset : 0;
+    return loaded(typeFile, typeCategory).slotOffset;
 }
 
 int cTypDescriptor::isModular() const
 {
-    return orNothing(typeFile).isModular ? 1 : 0;
+    return decoded(typeFile, typeCategory).isModular ? 1 : 0;
 }
 
 int cTypDescriptor::isKonfigFixed(int* count) const
 {
-    return internal::isKonfigFixed(orNothing(typeFile), count);
+    return internal::isKonfigFixed(loaded(typeFile, typeCategory), count);
 }
 
 int cTypDescriptor::isPresetKonfigFixed() const
 {
-    return internal::isPresetKonfigFixed(orNothing(typeFile));
+    return internal::isPresetKonfigFixed(loaded(typeFile, typeCategory));
 }
 
 int cTypDescriptor::getFixedSlotId(int index, CSLAVE_SLOT_PRESET_TYPE* preset) const
 {
-    return internal::getFixedSlotId(orNothing(typeFile), index, preset);
+    return internal::getFixedSlotId(decoded(typeFile, typeCategory), index, preset);
 }
 
 int cTypDescriptor::getFixedSlotId(int index, MLFB_ITEM* item) const
 {
-    return internal::getFixedSlotId(orNothing(typeFile), index, item);
+    return internal::getFixedSlotId(decoded(typeFile, typeCategory), index, item);
 }
 
 int cTypDescriptor::getSlotNumbering(SLOT_NUMBERING_TYPE* numbering) const
 {
-    return internal::getSlotNumbering(orNothing(typeFile), numbering);
+    return internal::getSlotNumbering(loaded(typeFile, typeCategory), numbering);
 }
 
 int cTypDescriptor::getMaxSPBlockLen() const
 {
-    return isLoaded(typeFile) ? typeFile->maxSlotBlockLength : 0;
+    return loaded(typeFile, typeCategory).maxSlotBlockLength;
 }
 
 int cTypDescriptor::isMLFBModeP36() const
 {
-    return orNothing(typeFile).presetCode.byOrderNumber ? 1 : 0;
+    return decoded(typeFile, typeCategory).presetCode.byOrderNumber ? 1 : 0;
 }
 
 int cTypDescriptor::isP36KY() const
 {
-    return orNothing(typeFile).presetCode.closed ? 1 : 0;
+    return decoded(typeFile, typeCategory).presetCode.closed ? 1 : 0;
 }
 
 char* cTypDescriptor::getDKMPos() const
 {
-    const char* const position = orNothing(typeFile).deviceDiag.begin;
+    const char* const position = decoded(typeFile, typeCategory).deviceDiag.begin;
     return position != nullptr ? image + (position - typeFile->image) : nullptr;
 }
 
 int cTypDescriptor::getSlaveDiagMsgCnt() const
 {
-    return isLoaded(typeFile) ? typeFile->deviceDiag.count : 0;
+    return loaded(typeFile, typeCategory).deviceDiag.count;
 }
 
 int cTypDescriptor::getSlaveDiagMsg(int byteHigh, int byteLow, int bit, SLAVE_DIAG_TYPE* message) const
 {
-    return internal::getSlaveDiagMsg(orNothing(typeFile), byteHigh, byteLow, bit, message);
+    return internal::getSlaveDiagMsg(loaded(typeFile, typeCategory), byteHigh, byteLow, bit, message);
 }
 
 int cTypDescriptor::getSlaveBGrDiagMsgCnt() const
 {
-    return isLoaded(typeFile) ? typeFile->deviceDiag.groupCount : 0;
+    return loaded(typeFile, typeCategory).deviceDiag.groupCount;
 }
 
 int cTypDescriptor::getSlaveBGrDiagMsg(int index, SLAVE_BGR_DIAG_TYPE* message) const
 {
-    return internal::getSlaveBGrDiagMsg(orNothing(typeFile), index, message);
+    return internal::getSlaveBGrDiagMsg(loaded(typeFile, typeCategory), index, message);
 }
 
 int cTypDescriptor::getChannelDiagMsgCnt() const
 {
-    return isLoaded(typeFile) ? typeFile->channelDiag.count : 0;
+    return loaded(typeFile, typeCategory).channelDiag.count;
 }
 
 int cTypDescriptor::getChannelDiagMsg(int errorType, char* text) const
 {
-    return internal::getChannelDiagMsg(orNothing(typeFile), errorType, text);
+    return internal::getChannelDiagMsg(loaded(typeFile, typeCategory), errorType, text);
 }
 
 int cTypDescriptor::getMLFBListCnt() const
 {
-    return isLoaded(typeFile) ? countOf(typeFile->orderNumbers) : 0;
+    return countOf(loaded(typeFile, typeCategory).orderNumbers);
 }
 
 int cTypDescriptor::getMLFBListItem(int index, MLFB_ITEM* item) const
 {
-    return internal::getMLFBListItem(orNothing(typeFile), index, item);
+    return internal::getMLFBListItem(loaded(typeFile, typeCategory), index, item);
 }
 
 int cTypDescriptor::getLSKCnt() const
 {
-    return isLoaded(typeFile) ? countOf(typeFile->moduleLists) : 0;
+    return countOf(loaded(typeFile, typeCategory).moduleLists);
 }
 
 int cTypDescriptor::getLSKText(int index, char* text) const
 {
-    return internal::getLSKText(orNothing(typeFile), index, text);
+    return internal::getLSKText(loaded(typeFile, typeCategory), index, text);
 }
 
 int cTypDescriptor::getSKListCnt(int index, int* vFlag) const
 {
-    return internal::getSKListCnt(orNothing(typeFile), index, vFlag);
+    return internal::getSKListCnt(loaded(typeFile, typeCategory), index, vFlag);
 }
 
 int cTypDescriptor::getSKListItem(int index, int item, LSK_ITEM* entry) const
 {
-    return internal::getSKListItem(orNothing(typeFile), index, item, entry);
+    return internal::getSKListItem(loaded(typeFile, typeCategory), index, item, entry);
 }
 
 int cTypDescriptor::getParaStructCnt() const
 {
-    return internal::getParaStructCnt(orNothing(typeFile));
+    return countOf(loaded(typeFile, typeCategory).prmEntries);
 }
 
 int cTypDescriptor::getParaStruct(int index, _parastruct* entry) const
 {
-    return internal::getParaStruct(orNothing(typeFile), index, entry);
+    return internal::getParaStruct(loaded(typeFile, typeCategory), index, entry);
 }
 
 int cTypDescriptor::getStructuredSlotParameterCnt(int block) const
 {
-    return internal::getStructuredSlotParameterCnt(orNothing(typeFile), block);
+    return internal::getStructuredSlotParameterCnt(loaded(typeFile, typeCategory), block);
 }
 
 int cTypDescriptor::getStructuredSlotParameter(int block, int index, _parastruct* entry) const
 {
-    return internal::getStructuredSlotParameter(orNothing(typeFile), block, index, entry);
+    return internal::getStructuredSlotParameter(loaded(typeFile, typeCategory), block, index, entry);
 }
 
 int cTypDescriptor::getSlotParameters(int index, unsigned char* bytes, int* length) const
 {
-    return internal::getSlotParameters(orNothing(typeFile), index, bytes, length);
+    return internal::getSlotParameters(loaded(typeFile, typeCategory), index, bytes, length);
 }
 
 int cTypDescriptor::hasSPBlockThisKeyWord(KEYWORD_TYPE* keyword, int index, int which)
 {
-    return typeFile != nullptr ? internal::hasSPBlockThisKeyWord(*typeFile, keyword, index, which) : 0;
+    return isLoaded(typeFile, typeCategory) ? internal::hasSPBlockThisKeyWord(*typeFile, keyword, index, which) : 0;
 }
 
 int cTypDescriptor::getHelpMessageCnt(int block) const
 {
-    return internal::getHelpMessageCnt(orNothing(typeFile), block);
+    return internal::getHelpMessageCnt(loaded(typeFile, typeCategory), block);
 }
 
 int cTypDescriptor::getParaHelpMessage(int block, int line, PARA_HELPMESSAGE_TYPE* message) const
 {
-    return internal::getParaHelpMessage(orNothing(typeFile), block, line, message);
+    return internal::getParaHelpMessage(loaded(typeFile, typeCategory), block, line, message);
 }
 
 int cTypDescriptor::getSPHelpCnt(int block) const
 {
-    return internal::getSPHelpCnt(orNothing(typeFile), block);
+    return internal::getSPHelpCnt(loaded(typeFile, typeCategory), block);
 }
 
 int cTypDescriptor::getSPHelpItem(int block, int line, PARA_HELPMESSAGE_TYPE* message) const
 {
-    return internal::getSPHelpItem(orNothing(typeFile), block, line, message);
+    return internal::getSPHelpItem(loaded(typeFile, typeCategory), block, line, message);
 }
 
 int cTypDescriptor::getSPBlockAnz() const
 {
-    return countOf(orNothing(typeFile).slotBlocks);
+    return countOf(decoded(typeFile, typeCategory).slotBlocks);
 }
 
 int cTypDescriptor::getSPHelpAnz() const
 {
-    return countOf(orNothing(typeFile).slotHelp);
+    return countOf(decoded(typeFile, typeCategory).slotHelp);
 }
 
 int cTypDescriptor::getPSLHelpAnz() const
 {
-    return countOf(orNothing(typeFile).help);
+    return countOf(decoded(typeFile, typeCategory).help);
 }
 
 int cTypDescriptor::getPSLHelpRef(int i) const
 {
-    return internal::getPSLHelpRef(orNothing(typeFile), i);
+    return internal::getPSLHelpRef(decoded(typeFile, typeCategory), i);
 }

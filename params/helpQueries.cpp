@@ -3,13 +3,9 @@
 // The station's blocks were located by the check; a slot help block is parsed again on each query. The texts are copied
 // from the image.
 
-#include "params/helpBlock.h"
 #include "params/paramQueries.h"
-#include "typefile/scan.h"
 
 #include <array>
-#include <cstddef>
-#include <cstdint>
 
 namespace typdescriptor::internal {
 
@@ -19,38 +15,38 @@ constexpr std::size_t kLineSize = helpLine::kLength + kTerminator.size();
 
 void readHelpLine(const char* line, PARA_HELPMESSAGE_TYPE& message)
 {
-    message.value = static_cast<uint16_t>(numberAt(line + helpLine::kValue.position, helpLine::kValue.width));
+    message.value = static_cast<uint16_t>(numberAt(line, helpLine::kValue));
     copyField(message.text, line + helpLine::kText.position);
 }
 
 /// The first station help block of that number; null when there is none.
 const HelpBlock* findStationHelp(const TypeFile& file, int number)
 {
-    if (number < 0 || static_cast<std::size_t>(number) >= file.helpOfNumber.size())
-        return nullptr;
-    const std::size_t first = file.helpOfNumber[static_cast<std::size_t>(number)];
-    return first != 0 ? &file.help[first - 1] : nullptr;
+    const std::uint16_t* const first = entryAt(file.helpOfNumber, number);
+    return first != nullptr && *first != 0 ? &file.help[*first - 1U] : nullptr;
 }
 
 /// Where two blocks carry one number, another number has no block.
 bool findSlotHelp(const TypeFile& file, int number, HelpBlock& block)
 {
-    if (!isWithin(number, 1, file.slotHelp.size()))
+    const Cursor* const begin = number > 0 ? entryAt(file.slotHelp, number - 1) : nullptr;
+    if (begin == nullptr || *begin == nullptr)
         return false;
-    Cursor p = file.slotHelp[static_cast<std::size_t>(number) - 1];
-    return p != nullptr && checkHelpBlock(p, block) >= 0 && block.number == number;
+    Cursor p = *begin;
+    return checkHelpBlock(p, block) >= 0 && block.number == number;
 }
 
 } // namespace
 
 int getPSLHelpRef(const TypeFile& file, int i)
 {
-    return i >= 0 && static_cast<std::size_t>(i) < file.help.size() ? file.help[static_cast<std::size_t>(i)].number : 0;
+    const HelpBlock* const help = entryAt(file.help, i);
+    return help != nullptr ? help->number : 0;
 }
 
 int getHelpMessageCnt(const TypeFile& file, int block)
 {
-    const HelpBlock* help = file.isLoaded && block != 0 ? findStationHelp(file, block) : nullptr;
+    const HelpBlock* help = block != 0 ? findStationHelp(file, block) : nullptr;
     return help != nullptr ? help->lineCount : 0;
 }
 

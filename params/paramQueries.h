@@ -1,4 +1,5 @@
-// Queries about parameters and their help texts; cTypDescriptor.h says what each answers.
+// Queries about parameters and their help texts; cTypDescriptor.h says what each answers. Of a descriptor that is not
+// loaded they get a type file in which nothing was found.
 
 #pragma once
 
@@ -6,7 +7,6 @@
 
 namespace typdescriptor::internal {
 
-int getParaStructCnt(const TypeFile& file);
 int getParaStruct(const TypeFile& file, int index, _parastruct* entry);
 int getStructuredSlotParameterCnt(const TypeFile& file, int block);
 int getStructuredSlotParameter(const TypeFile& file, int block, int index, _parastruct* entry);

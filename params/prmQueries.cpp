@@ -4,10 +4,8 @@
 // query.
 
 #include "params/paramQueries.h"
-#include "params/slotPrmBlock.h"
-#include "typefile/scan.h"
+#include "typefile/parameters.h"
 
-#include <cstddef>
 #include <cstring>
 #include <new>
 #include <string_view>
@@ -35,13 +33,6 @@ bool readKeyword(std::string_view record, KEYWORD_TYPE& keyword)
     return true;
 }
 
-/// @return null when nothing is loaded or there is no such block
-const SlotBlockPlace* findSlotBlock(const TypeFile& file, int index)
-{
-    const bool isThere = file.isLoaded && index >= 0 && static_cast<std::size_t>(index) < file.slotBlocks.size();
-    return isThere ? &file.slotBlocks[static_cast<std::size_t>(index)] : nullptr;
-}
-
 /// Where two blocks carry one number, another number has no block.
 SlotPrmBlock parseSlotBlock(const TypeFile& file, const SlotBlockPlace* place)
 {
@@ -55,42 +46,36 @@ SlotPrmBlock parseSlotBlock(const TypeFile& file, const SlotBlockPlace* place)
 
 } // namespace
 
-int getParaStructCnt(const TypeFile& file)
-{
-    return file.isLoaded ? static_cast<int>(file.prmEntries.size()) : 0;
-}
-
 int getParaStruct(const TypeFile& file, int index, _parastruct* entry)
 {
-    const int count = static_cast<int>(file.prmEntries.size());
-    if (!file.isLoaded || index > count)
+    if (!file.isLoaded || index > static_cast<int>(file.prmEntries.size()))
         return 0;
-    *entry = index >= 0 && index < count ? file.prmEntries[static_cast<std::size_t>(index)] : _parastruct();
+    copyOrClear(entryAt(file.prmEntries, index), *entry);
     return 1;
 }
 
 int getStructuredSlotParameterCnt(const TypeFile& file, int block)
 {
-    const SlotBlockPlace* place = findSlotBlock(file, block);
+    const SlotBlockPlace* place = entryAt(file.slotBlocks, block);
     return place != nullptr ? place->fieldCount : 0;
 }
 
 int getStructuredSlotParameter(const TypeFile& file, int block, int index, _parastruct* entry)
 {
-    const SlotBlockPlace* place = findSlotBlock(file, block);
+    const SlotBlockPlace* place = entryAt(file.slotBlocks, block);
     if (place == nullptr || index >= place->fieldCount)
         return kErrSlotPrm;
     const SlotPrmBlock parsed = parseSlotBlock(file, place);
     if (parsed.result != kOk)
         return kErrSlotPrm;
-    *entry = index >= 0 ? parsed.entries[static_cast<std::size_t>(index)] : _parastruct();
+    copyOrClear(entryAt(parsed.entries, index), *entry);
     return kOk;
 }
 
 int getSlotParameters(const TypeFile& file, int index, unsigned char* bytes, int* length)
 {
     *length = 0;
-    const SlotPrmBlock parsed = parseSlotBlock(file, findSlotBlock(file, index));
+    const SlotPrmBlock parsed = parseSlotBlock(file, entryAt(file.slotBlocks, index));
     if (parsed.result != kOk)
         return kErrSlotPrm;
     std::memcpy(bytes, parsed.bytes.data(), parsed.bytes.size());
@@ -100,7 +85,7 @@ int getSlotParameters(const TypeFile& file, int index, unsigned char* bytes, int
 
 int hasSPBlockThisKeyWord(TypeFile& file, KEYWORD_TYPE* keyword, int index, int which)
 {
-    const SlotBlockPlace* place = findSlotBlock(file, index);
+    const SlotBlockPlace* place = entryAt(file.slotBlocks, index);
     if (which != 0 || place == nullptr)
         return 0;
     const SlotPrmBlock parsed = parseSlotBlock(file, place);

@@ -2,6 +2,7 @@
 
 #include "descriptor/cTypDescriptor.h"
 #include "tests/gsdText.h"
+#include "tests/testHeap.h"
 #include "tests/typeFileBuilder.h"
 
 #include <gtest/gtest.h>
@@ -310,21 +311,31 @@ TEST(Output, AssignedObjectsWriteWhatTheOtherHasCut)
     EXPECT_EQ(fileContents(target), cut.build());
 }
 
-TEST(Output, AssignedObjectsOutliveASecondCheckOfEither)
+TEST(Output, AssignedObjectsShareWhatTheirChecksFind)
 {
-    const Device device = descriptorOf(TypeFileBuilder::fullFile().build());
-    EXPECT_EQ(device->checkTypeFileContents(), kOk);
-    const Sharer other(*device);
-    ASSERT_GT(device->getMLFBListCnt(), 0);
-    MLFB_ITEM before;
-    EXPECT_EQ(device->getMLFBListItem(0, &before), kOk);
-    for (cTypDescriptor* checkedAgain : {&*device, other.get()}) {
-        EXPECT_EQ(checkedAgain->checkTypeFileContents(), kOk);
-        for (const cTypDescriptor* asked : {&*device, other.get()}) {
-            MLFB_ITEM item;
-            EXPECT_EQ(asked->getMLFBListItem(0, &item), kOk);
-            EXPECT_STREQ(item.mlfb, before.mlfb);
+    const std::string image = TypeFileBuilder::fullFile().build();
+    for (const bool isCheckedBefore : {false, true}) {
+        const long live = liveAllocations();
+        {
+            const Device device = descriptorOf(image);
+            if (isCheckedBefore) {
+                EXPECT_EQ(device->checkTypeFileContents(), kOk);
+            }
+            const Sharer other(*device);
+            bool isOtherChecked = isCheckedBefore;
+            for (cTypDescriptor* checkedNow : {&*device, other.get(), &*device}) {
+                EXPECT_EQ(checkedNow->checkTypeFileContents(), kOk);
+                isOtherChecked = isOtherChecked || checkedNow == other.get();
+                MLFB_ITEM item;
+                SLAVE_TYPE_HEADER_INFO header;
+                EXPECT_EQ(device->getMLFBListItem(0, &item), kOk);
+                EXPECT_EQ(other->getMLFBListItem(0, &item), isOtherChecked ? kOk : kErrOrderList);
+                EXPECT_EQ(other->getSlaveTypeHeader(&header), in16Bits(isOtherChecked ? kOk : kErrHeader));
+                EXPECT_EQ(other->getDKMPos(), isOtherChecked ? device->getDKMPos() : nullptr);
+                EXPECT_EQ(other->isModular(), isOtherChecked ? device->isModular() : 1);
+            }
         }
+        EXPECT_EQ(liveAllocations(), live); // one of the two was destroyed, and with it all that they share
     }
 }
 

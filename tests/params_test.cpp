@@ -69,8 +69,7 @@ TEST(StructuredPrm, DefaultsReachTheBytes)
         {"0D00AA00", {prm(7, "Byte first", "BYTE ", "12", "0", "255"), prm(7, "then bit", "BIT0 ", "1", "0", "1")}},
     };
     for (const Case& c : cases) {
-        const auto device = descriptorOf(station(c.prms).build());
-        ASSERT_EQ(device->checkTypeFileContents(), kOk) << c.bytes;
+        const auto device = checked(station(c.prms));
         EXPECT_EQ(device->changeTypeFilePossible(), c.prms.empty() ? 1 : 0);
         EXPECT_EQ(device->getParaStructCnt(), static_cast<int>(c.prms.size()));
         SLAVE_TYPEDATA_TYPE data;
@@ -112,15 +111,7 @@ TEST(HelpBlock, HasAtMost999Lines)
 
 TEST(UserPrm, FixedProfileHasNone)
 {
-    TypeFileBuilder file;
-    file.stationType = "QX410U/VRC";
-    file.evenSlotNumber = "J";
-    file.baudRates = "0001011111";
-    file.maxOutputLen = "032";
-    file.maxModule = "032";
-    file.userPrmLen = "007";
-    file.maxDataLen = "064";
-    EXPECT_EQ(checkResult(file.build()), kOk);
+    TypeFileBuilder file = fixedProfileFile();
     file.prms = {prm(7, "", "BYTE ", "1", "0", "1")};
     EXPECT_EQ(checkResult(file.build()), kErrFixedProfile);
     file.userPrmBytes = {"00"};
@@ -144,9 +135,8 @@ TEST(SlotPrmBlock, AcceptedWithItsBytes)
 
 TEST(SlotPrmBlock, OneNumberTwice)
 {
-    const auto device = descriptorOf(
-        slotDevice({slotPrmBlock(1, 2, {"01"}, {}), slotPrmBlock(1, 1, {"02"}, {slotNumberPrm(0, "BYTE ")})}).build());
-    ASSERT_EQ(device->checkTypeFileContents(), kOk);
+    const auto device =
+        checked(slotDevice({slotPrmBlock(1, 2, {"01"}, {}), slotPrmBlock(1, 1, {"02"}, {slotNumberPrm(0, "BYTE ")})}));
     unsigned char bytes[2];
     int length = 7;
     EXPECT_EQ(device->getSlotParameters(0, bytes, &length), kOk);
@@ -162,14 +152,12 @@ TEST(SlotPrmBlock, OneNumberTwice)
 
 TEST(SlotPrmBlock, KeywordsOneAfterTheOther)
 {
-    const auto device = descriptorOf(
+    const auto device = checked(
         slotDevice({slotPrmBlock(1, 120, {},
                                  {slotNumberPrm(105, "INT  "), prm(1, "Not a keyword", "BYTE ", "1", "0", "1"),
                                   slotNumberPrm(7, "BYTE "), prm(2, "x [SlotNumber] y", "BYTE ", "1", "0", "1")}),
                     slotPrmBlock(2, 2, {}, {prm(0, "Semi;colon", "BYTE ", "1", "0", "1"), slotNumberPrm(1, "BYTE ")}),
-                    slotPrmBlock(3, 2, {}, {})})
-            .build());
-    ASSERT_EQ(device->checkTypeFileContents(), kOk);
+                    slotPrmBlock(3, 2, {}, {})}));
     const auto next = [&](int block, int which = 0) {
         KEYWORD_TYPE keyword{};
         const int found = device->hasSPBlockThisKeyWord(&keyword, block, which);

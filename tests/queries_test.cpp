@@ -8,7 +8,6 @@
 #include <climits>
 #include <cstring>
 #include <memory>
-#include <new>
 #include <string>
 #include <utility>
 
@@ -247,19 +246,6 @@ TEST(HelpQueries, StationAndSlotBlocks)
     EXPECT_EQ(numbers(answers.help.value) + answers.help.text, "2 " + paddedTo30("two"));
     EXPECT_EQ(device->getSPHelpItem(1, 0, &answers.help), kOk);
     EXPECT_EQ(answers.help.value, 5); // the later of two
-}
-
-TEST(Queries, AssignedDescriptorSharesTheBuffers)
-{
-    const auto device = checked(TypeFileBuilder::fullFile());
-    alignas(cTypDescriptor) unsigned char storage[sizeof(cTypDescriptor)];
-    auto* other = new (storage) cTypDescriptor(static_cast<const char*>(nullptr), 0, nullptr);
-    EXPECT_EQ(other->getStatus(), kErrFile);
-    *other = *device;
-    EXPECT_EQ(other->getStatus(), kOk);
-    EXPECT_EQ(other->getDKMPos(), device->getDKMPos());
-    EXPECT_EQ(other->getMLFBListCnt(), device->getMLFBListCnt());
-    // One of the two is destroyed, and this is not the one.
 }
 
 } // namespace

@@ -11,7 +11,7 @@ namespace typdescriptor::internal {
 namespace {
 
 constexpr std::uint32_t kLengthBits = 0xC0;
-constexpr std::uint32_t kMfrBits = 0x0F;
+constexpr std::uint32_t kLengthCountBits = 0x3F; // of a length byte
 
 constexpr std::uint32_t formatOf(std::uint32_t identifier)
 {
@@ -33,26 +33,18 @@ constexpr std::uint8_t unitConsistency(bool word)
     return word ? 1 : 0;
 }
 
-/// Consistency of the standard formats: bit 7 asks for the whole length, which one byte always has.
-constexpr std::uint8_t standardConsistency(std::uint32_t byte, bool word, unsigned length)
+/// One direction in the formats of the standard. Bit 7 asks for consistency over the whole length, which one byte always
+/// has.
+/// @param countBits  those that count bytes or words, from 1
+void decodeSide(std::uint32_t byte, std::uint32_t countBits, std::uint8_t& length, std::uint8_t& wordStructure,
+                std::uint8_t& consistency)
 {
-    if (length == 1)
-        return 0;
-    return bitOf(byte, 7) != 0 ? wholeConsistency(word) : unitConsistency(word);
-}
-
-/// Length that a count of bytes or words stands for.
-constexpr std::uint8_t standardLength(std::uint32_t count, bool word)
-{
-    return static_cast<std::uint8_t>(word ? count * 2 : count);
-}
-
-void decodeGeneral(std::uint32_t byte, CFG_IDENT_INFO& info)
-{
-    info.direction = static_cast<std::uint8_t>((byte & kIoBits) >> 4);
-    info.wordStructure = bitOf(byte, 6);
-    info.length = standardLength((byte & 0x0F) + 1, info.wordStructure != 0);
-    info.consistency = standardConsistency(byte, info.wordStructure != 0, info.length);
+    const bool word = bitOf(byte, 6) != 0;
+    const std::uint32_t count = (byte & countBits) + 1;
+    wordStructure = word ? 1 : 0;
+    length = static_cast<std::uint8_t>(word ? count * 2 : count);
+    if (length != 1)
+        consistency = bitOf(byte, 7) != 0 ? wholeConsistency(word) : unitConsistency(word);
 }
 
 void decodeCompact(std::uint32_t byte, CFG_IDENT_INFO& info)
@@ -77,20 +69,6 @@ void decodeCompact(std::uint32_t byte, CFG_IDENT_INFO& info)
         info.consistency2 = info.direction == 1 ? std::uint8_t{0} : unitConsistency(word);
 }
 
-void decodeInputLength(std::uint32_t byte, CFG_IDENT_INFO& info)
-{
-    info.wordStructure = bitOf(byte, 6);
-    info.length = standardLength((byte & 0x3F) + 1, info.wordStructure != 0);
-    info.consistency = standardConsistency(byte, info.wordStructure != 0, info.length);
-}
-
-void decodeOutputLength(std::uint32_t byte, CFG_IDENT_INFO& info)
-{
-    info.wordStructure2 = bitOf(byte, 6);
-    info.length2 = standardLength((byte & 0x3F) + 1, info.wordStructure2 != 0);
-    info.consistency2 = standardConsistency(byte, info.wordStructure2 != 0, info.length2);
-}
-
 template <std::size_t Size>
 void copyText(std::array<char, Size>& target, std::string_view text)
 {
@@ -112,23 +90,20 @@ int decodeIdentifier(std::uint32_t identifier, CFG_IDENT_INFO& info)
     case kFormatEmpty:
         return 1;
     case kFormatGeneral:
-        decodeGeneral(low, info);
+        info.direction = static_cast<std::uint8_t>((low & kIoBits) >> 4);
+        decodeSide(low, 0x0F, info.length, info.wordStructure, info.consistency);
         break;
     case kFormatCompact:
         decodeCompact(low, info);
         break;
     case kFormatSpecialInput:
-        info.direction = 1;
-        decodeInputLength(low, info);
-        break;
     case kFormatSpecialOutput:
-        info.direction = 2;
-        decodeOutputLength(high, info);
-        break;
     case kFormatSpecialBoth:
-        info.direction = 3;
-        decodeInputLength(low, info);
-        decodeOutputLength(high, info);
+        info.direction = static_cast<std::uint8_t>(formatOf(identifier) - kFormatSpecialInput + 1);
+        if (formatOf(identifier) != kFormatSpecialOutput)
+            decodeSide(low, kLengthCountBits, info.length, info.wordStructure, info.consistency);
+        if (formatOf(identifier) != kFormatSpecialInput)
+            decodeSide(high, kLengthCountBits, info.length2, info.wordStructure2, info.consistency2);
         break;
     default:
         return kErrIdentFormat;

@@ -3,21 +3,18 @@
 // In: the position of a group. Out: its number of entries and the position behind it. The texts stay in the image,
 // where the queries search them.
 
-#include "typefile/format.h"
-#include "typefile/scan.h"
 #include "typefile/typeFile.h"
 
 #include <array>
-#include <cstddef>
 
 namespace typdescriptor::internal {
 
 namespace {
 
-constexpr int kMinByteNumber = 1;
-constexpr int kMaxByteNumber = 62;
-constexpr int kMinErrorType = 16;
-constexpr int kMaxErrorType = 31;
+constexpr std::size_t kMinByteNumber = 1;
+constexpr std::size_t kMaxByteNumber = 62;
+constexpr std::size_t kMinErrorType = 16;
+constexpr std::size_t kMaxErrorType = 31;
 
 constexpr bool isBitNumber(char c)
 {
@@ -32,10 +29,8 @@ bool areSeparators(const char* p, const std::array<std::size_t, 3>& quotes)
 
 bool isDiagByte(const char* p)
 {
-    if (!isText(p, kTagDiagByte) || !isDigit(p[kDiagByteHundreds]))
-        return false;
-    const int number = numberAt(p + kDiagByteNumber.position, kDiagByteNumber.width);
-    return number >= kMinByteNumber && number <= kMaxByteNumber && isQuote(p + kDiagByteQuote);
+    return isText(p, kTagDiagByte) && isDigit(p[kDiagByteHundreds]) &&
+           isWithin(numberAt(p, kDiagByteNumber), kMinByteNumber, kMaxByteNumber) && isQuote(p + kDiagByteQuote);
 }
 
 bool isGoodBitEntry(const char* p)
@@ -53,34 +48,26 @@ bool isGoodGroupEntry(const char* p)
     const int bits = p[diagGroup::kBitCount] - '0';
     if (firstBit + bits < 1 || firstBit + bits > 8 || bits < 1 || bits > 8 || firstBit > 7)
         return false;
-    const int value = numberAt(p + diagGroup::kValue.position, diagGroup::kValue.width);
-    return value >= 0 && value <= (1 << bits) - 1;
+    return isWithin(numberAt(p, diagGroup::kValue), 0, (std::size_t{1} << bits) - 1);
 }
 
-bool takeDeviceEntry(Cursor& p, bool isGroup)
+int takeDeviceEntry(Cursor& p, DiagGroup& group)
 {
-    if (!isDiagByte(p) || !(isGroup ? isGoodGroupEntry(p) : isGoodBitEntry(p)))
-        return false;
-    Cursor end = p + (isGroup ? diagGroup::kLength : diagBit::kLength);
-    if (!takeTerminator(end))
-        return false;
-    p = end;
-    return true;
+    const bool isGroup = isText(p + kDiagKind, kTagBitGroup);
+    group.groupCount += isGroup ? 1 : 0;
+    const bool isTaken = isDiagByte(p) && (isGroup ? isGoodGroupEntry(p) : isGoodBitEntry(p)) &&
+                         takeRecord(p, isGroup ? diagGroup::kLength : diagBit::kLength);
+    return isTaken ? kOk : kErrDeviceDiag;
 }
 
 /// Two separators that differ give the code of a device entry, in a channel entry as well: hosts know it so.
 int takeChannelEntry(Cursor& p)
 {
-    const int type = numberAt(p + channelError::kType.position, channelError::kType.width);
-    if (!isText(p, kTagChannelError) || type < kMinErrorType || type > kMaxErrorType)
+    if (!isText(p, kTagChannelError) || !isWithin(numberAt(p, channelError::kType), kMinErrorType, kMaxErrorType))
         return kErrChannelDiag;
     if (p[channelError::kQuotes[0]] != p[channelError::kQuotes[1]])
         return kErrDeviceDiag;
-    Cursor end = p + channelError::kLength;
-    if (!takeTerminator(end))
-        return kErrChannelDiag;
-    p = end;
-    return kOk;
+    return takeRecord(p, channelError::kLength) ? kOk : kErrChannelDiag;
 }
 
 } // namespace
@@ -90,25 +77,13 @@ int checkSlaveTypeDataDKM(Cursor& p, int mode, TypeFile& file)
     const bool isDevice = mode == 0;
     DiagGroup& group = isDevice ? file.deviceDiag : file.channelDiag;
     group.begin = p;
-    int count = 0;
-    if (!takeRecordHead(p, isDevice ? kTagDeviceDiag : kTagChannelDiag, count))
+    if (!takeRecordHead(p, isDevice ? kTagDeviceDiag : kTagChannelDiag, group.count))
         return isDevice ? kErrDeviceDiag : kErrChannelDiag;
-    group.count = count;
-    if (count > 0)
-        file.isChangeable = false;
-    for (int i = 0; i < count; ++i) {
-        int result = kOk;
-        if (isDevice) {
-            const bool isGroup = isText(p + kDiagKind, kTagBitGroup);
-            group.groupCount += isGroup ? 1 : 0;
-            result = takeDeviceEntry(p, isGroup) ? kOk : kErrDeviceDiag;
-        } else {
-            result = takeChannelEntry(p);
-        }
-        if (result != kOk)
-            return result;
-    }
-    return kOk;
+    file.changeableOnlyIf(group.count == 0);
+    int result = kOk;
+    for (int i = 0; i < group.count && result == kOk; ++i)
+        result = isDevice ? takeDeviceEntry(p, group) : takeChannelEntry(p);
+    return result;
 }
 
 } // namespace typdescriptor::internal

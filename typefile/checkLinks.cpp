@@ -5,14 +5,9 @@
 // their entries; and the certainty that every reference leads somewhere and that the blocks of one configuration fit
 // into the parameter telegram.
 
-#include "typefile/format.h"
-#include "typefile/recordParts.h"
-#include "typefile/scan.h"
 #include "typefile/typeFile.h"
 
-#include <cstddef>
 #include <cstring>
-#include <vector>
 
 namespace typdescriptor::internal {
 
@@ -50,12 +45,12 @@ int addSlotBlockLength(int spIndex, const LinkCodes& codes, const TypeFile& file
 {
     if (spIndex < 0)
         return kOk;
-    if (static_cast<std::size_t>(spIndex) >= file.slotBlocks.size())
+    const SlotBlockPlace* const block = entryAt(file.slotBlocks, spIndex);
+    if (block == nullptr)
         return codes.beyondLast;
-    const SlotBlockPlace& block = file.slotBlocks[static_cast<std::size_t>(spIndex)];
-    if (block.begin == nullptr)
+    if (block->begin == nullptr)
         return codes.missing;
-    sum += block.length;
+    sum += block->length;
     return kOk;
 }
 
@@ -79,7 +74,7 @@ int checkSlotNumbering(Cursor& p, TypeFile& file)
     return kOk;
 }
 
-int checkSPLinksInMLFBAndLSKList(TypeFile& file, const std::vector<int>& presetNumbers)
+int checkSPLinksInMLFBAndLSKList(TypeFile& file)
 {
     for (const MLFB_ITEM& item : file.orderNumbers) {
         if (item.spIndex >= static_cast<int>(file.slotBlocks.size()))
@@ -94,10 +89,10 @@ int checkSPLinksInMLFBAndLSKList(TypeFile& file, const std::vector<int>& presetN
         if (!fitsPrmTelegram(sum, file.typeData))
             return kErrPrmLen;
     }
-    return checkMLFBLinksInPoint36(file, presetNumbers);
+    return checkMLFBLinksInPoint36(file);
 }
 
-int checkMLFBLinksInPoint36(TypeFile& file, const std::vector<int>& presetNumbers)
+int checkMLFBLinksInPoint36(TypeFile& file)
 {
     const StructureCode& code = file.presetCode;
     if (code.byOrderNumber && file.orderNumbers.empty())
@@ -106,7 +101,7 @@ int checkMLFBLinksInPoint36(TypeFile& file, const std::vector<int>& presetNumber
     for (std::size_t i = 0; i < file.presetSlots.size(); ++i) {
         MLFB_ITEM& slot = file.presetSlots[i];
         if (code.byOrderNumber) {
-            const auto number = static_cast<std::size_t>(presetNumbers[i]);
+            const auto number = static_cast<std::size_t>(file.presetNumbers[i]);
             if (number > file.orderNumbers.size())
                 return kErrIdentifier;
             slot = file.orderNumbers[number - 1];

@@ -3,22 +3,23 @@
 // In: the position of a group. Out: the list or the table of positions that the queries answer from, and the position
 // behind the group.
 
-#include "params/helpBlock.h"
-#include "params/slotPrmBlock.h"
-#include "typefile/format.h"
-#include "typefile/recordParts.h"
-#include "typefile/scan.h"
-#include "typefile/typeFile.h"
+#include "typefile/parameters.h"
 
 #include <algorithm>
-#include <cstddef>
-#include <cstdint>
 
 namespace typdescriptor::internal {
 
 namespace {
 
 constexpr std::size_t kMaxKgpId = 1023;
+
+/// Makes room for the records of a group. One with any is nothing that hosts can edit.
+template <class Entry>
+void startList(std::vector<Entry>& entries, int count, TypeFile& file)
+{
+    file.changeableOnlyIf(count == 0);
+    entries.resize(static_cast<std::size_t>(count));
+}
 
 /// A KGP module: its number and three values.
 bool takeKgpModule(Cursor& p, MLFB_ITEM& item)
@@ -84,8 +85,7 @@ bool takeModuleList(Cursor& p, const TypeFile& file, int expectedNumber, ModuleL
     int slots = 0;
     if (!takeNumberRecord(p, slots) || slots < 1 || slots > file.typeData.maxModule)
         return false;
-    const bool isEvenRequired = (file.typeData.features & kFeatureEvenSlotNumber) != 0;
-    if (isEvenRequired && code.fixed && slots % 2 != 0)
+    if (file.has(kFeatureEvenSlotNumber) && code.fixed && slots % 2 != 0)
         return false;
 
     list.isFixed = code.fixed;
@@ -105,9 +105,7 @@ int checkSlaveTypeDataMLFBList(Cursor& p, TypeFile& file)
     int count = 0;
     if (!takeRecordHead(p, kTagOrderNumbers, count))
         return kErrOrderList;
-    if (count > 0)
-        file.isChangeable = false;
-    file.orderNumbers.resize(static_cast<std::size_t>(count));
+    startList(file.orderNumbers, count, file);
     for (MLFB_ITEM& item : file.orderNumbers) {
         if (!takeOrderNumber(p, file, item))
             return kErrOrderList;
@@ -118,17 +116,13 @@ int checkSlaveTypeDataMLFBList(Cursor& p, TypeFile& file)
 int checkSlaveTypeDataLSK(Cursor& p, TypeFile& file)
 {
     int count = 0;
-    if (!takeRecordHead(p, kTagModuleLists, count))
+    // A device has either preset slots or module lists.
+    if (!takeRecordHead(p, kTagModuleLists, count) || (count > 0 && !file.presetSlots.empty()))
         return kErrModuleList;
-    if (count > 0) {
-        // A device has either preset slots or module lists.
-        if (!file.presetSlots.empty())
-            return kErrModuleList;
-        file.isChangeable = false;
-    }
-    file.moduleLists.resize(static_cast<std::size_t>(count));
-    for (int number = 1; number <= count; ++number) {
-        if (!takeModuleList(p, file, number, file.moduleLists[static_cast<std::size_t>(number) - 1]))
+    startList(file.moduleLists, count, file);
+    int number = 0;
+    for (ModuleList& list : file.moduleLists) {
+        if (!takeModuleList(p, file, ++number, list))
             return kErrModuleList;
     }
     return kOk;
@@ -139,9 +133,7 @@ int checkSlaveTypeDataSPT(Cursor& p, TypeFile& file)
     int count = 0;
     if (!takeRecordHead(p, kTagSlotPrmBlocks, count))
         return kErrSlotPrm;
-    if (count > 0)
-        file.isChangeable = false;
-    file.slotBlocks.resize(static_cast<std::size_t>(count));
+    startList(file.slotBlocks, count, file);
     for (int i = 0; i < count; ++i) {
         const SlotPrmBlock block = checkSlotParaBlock(count, p);
         if (block.result < 0)
@@ -160,15 +152,13 @@ int checkSlaveTypeDataSPTHelp(Cursor& p, TypeFile& file)
     int count = 0;
     if (!takeRecordHead(p, kTagHelpList, count))
         return kErrSlotHelp;
-    if (count > 0)
-        file.isChangeable = false;
-    file.slotHelp.resize(static_cast<std::size_t>(count));
+    startList(file.slotHelp, count, file);
     for (int i = 0; i < count; ++i) {
         const Cursor begin = p;
         HelpBlock block;
         if (const int result = checkHelpBlock(p, block); result < 0)
             return result;
-        if (block.number < 1 || block.number > count)
+        if (!isWithin(block.number, 1, file.slotHelp.size()))
             return kErrSlotHelp;
         file.slotHelp[static_cast<std::size_t>(block.number) - 1] = begin;
     }

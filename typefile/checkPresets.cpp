@@ -4,15 +4,10 @@
 // or the decoded identifier, and the position behind it. Preset slots given by order number stay empty here: the list
 // they point into comes later in the file.
 
-#include "typefile/format.h"
 #include "typefile/identifiers.h"
-#include "typefile/recordParts.h"
-#include "typefile/scan.h"
 #include "typefile/typeFile.h"
 
 #include <array>
-#include <cstddef>
-#include <cstdint>
 
 namespace typdescriptor::internal {
 
@@ -86,20 +81,19 @@ int takePresetEntry(Cursor& p, const TypeFile& file, MLFB_ITEM& slot)
 
 } // namespace
 
-int checkPresetSlots(Cursor& p, TypeFile& file, std::vector<int>& numbers)
+int checkPresetSlots(Cursor& p, TypeFile& file)
 {
     StructureCode code;
     if (!readStructureCode(p, code))
         return kErrTypeData;
-    if (!isText(p, kTagPresetByIdentifier))
-        file.isChangeable = false;
+    file.changeableOnlyIf(isText(p, kTagPresetByIdentifier));
     p += kStructureCodeLength;
     file.presetCode = code;
     // The count is cut to eight bits before it is tested: hosts rely on files that pass because of it.
     const auto count = static_cast<uint8_t>(numberAt(p));
-    const bool isEvenRequired = (file.typeData.features & kFeatureEvenSlotNumber) != 0;
     if (count > kMaxModules || count > file.typeData.maxModule ||
-        (file.station == StationKind::kBareName && count == 0) || (isEvenRequired && code.fixed && count % 2 != 0))
+        (file.station == StationKind::kBareName && count == 0) ||
+        (file.has(kFeatureEvenSlotNumber) && code.fixed && count % 2 != 0))
         return kErrPresetCount;
     int number = 0;
     if (!takeNumberRecord(p, number))
@@ -110,10 +104,10 @@ int checkPresetSlots(Cursor& p, TypeFile& file, std::vector<int>& numbers)
     MLFB_ITEM empty = MLFB_ITEM();
     empty.spIndex = kNoBlock;
     file.presetSlots.assign(count, empty);
-    numbers.assign(code.byOrderNumber ? count : 0U, 0);
+    file.presetNumbers.assign(code.byOrderNumber ? count : 0U, 0);
     for (std::size_t i = 0; i < count; ++i) {
-        const int result =
-            code.byOrderNumber ? takePresetNumber(p, numbers[i]) : takePresetEntry(p, file, file.presetSlots[i]);
+        const int result = code.byOrderNumber ? takePresetNumber(p, file.presetNumbers[i])
+                                              : takePresetEntry(p, file, file.presetSlots[i]);
         if (result != kOk)
             return result;
     }
@@ -133,8 +127,7 @@ int checkPresetSlot(Cursor& p, const TypeFile& file, CSLAVE_SLOT_PRESET_TYPE& pr
     const bool isSpecial = preset.kind == kCfgSpecial;
     if (preset.kind == kCfgInvalid || (isSpecial && !takeSpecialBytes(p, preset)))
         return kErrIdentifier;
-    const bool isExcluded = (file.typeData.features & (isSpecial ? kFeatureOnlyNormal : kFeatureOnlySpecial)) != 0;
-    return isExcluded ? kErrIdentifier : kOk;
+    return file.has(isSpecial ? kFeatureOnlyNormal : kFeatureOnlySpecial) ? kErrIdentifier : kOk;
 }
 
 /// A special-format identifier has brought the quote along.

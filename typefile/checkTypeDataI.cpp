@@ -3,18 +3,14 @@
 // In: type-data position 0. Out: the type-data record, the flags of the device and the positions and counts of its
 // groups, or the first code met. Every feature that a host cannot edit clears the changeable flag on the way.
 
-#include "params/userPrm.h"
-#include "typefile/format.h"
-#include "typefile/headerFlags.h"
-#include "typefile/scan.h"
-#include "typefile/stationTypes.h"
 #include "typefile/typeFile.h"
 
 #include <algorithm>
-#include <cstddef>
-#include <cstdint>
+#include <array>
 #include <cstring>
-#include <vector>
+#include <initializer_list>
+#include <span>
+#include <string_view>
 
 namespace typdescriptor::internal {
 
@@ -28,7 +24,6 @@ constexpr int kProfileModules = 32;
 constexpr int kProfilePrmLen = 7;
 
 constexpr unsigned kMaxSlaveInterval = 999;
-constexpr int kBitsPerByte = 8;
 
 // What a DP/AS-i gateway must be.
 constexpr int kGatewayPresetSlots = 3;
@@ -37,6 +32,7 @@ constexpr int kGatewayModules = 4;
 constexpr int kGatewayPrmLen = 140;
 
 constexpr int kMaxResponseDelay = 100;
+constexpr int kBitsPerByte = 8;
 
 bool readAsicType(char c, int32_t& asicType)
 {
@@ -61,83 +57,52 @@ bool readBaudRates(const char* p, unsigned& rates)
     return true;
 }
 
-/// A length in one direction, given in bytes or in bits.
-struct IoLength {
-    int bytes = 0;
-    int bits = 0;
-    bool isInBits = false;
-};
-
-bool takeIoLength(Cursor& p, IoLength& length)
-{
-    Cursor end = p + kNumberDigits;
-    length.isInBits = takeText(end, kBitUnit);
-    if (!takeTerminator(end))
-        return false;
-    const int number = numberAt(p);
-    length.bits = length.isInBits ? number : number * kBitsPerByte;
-    length.bytes = length.isInBits ? (number + kBitsPerByte - 1) / kBitsPerByte : number;
-    p = end;
-    return true;
-}
-
-/// A file name of fixed width.
-template <std::size_t Size>
-bool takeFileName(Cursor& p, char (&name)[Size])
-{
-    Cursor end = p + Size - 1;
-    if (!takeTerminator(end))
-        return false;
-    copyField(name, p);
-    p = end;
-    return true;
-}
-
 bool isFixedProfile(const TypeFile& file)
 {
     return file.station == StationKind::kFixedProfile;
 }
 
-/// A J/N flag of a feature that a fixed-profile station does not have.
-int checkFeatureFlag(char c, uint32_t features, TypeFile& file)
+/// What a letter at a place of the fixed block stands for; "N" stands for nothing anywhere.
+struct FeatureLetter {
+    std::size_t position;
+    char letter;
+    uint32_t features;
+    bool isPlain; // hosts can edit it, and a fixed-profile station does not have it
+};
+
+constexpr std::array<FeatureLetter, 12> kFeatureLetters{{
+    {kSetSlaveAddress, 'J', kFeatureSetSlaveAddress, true},
+    {kSyncMode, 'J', kFeatureSyncMode, true},
+    {kFreezeMode, 'J', kFeatureFreezeMode, true},
+    {kPublisherSubscriber, 'J', kFeaturePublisher | kFeatureSubscriber, true},
+    {kPublisherSubscriber, 'P', kFeaturePublisher, false},
+    {kPublisherSubscriber, 'S', kFeatureSubscriber, false},
+    {kDiagBufferable, 'J', kFeatureDiagBufferable, true},
+    {kActiveMaster, 'J', kFeatureActive, true},
+    {kActiveMaster, 'M', kFeatureMaster, false},
+    {kFailSafe, 'J', kFeatureFailSafe, false},
+    {kModuleKinds, 'E', kFeatureOnlyNormal, false},
+    {kModuleKinds, 'S', kFeatureOnlySpecial, false},
+}};
+
+int checkFeatures(Cursor p, std::initializer_list<std::size_t> positions, TypeFile& file)
 {
-    const int flag = checkJNChar(c);
-    if (flag < 0)
-        return kErrTypeData;
-    if (flag == 0)
-        return kOk;
-    if (isFixedProfile(file))
-        return kErrFixedProfile;
-    file.typeData.features |= features;
+    for (const std::size_t position : positions) {
+        const char letter = toUpper(p[position]);
+        const auto* const known =
+            std::find_if(kFeatureLetters.begin(), kFeatureLetters.end(),
+                         [=](const FeatureLetter& one) { return one.position == position && one.letter == letter; });
+        if (known == kFeatureLetters.end()) {
+            if (letter != 'N')
+                return kErrTypeData;
+            continue;
+        }
+        if (known->isPlain && isFixedProfile(file))
+            return kErrFixedProfile;
+        file.changeableOnlyIf(known->isPlain);
+        file.typeData.features |= known->features;
+    }
     return kOk;
-}
-
-/// A letter other than J and N that stands for one feature beyond those.
-bool acceptFeatureLetter(char c, char letter, uint32_t feature, TypeFile& file)
-{
-    if (toUpper(c) != letter)
-        return false;
-    file.typeData.features |= feature;
-    file.isChangeable = false;
-    return true;
-}
-
-int checkTelegramFlags(Cursor p, TypeFile& file)
-{
-    int result = checkFeatureFlag(p[kSetSlaveAddress], kFeatureSetSlaveAddress, file);
-    if (result == kOk)
-        result = checkFeatureFlag(p[kSyncMode], kFeatureSyncMode, file);
-    if (result == kOk)
-        result = checkFeatureFlag(p[kFreezeMode], kFeatureFreezeMode, file);
-    const char role = p[kPublisherSubscriber];
-    if (result == kOk && !acceptFeatureLetter(role, 'P', kFeaturePublisher, file) &&
-        !acceptFeatureLetter(role, 'S', kFeatureSubscriber, file))
-        result = checkFeatureFlag(role, kFeaturePublisher | kFeatureSubscriber, file);
-    if (result == kOk)
-        result = checkFeatureFlag(p[kDiagBufferable], kFeatureDiagBufferable, file);
-    if (result == kOk && !acceptFeatureLetter(p[kActiveMaster], 'M', kFeatureMaster, file))
-        result = checkFeatureFlag(p[kActiveMaster], kFeatureActive, file);
-    return result;
 }
 
 int checkStationFlags(Cursor p, TypeFile& file)
@@ -156,15 +121,10 @@ int checkStationFlags(Cursor p, TypeFile& file)
     if (isModularStation < 0)
         return kErrTypeData;
     file.isModular = isModularStation != 0;
-    if (!acceptFeatureLetter(p[kFailSafe], 'J', kFeatureFailSafe, file) && checkJNChar(p[kFailSafe]) < 0)
-        return kErrTypeData;
-    const char kinds = p[kModuleKinds];
-    if (!acceptFeatureLetter(kinds, 'E', kFeatureOnlyNormal, file) &&
-        !acceptFeatureLetter(kinds, 'S', kFeatureOnlySpecial, file) && checkJNChar(kinds) != 0)
+    if (checkFeatures(p, {kFailSafe, kModuleKinds}, file) != kOk)
         return kErrTypeData;
 
-    if (file.header.makerDevice == 1 || kStationDpsClass1 != file.header.stationType)
-        file.isChangeable = false;
+    file.changeableOnlyIf(file.header.makerDevice != 1 && kStationDpsClass1 == file.header.stationType);
     if (file.station == StationKind::kDpAsi)
         file.typeData.features |= kFeatureDpAsiLink;
     if (file.station == StationKind::kKgp)
@@ -174,7 +134,7 @@ int checkStationFlags(Cursor p, TypeFile& file)
 
 int checkSpeeds(Cursor p, TypeFile& file)
 {
-    const int interval = numberAt(p + kSlaveInterval.position, kSlaveInterval.width);
+    const int interval = numberAt(p, kSlaveInterval);
     if (!isWithin(interval, 0, kMaxSlaveInterval))
         return kErrSlaveInterval;
     if (isFixedProfile(file) && interval != kProfileSlaveInterval)
@@ -192,7 +152,7 @@ int checkSpeeds(Cursor p, TypeFile& file)
     return kOk;
 }
 
-int checkFixedBlock(Cursor p, TypeFile& file)
+int checkFixedBlock(Cursor& p, TypeFile& file)
 {
     for (std::size_t i = 0; i < kFixedTerminators; ++i) {
         if (!isTerminator(p + kTypeDataTerminators[i]))
@@ -202,117 +162,138 @@ int checkFixedBlock(Cursor p, TypeFile& file)
     if (isChangeable < 0)
         return kErrTypeData;
     file.isChangeable = isChangeable != 0;
-    if (file.header.makerDevice == 1)
-        file.typeData.features |= kFeatureMakerDevice;
     if (file.header.headerCnf == 1)
         file.typeData.features |= kFeatureHeaderCnf;
 
-    int result = checkTelegramFlags(p, file);
+    int result = checkFeatures(
+        p, {kSetSlaveAddress, kSyncMode, kFreezeMode, kPublisherSubscriber, kDiagBufferable, kActiveMaster}, file);
     if (result == kOk)
         result = checkStationFlags(p, file);
     if (result == kOk)
         result = checkSpeeds(p, file);
+    p += kMaxInputLen.position;
     return result;
 }
 
+/// A length in one direction, given in bytes or in bits.
 int checkIoLength(Cursor& p, int code, int32_t& bytes, int32_t& bits, TypeFile& file)
 {
-    IoLength length;
-    const bool isTaken = takeIoLength(p, length);
-    if (length.isInBits)
-        file.isChangeable = false;
-    if (!isTaken)
+    const int number = numberAt(p);
+    p += kNumberDigits;
+    const bool isInBits = takeText(p, kBitUnit);
+    file.changeableOnlyIf(!isInBits);
+    if (!takeTerminator(p))
         return kErrTypeData;
-    if (length.bits < 0 || !isWithin(length.bytes, 0, kMaxIoLen))
+    bits = isInBits ? number : number * kBitsPerByte;
+    bytes = isInBits ? (number + kBitsPerByte - 1) / kBitsPerByte : number;
+    if (bits < 0 || !isWithin(bytes, 0, kMaxIoLen))
         return code;
-    if (isFixedProfile(file) && length.bytes != kProfileIoLen)
-        return kErrFixedProfile;
-    bytes = length.bytes;
-    bits = length.bits;
-    return kOk;
+    return isFixedProfile(file) && bytes != kProfileIoLen ? kErrFixedProfile : kOk;
 }
 
-int checkLengthFields(Cursor& p, TypeFile& file)
+int checkIoLengths(Cursor& p, TypeFile& file)
 {
-    if (const int result = checkIoLength(p, kErrInputLen, file.typeData.maxInputLen, file.typeData.maxInputBits, file);
-        result != kOk)
-        return result;
-    if (const int result =
-            checkIoLength(p, kErrOutputLen, file.typeData.maxOutputLen, file.typeData.maxOutputBits, file);
-        result != kOk)
-        return result;
-    if (file.typeData.maxInputLen == 0 && file.typeData.maxOutputLen == 0)
-        return kErrNoData;
+    SLAVE_TYPEDATA_TYPE& data = file.typeData;
+    int result = checkIoLength(p, kErrInputLen, data.maxInputLen, data.maxInputBits, file);
+    if (result == kOk)
+        result = checkIoLength(p, kErrOutputLen, data.maxOutputLen, data.maxOutputBits, file);
+    data.maxDataLen = data.maxInputLen + data.maxOutputLen;
+    return result == kOk && data.maxDataLen == 0 ? kErrNoData : result;
+}
 
-    if (!takeNumberRecord(p, file.typeData.maxModule))
+int checkMaxModule(Cursor& p, TypeFile& file)
+{
+    int32_t& count = file.typeData.maxModule;
+    if (!takeNumberRecord(p, count))
         return kErrTypeData;
-    const bool isEvenRequired = (file.typeData.features & kFeatureEvenSlotNumber) != 0;
-    if (!isWithin(file.typeData.maxModule, 0, kMaxModules) || (isEvenRequired && file.typeData.maxModule % 2 != 0))
+    if (!isWithin(count, 0, kMaxModules) || (file.has(kFeatureEvenSlotNumber) && count % 2 != 0))
         return kErrMaxModule;
-    if (isFixedProfile(file) && file.typeData.maxModule != kProfileModules)
-        return kErrFixedProfile;
+    return isFixedProfile(file) && count != kProfileModules ? kErrFixedProfile : kOk;
+}
 
+int checkMaxDiagLen(Cursor& p, TypeFile& file)
+{
     if (!takeNumberRecord(p, file.typeData.maxDiagDataLen))
         return kErrTypeData;
-    if (!isWithin(file.typeData.maxDiagDataLen, kMinDiagBytes, kMaxDiagBytes))
-        return kErrDiagLen;
+    return isWithin(file.typeData.maxDiagDataLen, kMinDiagBytes, kMaxDiagBytes) ? kOk : kErrDiagLen;
+}
 
+int checkUserPrmLen(Cursor& p, TypeFile& file)
+{
     file.isSlotPrmMode = *p == kSlotPrmMode;
-    if (file.isSlotPrmMode) {
-        file.isChangeable = false;
-        ++p;
-    }
-    if (!takeNumberRecord(p, file.typeData.userPrmDataLen))
+    file.changeableOnlyIf(!file.isSlotPrmMode);
+    p += file.isSlotPrmMode ? 1 : 0;
+    int32_t& length = file.typeData.userPrmDataLen;
+    if (!takeNumberRecord(p, length))
         return kErrTypeData;
-    if (!isWithin(file.typeData.userPrmDataLen, kStandardPrmBytes, kMaxPrmTelegram))
+    if (!isWithin(length, kStandardPrmBytes, kMaxPrmTelegram))
         return kErrPrmLen;
-    if (isFixedProfile(file) && file.typeData.userPrmDataLen != kProfilePrmLen)
-        return kErrFixedProfile;
-    file.typeData.userPrmDataLenRead = file.typeData.userPrmDataLen;
+    file.typeData.userPrmDataLenRead = length;
+    return isFixedProfile(file) && length != kProfilePrmLen ? kErrFixedProfile : kOk;
+}
+
+/// A file name of fixed width.
+template <std::size_t Size>
+int checkFileName(Cursor& p, TypeFile& file, char (&name)[Size], std::string_view usual, int code)
+{
+    copyField(name, p);
+    if (!takeRecord(p, Size - 1))
+        return code;
+    file.changeableOnlyIf(name == usual);
     return kOk;
 }
 
-/// Everything about the modules and their parameters.
-int checkModuleGroups(Cursor& p, TypeFile& file, const std::vector<int>& presetNumbers)
+int checkFileNames(Cursor& p, TypeFile& file)
 {
-    if (const int result = checkSlaveTypeDataMLFBList(p, file); result != kOk)
-        return result;
-    if (const int result = checkSlaveTypeDataLSK(p, file); result != kOk)
-        return result;
-    if (!takeNumberRecord(p, file.typeData.commonPrmDataLen) ||
-        !isWithin(file.typeData.commonPrmDataLen, 0, kMaxCommonPrmLen))
+    const int result = checkFileName(p, file, file.bitmapName, kDefaultBitmap, kErrBitmapName);
+    return result == kOk ? checkFileName(p, file, file.libraryName, kDefaultLibrary, kErrLibraryName) : result;
+}
+
+int checkSlotOffset(Cursor& p, TypeFile& file)
+{
+    if (!takeRecordHead(p, kTagSlotOffset, file.slotOffset))
+        return kErrSlotNumbering;
+    file.changeableOnlyIf(file.slotOffset == 0);
+    return kOk;
+}
+
+int checkMaxDataLen(Cursor& p, TypeFile& file)
+{
+    const int ioLen = file.typeData.maxInputLen + file.typeData.maxOutputLen;
+    int32_t& length = file.typeData.maxDataLen;
+    if (!takeNumberRecord(p, length) || length < 1 || length > ioLen)
+        return kErrMaxDataLen;
+    file.changeableOnlyIf(length == ioLen);
+    return kOk;
+}
+
+int checkCommonPrmLen(Cursor& p, TypeFile& file)
+{
+    int32_t& length = file.typeData.commonPrmDataLen;
+    if (!takeNumberRecord(p, length) || !isWithin(length, 0, kMaxCommonPrmLen))
         return kErrCommonPrmLen;
-    if (file.typeData.commonPrmDataLen != 0)
-        file.isChangeable = false;
-    if (const int result = checkSlaveTypeDataSPT(p, file); result != kOk)
-        return result;
-    if (const int result = checkSlaveTypeDataSPTHelp(p, file); result != kOk)
-        return result;
-    if (const int result = checkSPLinksInMLFBAndLSKList(file, presetNumbers); result < 0)
-        return result;
+    file.changeableOnlyIf(length == 0);
     if (file.isSlotPrmMode)
-        file.typeData.userPrmDataLen = file.typeData.commonPrmDataLen + static_cast<int>(kStandardPrmBytes);
+        file.typeData.userPrmDataLen = length + static_cast<int>(kStandardPrmBytes);
     return kOk;
 }
 
 int checkStationRules(TypeFile& file)
 {
+    const SLAVE_TYPEDATA_TYPE& data = file.typeData;
+    const auto presetSlots = static_cast<int>(file.presetSlots.size());
     if (file.station == StationKind::kDpAsi) {
-        const bool isGateway =
-            !file.isSlotPrmMode && !file.presetCode.fixed &&
-            static_cast<int>(file.presetSlots.size()) == kGatewayPresetSlots &&
-            file.typeData.maxInputLen == kGatewayIoLen && file.typeData.maxOutputLen == kGatewayIoLen &&
-            file.typeData.maxModule == kGatewayModules && file.typeData.userPrmDataLen == kGatewayPrmLen &&
-            (file.typeData.features & kFeatureEvenSlotNumber) == 0 && (file.typeData.features & kFeatureHeaderCnf) != 0;
-        if (!isGateway)
-            return kErrTypeData;
+        const bool isGateway = !file.isSlotPrmMode && !file.presetCode.fixed && presetSlots == kGatewayPresetSlots &&
+                               data.maxInputLen == kGatewayIoLen && data.maxOutputLen == kGatewayIoLen &&
+                               data.maxModule == kGatewayModules && data.userPrmDataLen == kGatewayPrmLen &&
+                               !file.has(kFeatureEvenSlotNumber) && file.has(kFeatureHeaderCnf);
+        return isGateway ? kOk : kErrTypeData;
     }
     if (file.station == StationKind::kKgp) {
         if (!file.isSlotPrmMode || file.presetCode.fixed || !file.moduleLists.empty())
             return kErrTypeData;
-        if (static_cast<int>(file.presetSlots.size()) != file.typeData.slotCount)
-            return kErrSlotNumbering;
         file.typeData.kgpDevice = 1;
+        return presetSlots == data.slotCount ? kOk : kErrSlotNumbering;
     }
     return kOk;
 }
@@ -324,83 +305,63 @@ int checkDelays(Cursor& p, TypeFile& file)
     if (!isDigit(minor) || minor == '0')
         return kOk;
     file.isChangeable = false;
-    if (!takeRecordHead(p, kTagEterDelay, file.typeData.eterDelay))
-        return kErrTypeData;
-    if (!takeRecordHead(p, kTagResponseDelay, file.typeData.maxResponseDelay) ||
-        file.typeData.maxResponseDelay > kMaxResponseDelay)
-        return kErrTypeData;
-    return kOk;
+    const bool areTaken = takeRecordHead(p, kTagEterDelay, file.typeData.eterDelay) &&
+                          takeRecordHead(p, kTagResponseDelay, file.typeData.maxResponseDelay);
+    return areTaken && file.typeData.maxResponseDelay <= kMaxResponseDelay ? kOk : kErrTypeData;
 }
 
-int checkVersion5Groups(Cursor& p, TypeFile& file, const std::vector<int>& presetNumbers)
-{
-    if (const int result = checkSlaveTypeDataDKM(p, 1, file); result != kOk)
-        return result;
-    if (!takeFileName(p, file.bitmapName))
-        return kErrBitmapName;
-    if (file.bitmapName != kDefaultBitmap)
-        file.isChangeable = false;
-    if (!takeFileName(p, file.libraryName))
-        return kErrLibraryName;
-    if (file.libraryName != kDefaultLibrary)
-        file.isChangeable = false;
-    if (!takeRecordHead(p, kTagSlotOffset, file.slotOffset))
-        return kErrSlotNumbering;
-    if (file.slotOffset != 0)
-        file.isChangeable = false;
-    if (const int result = checkSlotNumbering(p, file); result != kOk)
-        return result;
+using CheckStep = int (*)(Cursor& p, TypeFile& file);
 
-    const int ioLen = file.typeData.maxInputLen + file.typeData.maxOutputLen;
-    if (!takeNumberRecord(p, file.typeData.maxDataLen) || file.typeData.maxDataLen < 1 ||
-        file.typeData.maxDataLen > ioLen)
-        return kErrMaxDataLen;
-    if (file.typeData.maxDataLen != ioLen)
-        file.isChangeable = false;
-    if (const int result = checkModuleGroups(p, file, presetNumbers); result != kOk)
-        return result;
-    if (const int result = checkStationRules(file); result != kOk)
-        return result;
-    return checkDelays(p, file);
+constexpr std::array<CheckStep, 8> kSteps{
+    checkFixedBlock,  checkIoLengths,
+    checkMaxModule,   checkMaxDiagLen,
+    checkUserPrmLen,  checkUserPara,
+    checkPresetSlots, [](Cursor& p, TypeFile& file) { return checkSlaveTypeDataDKM(p, 0, file); },
+};
+constexpr std::array<CheckStep, 13> kVersion5Steps{
+    [](Cursor& p, TypeFile& file) { return checkSlaveTypeDataDKM(p, 1, file); },
+    checkFileNames,
+    checkSlotOffset,
+    checkSlotNumbering,
+    checkMaxDataLen,
+    checkSlaveTypeDataMLFBList,
+    checkSlaveTypeDataLSK,
+    checkCommonPrmLen,
+    checkSlaveTypeDataSPT,
+    checkSlaveTypeDataSPTHelp,
+    [](Cursor&, TypeFile& file) { return checkSPLinksInMLFBAndLSKList(file); },
+    [](Cursor&, TypeFile& file) { return checkStationRules(file); },
+    checkDelays,
+};
+
+int takeSteps(Cursor& p, TypeFile& file, std::span<const CheckStep> steps)
+{
+    int result = kOk;
+    for (std::size_t i = 0; i < steps.size() && result == kOk; ++i)
+        result = steps[i](p, file);
+    return result;
 }
 
 } // namespace
 
-/// What both categories begin with: a cleared record with the texts of the file.header.
 void startTypeData(TypeFile& file)
 {
     file.typeData = SLAVE_TYPEDATA_TYPE();
     std::memcpy(file.typeData.modelName, file.header.modelName, sizeof file.typeData.modelName);
     std::memcpy(file.typeData.stationType, file.header.stationType, sizeof file.typeData.stationType);
     file.typeData.identNumber = file.header.identNumber;
+    if (file.header.makerDevice == 1)
+        file.typeData.features = kFeatureMakerDevice;
 }
 
 int checkSlaveTypeDataCatI(Cursor p, TypeFile& file)
 {
     startTypeData(file);
-    SLAVE_TYPEDATA_TYPE& data = file.typeData;
-    if (const int result = checkFixedBlock(p, file); result != kOk)
-        return result;
-    p += kMaxInputLen.position;
-    if (const int result = checkLengthFields(p, file); result != kOk)
-        return result;
-
-    if (const int result = checkUserPara(p, file); result != kOk)
-        return result;
-    std::copy(file.userPrm.begin(), file.userPrm.end(), data.userPrmData);
-    std::vector<int> presetNumbers;
-    if (const int result = checkPresetSlots(p, file, presetNumbers); result != kOk)
-        return result;
-    if (const int result = checkSlaveTypeDataDKM(p, 0, file); result != kOk)
-        return result;
-
-    data.maxDataLen = data.maxInputLen + data.maxOutputLen;
-    if (hasVersion5Groups(file.header.version)) {
-        if (const int result = checkVersion5Groups(p, file, presetNumbers); result != kOk)
-            return result;
-    }
+    int result = takeSteps(p, file, kSteps);
+    if (result == kOk && hasVersion5Groups(file.header.version))
+        result = takeSteps(p, file, kVersion5Steps);
     file.end = p;
-    return kOk;
+    return result;
 }
 
 } // namespace typdescriptor::internal

@@ -2,13 +2,9 @@
 //
 // In: type-data position 0. Out: the decoded fields, the diagnostic counts and where the type data ends.
 
-#include "typefile/format.h"
-#include "typefile/headerFlags.h"
-#include "typefile/scan.h"
 #include "typefile/typeFile.h"
 
-#include <cstddef>
-#include <cstdint>
+#include <array>
 #include <string_view>
 
 namespace typdescriptor::internal {
@@ -17,17 +13,24 @@ namespace {
 
 constexpr std::string_view kStationFamilyB = "QX410B/";
 
-// What a QX410K station must have; its flags must be 'J'.
-constexpr char kQx410kDigit0 = '2';
-constexpr char kQx410kDigit8 = '0';
+constexpr int kAny = -1;
 
-bool readDigit(char c, char last, uint8_t& value)
-{
-    if (c < '0' || c > last)
-        return false;
-    value = static_cast<uint8_t>(c - '0');
-    return true;
-}
+/// A field of one character.
+struct Field {
+    std::size_t position;
+    bool isFlag;  // J or N, else a digit
+    int last;     // the highest value
+    int ofQx410k; // what a QX410K station must have
+};
+
+constexpr std::array<Field, 6> kFields{{
+    {kCat2Digit0, false, 4, 2},
+    {kCat2Flag4, true, 1, 1},
+    {kCat2Digit8, false, 7, 0},
+    {kCat2Digit12, false, 3, kAny},
+    {kCat2Digit16, false, 3, kAny},
+    {kCat2Flag20, true, 1, 1},
+}};
 
 /// The modules of the station must fit its places: four when flag 4 is set, else eight. Eight-bit arithmetic that wraps
 /// is the rule, even where a test cannot fail.
@@ -56,35 +59,28 @@ int checkSlaveTypeDataCatII(Cursor p, TypeFile& file)
             return kErrTypeData;
     }
 
-    const bool isQx410k = file.station == StationKind::kQx410k;
-    if (!readDigit(p[kCat2Digit0], '4', data.cat2Digit0))
-        return kErrTypeData;
-    if (isQx410k && p[kCat2Digit0] != kQx410kDigit0)
-        return kErrFixedCategoryII;
-    data.cat2Flag4 = checkJNChar(p[kCat2Flag4]);
-    if (data.cat2Flag4 < 0)
-        return kErrTypeData;
-    if (isQx410k && data.cat2Flag4 != 1)
-        return kErrFixedCategoryII;
-    if (!readDigit(p[kCat2Digit8], '7', data.cat2Digit8))
-        return kErrTypeData;
-    if (isQx410k && p[kCat2Digit8] != kQx410kDigit8)
-        return kErrFixedCategoryII;
-    if (!readDigit(p[kCat2Digit12], '3', data.cat2Digit12) || !readDigit(p[kCat2Digit16], '3', data.cat2Digit16))
-        return kErrTypeData;
-    data.cat2Flag20 = checkJNChar(p[kCat2Flag20]);
-    if (data.cat2Flag20 < 0)
-        return kErrTypeData;
-    if (isQx410k && data.cat2Flag20 != 1)
-        return kErrFixedCategoryII;
+    std::array<int, kFields.size()> values{};
+    for (std::size_t i = 0; i < kFields.size(); ++i) {
+        const Field& field = kFields[i];
+        const char c = p[field.position];
+        values[i] = field.isFlag ? checkJNChar(c) : c - '0';
+        if (values[i] < 0 || values[i] > field.last)
+            return kErrTypeData;
+        if (file.station == StationKind::kQx410k && field.ofQx410k != kAny && values[i] != field.ofQx410k)
+            return kErrFixedCategoryII;
+    }
+    data.cat2Digit0 = static_cast<uint8_t>(values[0]);
+    data.cat2Flag4 = values[1];
+    data.cat2Digit8 = static_cast<uint8_t>(values[2]);
+    data.cat2Digit12 = static_cast<uint8_t>(values[3]);
+    data.cat2Digit16 = static_cast<uint8_t>(values[4]);
+    data.cat2Flag20 = values[5];
 
     p += kCat2DiagTexts;
     if (const int result = checkSlaveTypeDataDKM(p, 0, file); result != kOk)
         return result;
     if (!fitsCapacity(data))
         return kErrTypeData;
-    if (file.header.makerDevice == 1)
-        data.features |= kFeatureMakerDevice;
     file.end = p;
     return kOk;
 }

@@ -3,10 +3,6 @@
 // In: an image as a constructor left it. Out: the decoded header, the kind of station and, from the type-data checks,
 // everything that the queries answer from; or the first code met.
 
-#include "typefile/format.h"
-#include "typefile/headerFlags.h"
-#include "typefile/scan.h"
-#include "typefile/stationTypes.h"
 #include "typefile/typeFile.h"
 
 #include <algorithm>

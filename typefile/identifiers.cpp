@@ -4,7 +4,6 @@ namespace typdescriptor::internal {
 
 namespace {
 
-constexpr std::uint32_t kMfrBits = 0x0F;
 constexpr std::uint32_t kInputOnly = 1; // directions of a compact identifier
 constexpr std::uint32_t kOutputOnly = 2;
 

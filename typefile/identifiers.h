@@ -42,7 +42,8 @@ struct CFG_SPECIAL_INFO {
     unsigned mfrBytes() const { return mfrLength < 15 ? mfrLength : 0; }
 };
 
-inline constexpr std::uint32_t kIoBits = 0x30; // clear in a special-format byte, set in a general one
+inline constexpr std::uint32_t kIoBits = 0x30;  // clear in a special-format byte, set in a general one
+inline constexpr std::uint32_t kMfrBits = 0x0F; // of a special-format byte: its manufacturer length
 
 constexpr std::uint8_t bitOf(std::uint32_t byte, unsigned number)
 {

@@ -1,7 +1,5 @@
 #include "typefile/orderNumber.h"
 
-#include "typefile/format.h"
-#include "typefile/scan.h"
 #include "typefile/typeFile.h"
 
 #include <algorithm>
@@ -10,6 +8,9 @@
 
 namespace typdescriptor::internal {
 
+namespace {
+
+/// A character of the image as readers see it.
 char characterAt(const TypeFile& file, std::size_t position)
 {
     const OrderNumber& number = file.orderNumber;
@@ -23,14 +24,16 @@ char characterAt(const TypeFile& file, std::size_t position)
     return number.isBlanked ? ' ' : number.isClosed ? c : '\0';
 }
 
+} // namespace
+
 void copyCharacters(const TypeFile& file, std::size_t position, char* target, std::size_t count)
 {
     std::memcpy(target, file.image + position, count);
-    // Nothing reads differently outside the order number.
-    const OrderNumber& number = file.orderNumber;
-    const std::size_t end = number.end == 0 ? 0 : number.bracket + 1;
-    for (std::size_t i = std::max(position, number.begin); i < std::min(position + count, end); ++i)
-        target[i - position] = characterAt(file, i);
+    // Nothing reads differently but these two.
+    for (const std::size_t changed : {file.orderNumber.end, file.orderNumber.bracket}) {
+        if (changed >= position && changed < position + count)
+            target[changed - position] = characterAt(file, changed);
+    }
 }
 
 void findOrderNumber(TypeFile& file)
@@ -55,38 +58,34 @@ void findOrderNumber(TypeFile& file)
     }
 }
 
-std::size_t copyOrderNumber(const TypeFile& file, char* text)
+std::string_view orderNumberText(const TypeFile& file, OrderNumberBuffer& buffer)
 {
-    std::size_t length = 0;
-    for (; length < kOrderNumberWidth; ++length) {
-        const char c = characterAt(file, file.orderNumber.begin + length);
-        if (c == '\0')
-            break;
-        text[length] = c;
+    const OrderNumber& number = file.orderNumber;
+    std::string_view text(file.image + number.begin, number.end - number.begin);
+    if (number.isClosed) {
+        copyCharacters(file, number.begin, buffer.data(), buffer.size());
+        text = {buffer.data(), buffer.size()};
     }
-    return length;
+    return text.substr(0, text.find('\0'));
 }
 
 int getMLFBstring(TypeFile& file, char* text)
 {
-    if (!file.isLoaded)
-        return kErrMemory;
-    *text = '\0';
     OrderNumber& number = file.orderNumber;
-    if (!number.isFound)
-        return kErrNoOrderNumber;
-    std::array<char, kOrderNumberWidth> buffer{};
-    std::size_t length = copyOrderNumber(file, buffer.data());
+    OrderNumberBuffer buffer;
+    std::string_view characters;
+    if (number.isFound)
+        characters = orderNumberText(file, buffer);
     // Once written, the text runs on behind its ">", so that the blanks in it are no trailing ones.
-    if (!number.isClosed) {
-        const bool isInHeadLine = number.begin + length < file.headLineLength;
-        while (length > 0 && isSpace(buffer[length - 1]))
-            --length;
+    if (number.isFound && !number.isClosed) {
+        const bool isInHeadLine = number.begin + characters.size() < file.headLineLength;
+        while (!characters.empty() && isSpace(characters.back()))
+            characters.remove_suffix(1);
         if (isInHeadLine)
-            number.end = number.begin + length;
+            number.end = number.begin + characters.size();
     }
-    *std::copy_n(buffer.begin(), length, text) = '\0';
-    return length > 0 ? kOk : kErrNoOrderNumber;
+    *std::copy(characters.begin(), characters.end(), text) = '\0';
+    return characters.empty() ? kErrNoOrderNumber : kOk;
 }
 
 void copyTypeFile(const TypeFile& file, char* target)

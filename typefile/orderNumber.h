@@ -1,12 +1,16 @@
 // The bracketed order number of the head line.
 //
-// Nothing is written into the image for it. A reader sees the image through characterAt(): the order number that a check
+// Nothing is written into the image for it. A reader sees the image through copyCharacters(): the order number that a check
 // has found is ended by a NUL there until a write closes it with its ">" again, and a text that was cut takes that ">"
 // with it: the place where it first stood becomes a blank.
 
 #pragma once
 
+#include "typefile/format.h"
+
+#include <array>
 #include <cstddef>
+#include <string_view>
 
 namespace typdescriptor::internal {
 
@@ -21,20 +25,20 @@ struct OrderNumber {
     bool isBlanked = false;  // what stood at `bracket` is a blank since a write
 };
 
-/// A character of the image as readers see it.
-char characterAt(const TypeFile& file, std::size_t position);
-
 /// Copies characters of the image as readers see them.
 void copyCharacters(const TypeFile& file, std::size_t position, char* target, std::size_t count);
 
 /// Looks for the order number, as the last step of the check of a head line.
 void findOrderNumber(TypeFile& file);
 
-/// Copies the text up to its NUL, at most 30 characters: once closed, it runs on behind its ">".
-/// @return its length
-std::size_t copyOrderNumber(const TypeFile& file, char* text);
+using OrderNumberBuffer = std::array<char, kOrderNumberWidth>;
+
+/// The text of an order number that was found, up to its NUL; once closed, it runs on behind its ">".
+/// @param buffer  room for it
+std::string_view orderNumberText(const TypeFile& file, OrderNumberBuffer& buffer);
 
 /// Cuts the trailing blanks of an order number that is not closed, and copies it; see cTypDescriptor::getMLFBstring().
+/// @param file  loaded
 int getMLFBstring(TypeFile& file, char* text);
 
 /// Copies the type file as it is written: order number closed.

@@ -1,4 +1,4 @@
-// Pieces that several record groups share: module-structure codes, quoted texts and references to slot parameter
+// Pieces that several parts of the format share: flags, module-structure codes, quoted texts and references to slot parameter
 // blocks. Same rules as in scan.h: take... moves the cursor only when it has seen the whole piece.
 
 #pragma once
@@ -29,6 +29,12 @@ inline bool readStructureCode(const char* p, StructureCode& code)
     code.fixed = p[1] == kFixedStructure;
     code.closed = p[1] == kClosedStructure;
     return p[0] == kPresetByIdentifier || p[1] == kOpenStructure || code.byOrderNumber || code.fixed || code.closed;
+}
+
+/// A J/N flag: 'J' gives 1, 'N' 0, anything else -1.
+constexpr int checkJNChar(char c)
+{
+    return toUpper(c) == 'J' ? 1 : toUpper(c) == 'N' ? 0 : -1;
 }
 
 /// A text and the quote that ends it.

@@ -1,6 +1,13 @@
 // The one way in which checks and queries read an image: small steps over literal characters and numbers of fixed
 // width. A function named is... looks; one named take... also moves the cursor behind what it has read, and only when
-// it has seen it. imageSlack.h tells why none of them leaves the buffer.
+// it has seen it.
+//
+// Why none of them leaves an image. Every image buffer has room for at least kMinImageSize characters (a head line and a
+// converted version-3 header), and is followed by kImageSlack NUL characters that belong to the buffer but not to its
+// stated size. A check goes on to the next record only after it has seen the closing character of the last one, which is
+// not a NUL. So it never gets beyond the record that begins, at the latest, on the first character of the slack; and the
+// longest record (an order-number entry with a special-format identifier of 17 bytes, 109 characters) is far shorter
+// than the slack.
 
 #pragma once
 
@@ -11,6 +18,8 @@
 #include <string_view>
 
 namespace typdescriptor::internal {
+
+inline constexpr std::size_t kImageSlack = 256;
 
 /// A place in an image; its slack is the end.
 using Cursor = const char*;
@@ -39,11 +48,6 @@ constexpr bool isHexDigit(char c)
 constexpr unsigned hexDigitValue(char digit)
 {
     return static_cast<unsigned>(isDigit(digit) ? digit - '0' : toUpper(digit) - 'A' + 10);
-}
-
-inline bool isHexByte(const char* p)
-{
-    return isHexDigit(p[0]) && isHexDigit(p[1]);
 }
 
 inline bool isText(const char* p, std::string_view text)
@@ -77,6 +81,11 @@ constexpr int numberAt(const char* p, std::size_t digits = kNumberDigits)
     return negative ? -value : value;
 }
 
+constexpr int numberAt(const char* record, TextField field)
+{
+    return numberAt(record + field.position, field.width);
+}
+
 constexpr bool isWithin(int number, std::size_t first, std::size_t last)
 {
     return number >= 0 && static_cast<std::size_t>(number) >= first && static_cast<std::size_t>(number) <= last;
@@ -103,25 +112,34 @@ inline bool takeQuote(Cursor& p)
     return true;
 }
 
+/// A record of fixed length that was looked at, and the terminator.
+inline bool takeRecord(Cursor& p, std::size_t length)
+{
+    if (!isTerminator(p + length))
+        return false;
+    p += length + kTerminator.size();
+    return true;
+}
+
 /// A number and the terminator. The number may be negative.
 inline bool takeNumberRecord(Cursor& p, int& number)
 {
-    if (!isTerminator(p + kNumberDigits))
+    const Cursor digits = p;
+    if (!takeRecord(p, kNumberDigits))
         return false;
-    number = numberAt(p);
-    p += kNumberDigits + kTerminator.size();
+    number = numberAt(digits);
     return true;
 }
 
 /// The head of a record group: its tag, a number and the terminator. A negative number is a malformed head.
 inline bool takeRecordHead(Cursor& p, std::string_view tag, int& number)
 {
-    if (!isText(p, tag))
+    Cursor behind = p + tag.size();
+    int count = 0;
+    if (!isText(p, tag) || !takeNumberRecord(behind, count) || count < 0)
         return false;
-    Cursor behindTag = p + tag.size();
-    if (numberAt(behindTag) < 0 || !takeNumberRecord(behindTag, number))
-        return false;
-    p = behindTag;
+    number = count;
+    p = behind;
     return true;
 }
 

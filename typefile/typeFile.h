@@ -1,4 +1,5 @@
-// All that a check finds in an image. The queries answer from it, and from the image through the positions in it.
+// All that a check finds in an image, and the steps of the check. The queries answer from it, and from the image through
+// the positions in it. With this header come the format and the small steps over it.
 
 #pragma once
 
@@ -69,6 +70,7 @@ struct TypeFile {
 
     StructureCode presetCode;
     std::vector<MLFB_ITEM> presetSlots;
+    std::vector<int> presetNumbers; // of their order-number entries, where they are given so
     DiagGroup deviceDiag;
     DiagGroup channelDiag;
     char bitmapName[kBitmapName.width + 1] = {};
@@ -86,6 +88,9 @@ struct TypeFile {
     const char* end = nullptr; // of the type data
 
     Cursor headerPosition() const { return image + headLineLength; }
+    bool has(std::uint32_t feature) const { return (typeData.features & feature) != 0; }
+    /// For what may stand in it with which hosts cannot edit it.
+    void changeableOnlyIf(bool isEditable) { isChangeable = isChangeable && isEditable; }
 };
 
 /// Checks an image and fills `file` anew, but for what outlives a check.
@@ -105,9 +110,16 @@ int checkSlaveTypeDataCatII(Cursor p, TypeFile& file);
 /// What both categories begin with: a cleared record with the texts of the header.
 void startTypeData(TypeFile& file);
 
+/// The station's own user parameters.
+int checkUserPara(Cursor& p, TypeFile& file);
+
+/// @param block  receives its number, the number of its lines and where they begin; its texts stay in the image
+/// @return 0 or kErrHelpBlock
+int checkHelpBlock(Cursor& p, HelpBlock& block);
+
 /// The preset slots. Those given by order number stay empty, because the list that they point into comes later in the
-/// file; their numbers go to `numbers`.
-int checkPresetSlots(Cursor& p, TypeFile& file, std::vector<int>& numbers);
+/// file.
+int checkPresetSlots(Cursor& p, TypeFile& file);
 /// One configuration identifier; `preset` is cleared first.
 int checkPresetSlot(Cursor& p, const TypeFile& file, CSLAVE_SLOT_PRESET_TYPE& preset);
 /// The identifier of a list entry and the quote behind it.
@@ -121,8 +133,26 @@ int checkSlaveTypeDataLSK(Cursor& p, TypeFile& file);
 int checkSlaveTypeDataSPT(Cursor& p, TypeFile& file);
 int checkSlaveTypeDataSPTHelp(Cursor& p, TypeFile& file);
 /// Every reference to a slot parameter block or to an order-number entry.
-int checkSPLinksInMLFBAndLSKList(TypeFile& file, const std::vector<int>& presetNumbers);
+int checkSPLinksInMLFBAndLSKList(TypeFile& file);
 /// The same for the preset slots: those given by order number become copies of their entries.
-int checkMLFBLinksInPoint36(TypeFile& file, const std::vector<int>& presetNumbers);
+int checkMLFBLinksInPoint36(TypeFile& file);
+
+/// An entry of a list by the index of a host; null outside the list.
+template <class Entry>
+const Entry* entryAt(const std::vector<Entry>& entries, int index)
+{
+    const auto position = static_cast<std::size_t>(index);
+    return position < entries.size() ? &entries[position] : nullptr;
+}
+
+/// Hands out an entry; in place of null a cleared one.
+template <class Entry>
+void copyOrClear(const Entry* entry, Entry& target)
+{
+    if (entry != nullptr)
+        target = *entry;
+    else
+        target = Entry();
+}
 
 } // namespace typdescriptor::internal

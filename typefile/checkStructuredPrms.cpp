@@ -5,15 +5,9 @@
 // area's bytes, so that a host that takes only the bytes has valid parameters. Bits share bytes, everything else has its
 // bytes for itself; the order of the records decides: a bit may be put into a byte that is taken already.
 
-#include "params/structuredPrm.h"
-
-#include "descriptor/resultCodes.h"
-#include "typefile/scan.h"
+#include "typefile/parameters.h"
 
 #include <algorithm>
-#include <array>
-#include <cmath>
-#include <cstdint>
 #include <cstring>
 #include <limits>
 #include <string_view>
@@ -23,14 +17,7 @@ namespace typdescriptor::internal {
 namespace {
 
 // The ways in which a value is tested; the data types have the same numbers.
-enum ValueKind : char {
-    kBit = 0,
-    kBitString = 1,
-    kByte = 2,
-    kSigned = 3,
-    kUnsigned = 4,
-    kBitGroup = 5,
-};
+enum ValueKind : char { kBit, kBitString, kByte, kSigned, kUnsigned, kBitGroup };
 
 struct DataType {
     ValueKind kind = kBit;
@@ -82,11 +69,8 @@ int decimalValue(const char* text)
 
 bool isBinary(const char* text, int count)
 {
-    const auto isBinaryDigit = [](char c) { return c == '0' || c == '1'; };
-    for (int i = 0; i < count; ++i)
-        if (!isBinaryDigit(text[i]))
-            return false;
-    return text[count] == '\0';
+    const std::size_t digits = std::strspn(text, "01");
+    return digits == static_cast<std::size_t>(count) && text[digits] == '\0';
 }
 
 /// A text without any number reads as 0, which only zeros may mean; the empty text counts as zeros.
@@ -96,6 +80,30 @@ bool isDecimal(const char* text, int lowest, int highest)
     if (value == 0)
         return text[std::strspn(text, "0")] == '\0';
     return value >= lowest && value <= highest;
+}
+
+/// Whether a text is a value of a data type.
+/// @param type   a ValueKind
+/// @param bits   of a bit group, for the limits of its value; 0 for a default
+/// @param count  of a bit group: its binary digits, for a default
+bool checkRanges(char type, const char* text, int bits, int count)
+{
+    // Negative numbers pass the unsigned types: only the upper bound is a rule for them.
+    constexpr int kNoLowerBound = std::numeric_limits<int>::min();
+    switch (type) {
+    case kBit:
+        return isBinary(text, 1);
+    case kBitString:
+        return isBinary(text, kBitsPerByte);
+    case kByte:
+        return isDecimal(text, kNoLowerBound, 0xFF);
+    case kSigned:
+        return isDecimal(text, -0x8000, 0x7FFF);
+    case kUnsigned:
+        return isDecimal(text, kNoLowerBound, 0xFFFF);
+    default:
+        return bits == 0 ? isBinary(text, count) : decimalValue(text) <= (1 << bits) - 1;
+    }
 }
 
 /// Takes a text up to its quote, or as much of it as has room.
@@ -117,45 +125,28 @@ void setBits(std::uint8_t& byte, const DataType& type, const char* text)
     }
 }
 
-bool claimBytes(bool* isTaken, int count)
-{
-    if (std::count(isTaken, isTaken + count, true) > 0)
-        return false;
-    std::fill_n(isTaken, count, true);
-    return true;
-}
-
 /// Puts a default that has passed its range test into the parameter bytes.
 /// @return false when the field does not fit there
 bool placeDefault(PrmArea& area, int byteIndex, const DataType& type, const char* text)
 {
     const auto index = static_cast<std::size_t>(byteIndex - area.first);
-    std::uint8_t* const byte = &area.bytes[index];
+    const std::size_t size = type.kind == kSigned || type.kind == kUnsigned ? 2 : 1;
+    if (index + size > area.bytes.size())
+        return false;
+    std::uint8_t* const bytes = &area.bytes[index];
     bool* const isTaken = &area.isTaken[index];
-    const int value = decimalValue(text);
-    switch (type.kind) {
-    case kBit:
-    case kBitGroup:
-        *isTaken = true;
-        setBits(*byte, type, text);
-        return true;
-    case kBitString:
-        if (!claimBytes(isTaken, 1))
-            return false;
-        setBits(*byte, type, text);
-        return true;
-    case kByte:
-        if (!claimBytes(isTaken, 1))
-            return false;
-        *byte = static_cast<std::uint8_t>(value);
-        return true;
-    default:
-        if (byteIndex > area.length() - 2 || !claimBytes(isTaken, 2))
-            return false;
-        byte[0] = static_cast<std::uint8_t>(static_cast<unsigned>(value) >> 8);
-        byte[1] = static_cast<std::uint8_t>(value);
+    const bool mayShareItsByte = type.kind == kBit || type.kind == kBitGroup;
+    if (!mayShareItsByte && std::count(isTaken, isTaken + size, true) > 0)
+        return false;
+    std::fill_n(isTaken, size, true);
+    if (type.bitCount > 0) {
+        setBits(*bytes, type, text);
         return true;
     }
+    auto value = static_cast<unsigned>(decimalValue(text));
+    for (std::size_t i = size; i-- > 0; value >>= kBitsPerByte)
+        bytes[i] = static_cast<std::uint8_t>(value);
+    return true;
 }
 
 /// A keyword record, which tells the host where to put the module's slot number.
@@ -174,15 +165,6 @@ bool takeKeywordRecord(Cursor& record, int byteIndex, int length)
     return true;
 }
 
-bool takeHelpReference(Cursor& p, int32_t& number)
-{
-    if (!takeText(p, kTagHelp))
-        return false;
-    number = numberAt(p);
-    p += kNumberDigits;
-    return number >= 0 && takeQuote(p) && takeTerminator(p);
-}
-
 int checkPrmRecord(_parastruct& entry, PrmArea& area, int byteIndex, Cursor& p)
 {
     copyField(entry.reference, p + prmRecord::kReference.position);
@@ -199,21 +181,21 @@ int checkPrmRecord(_parastruct& entry, PrmArea& area, int byteIndex, Cursor& p)
 
     p += prmRecord::kDefaultValue;
     takeValueText(p, entry.defaultValue);
-    if (checkRanges(type.kind, entry.defaultValue, 0, type.bitCount) == 0)
-        return kErrPrmValue;
-    if (!placeDefault(area, byteIndex, type, entry.defaultValue))
+    if (!checkRanges(type.kind, entry.defaultValue, 0, type.bitCount) ||
+        !placeDefault(area, byteIndex, type, entry.defaultValue))
         return kErrPrmValue;
     ++p; // the quote; behind eight characters anything may stand
 
     const ValueKind limitKind = type.kind == kBitString ? kByte : type.kind;
     for (auto limit : {&_parastruct::minValue, &_parastruct::maxValue}) {
         takeValueText(p, entry.*limit);
-        if (checkRanges(limitKind, entry.*limit, type.bitCount, 0) == 0)
+        if (!checkRanges(limitKind, entry.*limit, type.bitCount, 0))
             return kErrPrmValue;
         if (!takeQuote(p))
             return kErrPrmRecord;
     }
-    return takeHelpReference(p, entry.helpNumber) ? kOk : kErrPrmRecord;
+    const bool isTaken = takeText(p, kTagHelp) && takeNumberToQuote(p, entry.helpNumber) && takeTerminator(p);
+    return isTaken && entry.helpNumber >= 0 ? kOk : kErrPrmRecord;
 }
 
 } // namespace
@@ -222,7 +204,7 @@ int checkStructuredParameters(Cursor& p, int count, PrmArea& area, std::vector<_
 {
     entries.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) {
-        const int byteIndex = numberAt(p + prmRecord::kByteIndex.position, prmRecord::kByteIndex.width);
+        const int byteIndex = numberAt(p, prmRecord::kByteIndex);
         if (!isText(p, kTagPrm) || byteIndex < area.first || byteIndex >= area.length())
             return kErrPrmRecord;
         if (isQuote(p + prmRecord::kKind)) {
@@ -235,34 +217,6 @@ int checkStructuredParameters(Cursor& p, int count, PrmArea& area, std::vector<_
         }
     }
     return kOk;
-}
-
-int checkRanges(char type, const char* text, int bits, int count)
-{
-    // Negative numbers pass the unsigned types: only the upper bound is a rule for them.
-    constexpr int kNoLowerBound = std::numeric_limits<int>::min();
-    bool isValid = false;
-    switch (type) {
-    case kBit:
-        isValid = isBinary(text, 1);
-        break;
-    case kBitString:
-        isValid = isBinary(text, kBitsPerByte);
-        break;
-    case kByte:
-        isValid = isDecimal(text, kNoLowerBound, 0xFF);
-        break;
-    case kSigned:
-        isValid = isDecimal(text, -0x8000, 0x7FFF);
-        break;
-    case kUnsigned:
-        isValid = isDecimal(text, kNoLowerBound, 0xFFFF);
-        break;
-    case kBitGroup:
-        isValid = bits == 0 ? isBinary(text, count) : decimalValue(text) <= std::ldexp(1.0, bits) - 1.0;
-        break;
-    }
-    return isValid ? 1 : 0;
 }
 
 } // namespace typdescriptor::internal

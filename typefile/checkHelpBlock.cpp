@@ -1,10 +1,8 @@
-#include "params/helpBlock.h"
+// The check of a help block: the values that a structured parameter may take, each with its text.
 
-#include "typefile/scan.h"
 #include "typefile/typeFile.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <limits>
 
 namespace typdescriptor::internal {
@@ -26,14 +24,10 @@ bool takeLineCount(Cursor& p, int32_t& count)
 
 bool takeHelpLine(Cursor& p)
 {
-    const int value = numberAt(p + helpLine::kValue.position, helpLine::kValue.width);
-    Cursor end = p + helpLine::kLength;
-    if (!std::all_of(helpLine::kQuotes.begin(), helpLine::kQuotes.end(),
-                     [p](std::size_t quote) { return isQuote(p + quote); }) ||
-        !isWithin(value, 0, std::numeric_limits<uint16_t>::max()) || !takeTerminator(end))
-        return false;
-    p = end;
-    return true;
+    return std::all_of(helpLine::kQuotes.begin(), helpLine::kQuotes.end(),
+                       [p](std::size_t quote) { return isQuote(p + quote); }) &&
+           isWithin(numberAt(p, helpLine::kValue), 0, std::numeric_limits<uint16_t>::max()) &&
+           takeRecord(p, helpLine::kLength);
 }
 
 } // namespace
