@@ -123,6 +123,8 @@ int cGsdCompiler::compileFile(const char* fileName)
 int cGsdCompiler::readLines()
 {
     while (lines.good()) {
+        if (sectionStarted && readLineAhead())
+            continue;
         const PhysicalLine physical = lines.read(lineBufferSize - 1);
         std::string_view line;
         if (const int result = takePhysicalLine(physical, line); result < 0)
@@ -138,10 +140,30 @@ int cGsdCompiler::readLines()
             if (const int result = joinContinuations(line); result < 0)
                 return result;
         }
-        if (const int result = handleLine(line); result < 0)
+        if (const int result = readWholeLine(line); result < 0)
             return result;
     }
     return kOk;
+}
+
+/// Reads the next line where it stands: most lines end where their value does, and then they are all right. False when
+/// this one does not, or is wrong in any way; then nothing has happened, and it has to be read as a whole.
+bool cGsdCompiler::readLineAhead()
+{
+    const char* const start = lines.ahead();
+    if (start == nullptr)
+        return false;
+    const auto foundBefore = reading.foundMandatories;
+    ++reading.lineNumber;
+    GsdLine line{.value = skipBlanks(start), .limit = start + (lineBufferSize - 1)};
+    const bool isEmpty = isOf(kEndOfLine | kComment, *line.value) && line.value < line.limit;
+    if (isEmpty || handleLine(line.value, line) == kOk) {
+        lines.goBehind(line.value);
+        return true;
+    }
+    --reading.lineNumber;
+    reading.foundMandatories = foundBefore;
+    return false;
 }
 
 /// Counts a physical line that was just read, and leaves of it what is neither comment nor blanks around it. A line
@@ -187,23 +209,32 @@ int cGsdCompiler::joinContinuations(std::string_view& line)
     return line.find(kContinuationMark, searched) == std::string_view::npos ? static_cast<int>(kOk) : kErrGsdSyntax;
 }
 
-int cGsdCompiler::handleLine(std::string_view text)
+/// Reads a line of which nothing is left but keyword and value. Its code is final; unknown keywords are other readers'.
+int cGsdCompiler::readWholeLine(std::string_view text)
 {
+    wholeLine.assign(text).append(kReadableBehindText, '\0');
     GsdLine line;
-    if (const int result = tokenizer.tokenize(text, line); result < 0)
-        return result == kErrGsdKeyword ? static_cast<int>(kOk) : result; // unknown keywords are other readers'
-    if (GsdKeywordTable::kRows[line.keyword].occurrence == GsdOccurrence::once) {
-        if (keywordSeen[line.keyword] != 0)
-            return kErrGsdRepeated;
-        keywordSeen[line.keyword] = 1;
-    }
-    return handleKeyword(line);
+    const int result = handleLine(wholeLine.c_str(), line);
+    return result == kErrGsdKeyword ? static_cast<int>(kOk) : result;
 }
 
-int cGsdCompiler::handleKeyword(const GsdLine& line)
+int cGsdCompiler::handleLine(const char* text, GsdLine& line)
+{
+    if (const int result = tokenizer.tokenize(text, line); result < 0)
+        return result;
+    if (GsdKeywordTable::kRows[line.keyword].occurrence == GsdOccurrence::repeated)
+        return handleKeyword(line);
+    if (keywordSeen[line.keyword] != 0)
+        return kErrGsdRepeated;
+    const int result = handleKeyword(line);
+    keywordSeen[line.keyword] = result == kOk ? 1 : 0;
+    return result;
+}
+
+int cGsdCompiler::handleKeyword(GsdLine& line)
 {
     const GsdKeyword& keyword = GsdKeywordTable::kRows[line.keyword];
-    if (!line.argument.empty() && !keyword.takesArgument())
+    if (*line.argument != '\0' && !keyword.takesArgument())
         return kErrGsdSyntax;
     if (keyword.mandatory != kNotMandatory)
         reading.foundMandatories[static_cast<std::size_t>(keyword.mandatory)] = 1;

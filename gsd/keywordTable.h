@@ -15,9 +15,12 @@ struct GsdReading;
 
 /// One logical line, taken apart.
 struct GsdLine {
-    std::size_t keyword = 0;   // index of its row
-    std::string_view value;    // the rest of the line
-    std::string_view argument; // what stood in parentheses, without white space
+    std::size_t keyword = 0;        // index of its row
+    const char* value = nullptr;    // the rest of the line; once a handler has read it, where it ends
+    const char* argument = nullptr; // what stood in parentheses, without white space; ends in a NUL
+    const char* limit = nullptr; // of a line in its file: before this place it has to end. Null: the text is the line
+
+    bool isWhole() const { return limit == nullptr; }
 };
 
 /// Where a keyword may stand: outside of every block, or in which.
@@ -69,7 +72,7 @@ struct GsdKeyword {
     GsdOccurrence occurrence;
     GsdMandatory mandatory;
     unsigned blocks; // of GsdBlock
-    int (*handler)(GsdReading& reading, const GsdLine& line);
+    int (*handler)(GsdReading& reading, GsdLine& line);
 
     constexpr bool takesEquals() const { return form == GsdForm::value || form == GsdForm::argument; }
     constexpr bool takesArgument() const { return form == GsdForm::argument || form == GsdForm::bareArgument; }

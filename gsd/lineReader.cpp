@@ -47,11 +47,14 @@ bool LineReader::fill()
 {
     next = last = block.data();
     if (!atEnd) {
-        last = next + std::fread(block.data(), 1, block.size(), file.get());
-        atEnd = last != block.data() + block.size();
+        last = next + std::fread(block.data(), 1, kBlockSize, file.get());
+        atEnd = last != block.data() + kBlockSize;
     }
     // What was read ahead of an error is still good.
     readError = next == last && std::ferror(file.get()) != 0;
+    lastLineFeed = last - 1;
+    while (lastLineFeed >= next && *lastLineFeed != '\n')
+        --lastLineFeed;
     for (RareCharacter* character : {&nul, &semicolon, &backslash})
         character->search(next, last);
     return next != last;

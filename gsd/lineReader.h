@@ -6,6 +6,7 @@
 #pragma once
 
 #include "gsd/stream.h"
+#include "gsd/textScan.h"
 
 #include <algorithm>
 #include <array>
@@ -15,9 +16,6 @@
 #include <string_view>
 
 namespace typdescriptor::internal {
-
-inline constexpr char kCommentMark = ';';
-inline constexpr char kContinuationMark = '\\';
 
 /// A physical line as the reader hands it out.
 struct PhysicalLine {
@@ -37,6 +35,17 @@ public:
     void close() { file.reset(); }
     /// Whether the file broke off with a read error.
     bool failed() const { return readError; }
+
+    /// Where the next line stands, up to and with its line feed; null when that is not all in one place.
+    const char* ahead() const { return next <= lastLineFeed ? next : nullptr; }
+    /// Goes on behind the line that stood ahead.
+    /// @param place  in that line
+    void goBehind(const char* place)
+    {
+        if (*place != '\n')
+            place = static_cast<const char*>(std::memchr(place, '\n', static_cast<std::size_t>(last - place)));
+        next = place + 1;
+    }
 
     /// Reads the next line, at most `limit` characters of it.
     PhysicalLine read(std::size_t limit)
@@ -84,9 +93,12 @@ private:
     bool fill();
 
     File file;
-    std::array<char, 16384> block;
+    static constexpr std::size_t kBlockSize = 16384;
+
+    std::array<char, kBlockSize + kReadableBehindText> block;
     const char* next = nullptr;
     const char* last = nullptr;
+    const char* lastLineFeed = nullptr; // in the block; before `next` when there is none
     RareCharacter nul{'\0'};
     RareCharacter semicolon{kCommentMark};
     RareCharacter backslash{kContinuationMark};

@@ -15,7 +15,7 @@ constexpr std::size_t kKgpConfigBytes = 5;
 constexpr std::size_t kMaxEnumeratedValues = 16;
 constexpr std::uint32_t kLastBit = 7;
 constexpr std::string_view kSlotNumberName = "[SlotNumber]";
-constexpr std::string_view kBareSlotNumberName = "[Slotnumber]"; // as it may stand without quotes
+constexpr const char* kBareSlotNumberName = "[Slotnumber]"; // as it may stand without quotes
 
 /// How a value of a data type is read, the bytes that it takes in the parameter image, and the range when its line
 /// gives none. Hosts rely on the unsigned ranges of the types that the format does not have.
@@ -70,19 +70,18 @@ int placePrmData(GsdReading& reading, std::size_t offset, std::size_t length)
     return kOk;
 }
 
-GSD_MODULE& openModule(GsdReading& reading, GSD_LIST<GSD_MODULE>& list, const NamedBytes& value)
+GSD_MODULE& appendModule(GsdReading& reading, GSD_LIST<GSD_MODULE>& list, const NamedBytes& value)
 {
     Arena& arena = reading.model.arena;
     GSD_MODULE& module = list.append(arena, {});
     module.setName(arena.text(value.name));
     module.setConfigBytes(toBytes(arena, value.bytes));
     reading.currentModule = &module;
-    reading.openBlock = kInModule;
     return module;
 }
 
 /// Reads where the bits of a definition stand, of the data types that are bits.
-int readBitPlace(std::string_view text, GSD_EXT_PRM_DEF& definition)
+int readBitPlace(const char* text, GSD_EXT_PRM_DEF& definition)
 {
     ValueReader argument(text);
     std::uint32_t first = 0;
@@ -110,17 +109,16 @@ int readBitPlace(std::string_view text, GSD_EXT_PRM_DEF& definition)
 }
 
 /// Reads default and range of a definition.
-int readValueRange(std::string_view text, GSD_EXT_PRM_DEF& definition)
+int readValueRange(ValueReader& value, GSD_EXT_PRM_DEF& definition)
 {
     const DataTypeFormat& format = formatOf(definition);
-    ValueReader value(text);
     definition.defaultValue = value.number(format.kind);
     if (value.failed())
         return value.finish();
     if (value.atEnd()) {
         definition.minValue = format.minValue;
         definition.maxValue = definition.dataType == kBitArea ? (1U << definition.bitCount) - 1 : format.maxValue;
-        return kOk;
+        return value.finish();
     }
     ValueReader asRange = value;
     NumberList limits = asRange.range(format.kind);
@@ -142,14 +140,18 @@ int readValueRange(std::string_view text, GSD_EXT_PRM_DEF& definition)
 int handleModule(GsdReading& reading, const NamedBytes& value)
 {
     GsdModel& model = reading.model;
-    return splitModuleConfig(openModule(reading, model.modules, value), model.multiIdentifierModuleSeen);
+    const int result = splitModuleConfig(appendModule(reading, model.modules, value), model.multiIdentifierModuleSeen);
+    if (result == kOk)
+        reading.openBlock = kInModule;
+    return result;
 }
 
 int handleKgpModule(GsdReading& reading, const NamedBytes& value)
 {
     if (value.bytes.count != kKgpConfigBytes)
         return kErrGsdConfiguration;
-    openModule(reading, reading.model.kgpModules, value);
+    appendModule(reading, reading.model.kgpModules, value);
+    reading.openBlock = kInModule;
     return kOk;
 }
 
@@ -203,7 +205,7 @@ int handleExtUserPrmData(GsdReading& reading, const PrmDefHead& head)
     return kOk;
 }
 
-int handleDataType(GsdReading& reading, const GsdLine& line)
+int handleDataType(GsdReading& reading, GsdLine& line)
 {
     GSD_EXT_PRM_DEF& definition = *reading.currentExtPrmDef;
     const auto dataType = static_cast<std::uint32_t>(line.keyword);
@@ -211,12 +213,18 @@ int handleDataType(GsdReading& reading, const GsdLine& line)
         return kErrGsdSlotNumberType;
     definition.dataType = dataType;
     definition.typeDefined = true;
+    // Default and range of the slot number are the host's business, whatever the line says up to its end.
     if (definition.isSlotNumber)
-        return kOk; // default and range of the slot number are the host's business, whatever the line says
-    if (dataType == kUnsigned32 || dataType == kSigned8 || dataType == kSigned32)
+        return line.isWhole() ? kOk : kErrGsdSyntax;
+    ValueReader value(line.value, line.limit);
+    int result = readBitPlace(line.argument, definition);
+    if (result == kOk)
+        result = readValueRange(value, definition);
+    line.value = value.rest();
+    // The warning is due even when the line turns out to be wrong.
+    if ((dataType == kUnsigned32 || dataType == kSigned8 || dataType == kSigned32) && (result == kOk || line.isWhole()))
         reading.addWarning(kWarnDataType);
-    const int result = readBitPlace(line.argument, definition);
-    return result < 0 ? result : readValueRange(line.value, definition);
+    return result;
 }
 
 int handlePrmTextRef(GsdReading& reading, std::uint32_t reference)

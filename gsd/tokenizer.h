@@ -7,22 +7,23 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <string_view>
 
 namespace typdescriptor::internal {
 
 class GsdTokenizer {
 public:
     /// Takes a line apart. What `line` refers to stays valid until the next call, as long as `text` does.
+    /// @param text  without leading blanks; kReadableBehindText applies
+    /// @param line  its limit tells what the text is
     /// @return 0, kErrGsdKeyword for an unknown keyword, kErrGsdSyntax
-    int tokenize(std::string_view text, GsdLine& line);
+    int tokenize(const char* text, GsdLine& line);
 
 private:
-    std::size_t findKeyword(std::string_view text);
-    int takeArgument(std::string_view rest, GsdLine& line);
+    std::size_t findKeyword(const char* text);
+    int takeArgument(const char* rest, GsdLine& line);
 
     static constexpr std::size_t kMaxArgument = 18;
-    std::array<char, kMaxArgument> argument{};
+    std::array<char, kMaxArgument + 1> argument{};
     std::size_t lastKeyword = 0;
     std::array<std::uint8_t, GsdKeywordTable::kCount> followers{}; // the keyword that last came after each
 };

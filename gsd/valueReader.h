@@ -2,8 +2,14 @@
 //
 // A ValueReader walks over one text. The first failure sticks: what is read after it yields nothing, and finish() gives
 // its code. So a handler reads everything that it expects, asks once, and only then acts.
+//
+// The text is a whole line, cut out and ended by a NUL, or it is a line where it stands in its file, which ends where the
+// reading comes upon a line end or a comment. Both are read alike, but only of a whole line a failure is final, and only
+// there it is looked for what makes a line wrong although its value reads well.
 
 #pragma once
+
+#include "gsd/textScan.h"
 
 #include <array>
 #include <cstddef>
@@ -21,9 +27,10 @@ struct ScannedNumber {
     bool negative = false; // the token begins with a minus sign
 };
 
-/// Reads the number token at the start of the text, up to the next white space, and moves the text behind it.
+/// Reads the number token at the start of the text, up to the next blank or a character of the classes that end it, and
+/// moves the text behind it.
 /// @return false when the token is empty or is no number; the text may have moved
-bool scanNumber(std::string_view& text, ScannedNumber& number);
+bool scanNumber(const char*& text, ScannedNumber& number, unsigned ends = kEndOfLine);
 
 inline constexpr std::size_t kMaxStringLength = 32;
 
@@ -55,7 +62,10 @@ struct FamilyValue {
 
 class ValueReader {
 public:
-    explicit ValueReader(std::string_view value) : text(value) {}
+    /// @param endsBefore  GsdLine::limit
+    explicit ValueReader(const char* value, const char* endsBefore = nullptr)
+        : text(value), limit(endsBefore), ends(endsBefore == nullptr ? kEndOfLine : kEndOfLine | kComment)
+    {}
 
     std::uint32_t flag();                   ///< 0 or 1; else kErrGsdFlag
     std::uint32_t number(IntegerKind kind); ///< kErrGsdNumber
@@ -73,20 +83,24 @@ public:
     /// The rest of the text as a family number and its sub-families; kErrGsdNumber, kErrGsdSyntax.
     FamilyValue family();
     /// Takes a literal word behind blanks when it is all that is left.
-    bool takeLast(std::string_view word);
+    bool takeLast(const char* word);
 
     bool failed() const { return failure != 0; }
     /// Whether only blanks are left.
     bool atEnd();
     /// 0; the first failure; or kErrGsdSyntax when anything is left of the text.
-    int finish() const;
+    int finish();
+    /// What is left.
+    const char* rest() const { return text; }
 
 private:
+    bool isWhole() const { return limit == nullptr; }
     std::uint32_t fail(int code);
-    void skipBlanks();
     std::string_view squeeze(std::string_view content, std::size_t target);
 
-    std::string_view text;
+    const char* text;
+    const char* limit;
+    unsigned ends; // the classes of characters that end the text
     int failure = 0;
     std::array<char, kMaxStringLength> squeezed; // the last string, if blanks were removed from it
 };

@@ -54,7 +54,7 @@ std::string readAs(const std::string& parser, ValueReader& reader)
     return std::to_string(reader.number(kinds.at(parser)));
 }
 
-std::string scanned(std::string_view text)
+std::string scanned(const char* text)
 {
     ScannedNumber number;
     std::array<char, 16> read{"none"};
@@ -67,10 +67,10 @@ TEST(ValueReader, Cases)
 {
     forEachCaseIn("values.txt", [](const std::string& parser, const std::string& text, const std::string& expected) {
         if (parser == "token") {
-            EXPECT_EQ(scanned(text), expected) << text;
+            EXPECT_EQ(scanned(text.c_str()), expected) << text;
             return;
         }
-        ValueReader reader(text);
+        ValueReader reader(text.c_str());
         const std::string read = readAs(parser, reader);
         EXPECT_EQ(reader.finish() < 0 ? std::to_string(reader.finish()) : read, expected) << parser << ": " << text;
     });
@@ -92,9 +92,9 @@ TEST(ValueReader, LongestList)
     std::string text = "0";
     for (int i = 1; i < 244; ++i)
         text += ',' + std::to_string(i);
-    EXPECT_EQ(joined(ValueReader(text).bytes()), text);
+    EXPECT_EQ(joined(ValueReader(text.c_str()).bytes()), text);
     text += ",1";
-    ValueReader reader(text);
+    ValueReader reader(text.c_str());
     reader.bytes();
     EXPECT_EQ(reader.finish(), kErrGsdTooMany);
 }
