@@ -1,6 +1,5 @@
 #include "gsd/valueReader.h"
 
-#include "descriptor/resultCodes.h"
 #include "generator/families.h"
 #include "typefile/scan.h"
 
@@ -116,7 +115,7 @@ bool scanNumber(const char*& text, ScannedNumber& number, unsigned ends)
     return isNumber;
 }
 
-std::uint32_t ValueReader::flag()
+std::uint32_t ValueReader::anyFlag()
 {
     ScannedNumber number;
     if (failed())
@@ -127,7 +126,7 @@ std::uint32_t ValueReader::flag()
     return number.value;
 }
 
-std::uint32_t ValueReader::number(IntegerKind kind)
+std::uint32_t ValueReader::anyNumber(IntegerKind kind)
 {
     ScannedNumber number;
     if (failed())
@@ -280,19 +279,6 @@ bool ValueReader::takeLast(const char* word)
         return false;
     text = "";
     return true;
-}
-
-bool ValueReader::atEnd()
-{
-    text = skipBlanks(text);
-    return isOf(ends, *text);
-}
-
-int ValueReader::finish()
-{
-    if (failed())
-        return failure;
-    return atEnd() && (isWhole() || text < limit) ? kOk : kErrGsdSyntax;
 }
 
 /// Returns what a failed reading yields.

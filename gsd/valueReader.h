@@ -9,6 +9,7 @@
 
 #pragma once
 
+#include "descriptor/resultCodes.h"
 #include "gsd/textScan.h"
 
 #include <array>
@@ -20,6 +21,12 @@ namespace typdescriptor::internal {
 
 /// Integer kinds of the format. Values are handed out as the bit pattern of their width, widened without sign.
 enum class IntegerKind { signed8, unsigned8, signed16, unsigned16, signed32, unsigned32 };
+
+constexpr std::uint32_t largestOf(IntegerKind kind)
+{
+    constexpr std::array<std::uint32_t, 6> kLargest{INT8_MAX, UINT8_MAX, INT16_MAX, UINT16_MAX, INT32_MAX, UINT32_MAX};
+    return kLargest[static_cast<std::size_t>(kind)];
+}
 
 /// What a number token says.
 struct ScannedNumber {
@@ -67,8 +74,18 @@ public:
         : text(value), limit(endsBefore), ends(endsBefore == nullptr ? kEndOfLine : kEndOfLine | kComment)
     {}
 
-    std::uint32_t flag();                   ///< 0 or 1; else kErrGsdFlag
-    std::uint32_t number(IntegerKind kind); ///< kErrGsdNumber
+    /// 0 or 1; else kErrGsdFlag.
+    std::uint32_t flag()
+    {
+        std::uint32_t value = 0;
+        return takePlain(1, value) ? value : anyFlag();
+    }
+    /// kErrGsdNumber.
+    std::uint32_t number(IntegerKind kind)
+    {
+        std::uint32_t value = 0;
+        return takePlain(largestOf(kind), value) ? value : anyNumber(kind);
+    }
     std::uint32_t unsigned8() { return number(IntegerKind::unsigned8); }
     std::uint32_t unsigned16() { return number(IntegerKind::unsigned16); }
     /// A quoted string of 1 to kMaxStringLength characters, without its quotes; kErrGsdSyntax, kErrGsdStringLen. Of one
@@ -87,14 +104,39 @@ public:
 
     bool failed() const { return failure != 0; }
     /// Whether only blanks are left.
-    bool atEnd();
+    bool atEnd()
+    {
+        text = skipBlanks(text);
+        return isOf(ends, *text);
+    }
     /// 0; the first failure; or kErrGsdSyntax when anything is left of the text.
-    int finish();
+    int finish()
+    {
+        if (failed())
+            return failure;
+        return atEnd() && (isWhole() || text < limit) ? kOk : kErrGsdSyntax;
+    }
     /// What is left.
     const char* rest() const { return text; }
 
 private:
     bool isWhole() const { return limit == nullptr; }
+    /// Takes what most numbers are: some decimal digits with a blank or the end behind them. False, and nothing has
+    /// happened, when it is something else or too large.
+    bool takePlain(std::uint32_t largest, std::uint32_t& value)
+    {
+        constexpr std::ptrdiff_t kMaxDigits = 9; // of which none is above 32 bits
+        const char* digit = text;
+        for (; isDigit(*digit); ++digit)
+            value = value * 10 + static_cast<std::uint32_t>(*digit - '0');
+        const std::ptrdiff_t digits = digit - text;
+        if (digits == 0 || digits > kMaxDigits || value > largest || !isOf(kBlank | ends, *digit) || failed())
+            return false;
+        text = digit;
+        return true;
+    }
+    std::uint32_t anyFlag();
+    std::uint32_t anyNumber(IntegerKind kind);
     std::uint32_t fail(int code);
     std::string_view squeeze(std::string_view content, std::size_t target);
 
