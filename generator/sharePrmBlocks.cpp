@@ -8,43 +8,36 @@
 #include "generator/sharePrmBlocks.h"
 
 #include <algorithm>
+#include <bit>
 #include <functional>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace typdescriptor::internal {
 
 namespace {
 
-struct PrmBlockHash {
-    std::size_t operator()(const GSD_MODULE* module) const
-    {
-        const std::span<const std::uint8_t> data = module->extModulePrmData();
-        std::size_t hash = std::hash<std::string_view>()({reinterpret_cast<const char*>(data.data()), data.size()});
-        for (const GSD_PRM_REF_ITEM& item : module->refs)
-            hash = hash * 31 + std::size_t{item.reference} * 257 + item.byteOffset;
-        return hash * 31 + static_cast<std::size_t>(module->prmDataEnd);
-    }
-};
-
-struct PrmBlockEqual {
-    bool operator()(const GSD_MODULE* a, const GSD_MODULE* b) const { return samePrmBlock(*a, *b); }
-};
+std::size_t hashOfPrmBlock(const GSD_MODULE& module)
+{
+    const std::span<const std::uint8_t> data = module.extModulePrmData();
+    std::size_t hash = std::hash<std::string_view>()({reinterpret_cast<const char*>(data.data()), data.size()});
+    for (const GSD_PRM_REF_ITEM& item : module.refs)
+        hash = hash * 31 + std::size_t{item.reference} * 257 + item.byteOffset;
+    return hash * 31 + static_cast<std::size_t>(module.prmDataEnd);
+}
 
 /// The distinct parameter blocks of the Module list, in list order.
 class DistinctBlocks {
 public:
+    explicit DistinctBlocks(std::size_t most) : slots(std::bit_ceil(2 * most + 1), kFree) {}
+
     /// The index of the block that equals the module's, or the number of blocks.
-    std::size_t find(const GSD_MODULE& module) const
-    {
-        const auto found = indexes.find(&module);
-        return found == indexes.end() ? numbers.size() : found->second;
-    }
+    std::size_t find(const GSD_MODULE& module) { return std::min<std::size_t>(slotOf(module), blocks.size()); }
 
     void add(const GSD_MODULE& module, std::int32_t number)
     {
-        indexes.emplace(&module, numbers.size());
+        slotOf(module) = static_cast<std::uint32_t>(numbers.size());
+        blocks.push_back(&module);
         numbers.push_back(number);
     }
 
@@ -64,7 +57,19 @@ public:
     }
 
 private:
-    std::unordered_map<const GSD_MODULE*, std::size_t, PrmBlockHash, PrmBlockEqual> indexes;
+    /// Where the index of a block stands in the hash table, or is to be put.
+    std::uint32_t& slotOf(const GSD_MODULE& module)
+    {
+        for (std::size_t slot = hashOfPrmBlock(module);; ++slot) {
+            std::uint32_t& block = slots[slot & (slots.size() - 1)];
+            if (block == kFree || samePrmBlock(*blocks[block], module))
+                return block;
+        }
+    }
+
+    static constexpr std::uint32_t kFree = 0xFFFFFFFF;
+    std::vector<std::uint32_t> slots;
+    std::vector<const GSD_MODULE*> blocks;
     std::vector<std::int32_t> numbers;
     std::size_t settled = 0;
     std::int32_t dropped = 0;
@@ -90,7 +95,10 @@ bool samePrmBlock(const GSD_MODULE& a, const GSD_MODULE& b)
 
 void sharePrmBlocks(GsdModel& model)
 {
-    DistinctBlocks blocks;
+    const auto numbered = static_cast<std::size_t>(model.nextParamModuleNumber - 1);
+    if (numbered == 0)
+        return;
+    DistinctBlocks blocks(numbered);
     std::vector<std::size_t> blockOfModule; // of every module with parameter data, in list order
     std::int32_t merged = 0;
     for (GSD_MODULE& module : model.modules) {

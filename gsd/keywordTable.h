@@ -6,7 +6,10 @@
 #include "typefile/scan.h"
 
 #include <array>
+#include <bit>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <string_view>
 
 namespace typdescriptor::internal {
@@ -66,8 +69,40 @@ enum GsdMandatory : int {
     kMandatoryKeywords,
 };
 
+/// A keyword as it is written, and as words of characters that are compared at once.
+class GsdSpelling : public std::string_view {
+public:
+    constexpr GsdSpelling(const char* text) : std::string_view(text)
+    {
+        std::array<char, kWidth> padded{};
+        std::array<char, kWidth> mask{};
+        for (std::size_t i = 0; i < size(); ++i) {
+            padded[i] = text[i];
+            mask[i] = '\xFF';
+        }
+        words = std::bit_cast<Words>(padded);
+        masks = std::bit_cast<Words>(mask);
+    }
+
+    /// Whether a text begins like this, case and all. kWidth characters of it are read.
+    bool begins(const char* line) const
+    {
+        Words read;
+        std::memcpy(read.data(), line, kWidth);
+        return (((read[0] ^ words[0]) & masks[0]) | ((read[1] ^ words[1]) & masks[1]) |
+                ((read[2] ^ words[2]) & masks[2])) == 0;
+    }
+
+    static constexpr std::size_t kWidth = 24; // none is longer
+
+private:
+    using Words = std::array<std::uint64_t, 3>;
+    Words words{};
+    Words masks{};
+};
+
 struct GsdKeyword {
-    std::string_view spelling;
+    GsdSpelling spelling;
     GsdForm form;
     GsdOccurrence occurrence;
     GsdMandatory mandatory;

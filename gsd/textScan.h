@@ -26,6 +26,7 @@ enum CharacterClass : std::uint8_t {
     kComment = 4,   // the mark of a comment, unless it is in quotes or has been cut off
     kQuoteMark = 8,
     kContinuation = 16,
+    kBehindKeyword = 32, // an equals sign and an opening parenthesis
 };
 
 inline constexpr std::array<std::uint8_t, 256> kCharacterClasses = [] {
@@ -36,6 +37,7 @@ inline constexpr std::array<std::uint8_t, 256> kCharacterClasses = [] {
     classes[kCommentMark] = kComment;
     classes[kQuote] = kQuoteMark;
     classes[kContinuationMark] = kContinuation;
+    classes['='] = classes['('] = kBehindKeyword;
     return classes;
 }();
 

@@ -16,21 +16,29 @@ bool hasTwoEquals(std::string_view text)
     return first != std::string_view::npos && findUnquoted(text.substr(first + 1), '=') != std::string_view::npos;
 }
 
+/// Whether a line begins with just this keyword.
+bool isKeywordAt(std::size_t keyword, const char* text)
+{
+    const GsdSpelling& spelling = GsdKeywordTable::kRows[keyword].spelling;
+    return spelling.begins(text) && isOf(kBlank | kEndOfLine | kBehindKeyword, text[spelling.size()]);
+}
+
 } // namespace
 
-/// Keywords come in runs of the same sequence, so the one that last followed its predecessor is tried before the search.
-/// No longer one goes on with such a character as has to follow.
+/// Keywords come in runs of the same sequence, so the one that last followed its predecessors is tried before the search,
+/// and so is the next of the table, which is in the order of most files. No longer keyword goes on with what has to follow.
 std::size_t GsdTokenizer::findKeyword(const char* text)
 {
-    std::uint8_t& follower = followers[lastKeyword];
-    const std::string_view spelling = GsdKeywordTable::kRows[follower].spelling;
-    const char next = text[spelling.size()];
+    std::uint8_t& follower = followers[(lastKeyword ^ keywordBefore << 3) % followers.size()];
     std::size_t keyword = follower;
-    if (std::memcmp(text, spelling.data(), spelling.size()) != 0 ||
-        !(isOf(kBlank | kEndOfLine, next) || next == '=' || next == '('))
-        keyword = GsdKeywordTable::find({text, kReadableBehindText});
+    if (!isKeywordAt(keyword, text)) {
+        keyword = (lastKeyword + 1) % GsdKeywordTable::kCount;
+        if (!isKeywordAt(keyword, text))
+            keyword = GsdKeywordTable::find({text, kReadableBehindText});
+    }
     if (keyword != GsdKeywordTable::kNone) {
         follower = static_cast<std::uint8_t>(keyword);
+        keywordBefore = lastKeyword;
         lastKeyword = keyword;
     }
     return keyword;

@@ -25,7 +25,8 @@ private:
     static constexpr std::size_t kMaxArgument = 18;
     std::array<char, kMaxArgument + 1> argument{};
     std::size_t lastKeyword = 0;
-    std::array<std::uint8_t, GsdKeywordTable::kCount> followers{}; // the keyword that last came after each
+    std::size_t keywordBefore = 0;
+    std::array<std::uint8_t, 256> followers{}; // what last came after two keywords, or after others with their place
 };
 
 } // namespace typdescriptor::internal
