@@ -17,13 +17,13 @@ namespace typdescriptor::internal {
 
 namespace {
 
-std::size_t hashOfPrmBlock(const GSD_MODULE& module)
+std::size_t hashOfPrmBlock(const GSD_MODULE_PRM& prm)
 {
-    const std::span<const std::uint8_t> data = module.extModulePrmData();
+    const std::span<const std::uint8_t> data = prm.data;
     std::size_t hash = std::hash<std::string_view>()({reinterpret_cast<const char*>(data.data()), data.size()});
-    for (const GSD_PRM_REF_ITEM& item : module.refs)
+    for (const GSD_PRM_REF_ITEM& item : prm.refs)
         hash = hash * 31 + std::size_t{item.reference} * 257 + item.byteOffset;
-    return hash * 31 + static_cast<std::size_t>(module.prmDataEnd);
+    return hash * 31 + static_cast<std::size_t>(prm.dataEnd);
 }
 
 /// The distinct parameter blocks of the Module list, in list order.
@@ -31,13 +31,13 @@ class DistinctBlocks {
 public:
     explicit DistinctBlocks(std::size_t most) : slots(std::bit_ceil(2 * most + 1), kFree) {}
 
-    /// The index of the block that equals the module's, or the number of blocks.
-    std::size_t find(const GSD_MODULE& module) { return std::min<std::size_t>(slotOf(module), blocks.size()); }
+    /// The index of the block that equals this one, or the number of blocks.
+    std::size_t find(const GSD_MODULE_PRM& prm) { return std::min<std::size_t>(slotOf(prm), blocks.size()); }
 
-    void add(const GSD_MODULE& module, std::int32_t number)
+    void add(const GSD_MODULE_PRM& prm, std::int32_t number)
     {
-        slotOf(module) = static_cast<std::uint32_t>(numbers.size());
-        blocks.push_back(&module);
+        slotOf(prm) = static_cast<std::uint32_t>(numbers.size());
+        blocks.push_back(&prm);
         numbers.push_back(number);
     }
 
@@ -58,18 +58,18 @@ public:
 
 private:
     /// Where the index of a block stands in the hash table, or is to be put.
-    std::uint32_t& slotOf(const GSD_MODULE& module)
+    std::uint32_t& slotOf(const GSD_MODULE_PRM& prm)
     {
-        for (std::size_t slot = hashOfPrmBlock(module);; ++slot) {
+        for (std::size_t slot = hashOfPrmBlock(prm);; ++slot) {
             std::uint32_t& block = slots[slot & (slots.size() - 1)];
-            if (block == kFree || samePrmBlock(*blocks[block], module))
+            if (block == kFree || samePrmBlock(*blocks[block], prm))
                 return block;
         }
     }
 
     static constexpr std::uint32_t kFree = 0xFFFFFFFF;
     std::vector<std::uint32_t> slots;
-    std::vector<const GSD_MODULE*> blocks;
+    std::vector<const GSD_MODULE_PRM*> blocks;
     std::vector<std::int32_t> numbers;
     std::size_t settled = 0;
     std::int32_t dropped = 0;
@@ -77,11 +77,9 @@ private:
 
 } // namespace
 
-bool samePrmBlock(const GSD_MODULE& a, const GSD_MODULE& b)
+bool samePrmBlock(const GSD_MODULE_PRM& a, const GSD_MODULE_PRM& b)
 {
-    const std::span<const std::uint8_t> dataOfA = a.extModulePrmData();
-    const std::span<const std::uint8_t> dataOfB = b.extModulePrmData();
-    if (!std::equal(dataOfA.begin(), dataOfA.end(), dataOfB.begin(), dataOfB.end()) || a.prmDataEnd != b.prmDataEnd ||
+    if (!std::equal(a.data.begin(), a.data.end(), b.data.begin(), b.data.end()) || a.dataEnd != b.dataEnd ||
         a.refs.count() != b.refs.count())
         return false;
     auto itemOfB = b.refs.begin();
@@ -99,37 +97,38 @@ void sharePrmBlocks(GsdModel& model)
     if (numbered == 0)
         return;
     DistinctBlocks blocks(numbered);
-    std::vector<std::size_t> blockOfModule; // of every module with parameter data, in list order
+    std::vector<std::size_t> blockOfModule; // of every module with a block, in list order
+    blockOfModule.reserve(numbered);
     std::int32_t merged = 0;
-    for (GSD_MODULE& module : model.modules) {
-        if (module.paramModuleNumber < 1)
+    for (GSD_MODULE_PRM& prm : model.modulePrms) {
+        if (prm.blockNumber < 1)
             continue;
-        const std::size_t block = blocks.find(module);
+        const std::size_t block = blocks.find(prm);
         blockOfModule.push_back(block);
         if (block == blocks.count()) {
-            blocks.add(module, module.paramModuleNumber - merged);
+            blocks.add(prm, prm.blockNumber - merged);
         } else {
-            module.ownsPrmBlock = false;
+            prm.ownsBlock = false;
             ++merged;
         }
     }
 
-    for (GSD_MODULE& module : model.kgpModules) {
-        if (module.paramModuleNumber < 1)
+    for (GSD_MODULE_PRM& prm : model.kgpModulePrms) {
+        if (prm.blockNumber < 1)
             continue;
-        const std::size_t block = blocks.find(module);
-        if (block == blocks.count() || blocks.number(block) >= module.paramModuleNumber)
+        const std::size_t block = blocks.find(prm);
+        if (block == blocks.count() || blocks.number(block) >= prm.blockNumber)
             continue;
-        const std::int32_t own = module.paramModuleNumber;
-        module.paramModuleNumber = blocks.number(block);
-        module.ownsPrmBlock = false;
+        const std::int32_t own = prm.blockNumber;
+        prm.blockNumber = blocks.number(block);
+        prm.ownsBlock = false;
         blocks.closeGap(own);
     }
 
     std::size_t next = 0;
-    for (GSD_MODULE& module : model.modules) {
-        if (module.paramModuleNumber >= 1)
-            module.paramModuleNumber = blocks.number(blockOfModule[next++]);
+    for (GSD_MODULE_PRM& prm : model.modulePrms) {
+        if (prm.blockNumber >= 1)
+            prm.blockNumber = blocks.number(blockOfModule[next++]);
     }
 }
 

@@ -45,17 +45,10 @@ const DataTypeFormat& formatOf(const GSD_EXT_PRM_DEF& definition)
     return kDataTypes[definition.dataType - kUnsigned8];
 }
 
-std::span<std::uint8_t> toBytes(Arena& arena, const NumberList& list)
-{
-    const std::span<std::uint8_t> bytes = arena.bytes(list.count);
-    list.copyTo(bytes.data());
-    return bytes;
-}
-
 std::size_t prmLength(const GsdReading& reading)
 {
     if (reading.openBlock == kInModule)
-        return reading.currentModule->extModulePrmData().size();
+        return reading.currentModule->prm != nullptr ? reading.currentModule->prm->data.size() : 0;
     const GsdModel& model = reading.model;
     return model.maxUserPrmDataLen != 0 ? model.maxUserPrmDataLen : model.userPrmDataLen;
 }
@@ -70,13 +63,14 @@ int placePrmData(GsdReading& reading, std::size_t offset, std::size_t length)
     return kOk;
 }
 
-GSD_MODULE& appendModule(GsdReading& reading, GSD_LIST<GSD_MODULE>& list, const NamedBytes& value)
+GSD_MODULE& appendModule(GsdReading& reading, GSD_LIST<GSD_MODULE>& list, GSD_LIST<GSD_MODULE_PRM>& prms,
+                         const NamedBytes& value)
 {
     Arena& arena = reading.model.arena;
     GSD_MODULE& module = list.append(arena, {});
-    module.setName(arena.text(value.name));
-    module.setConfigBytes(toBytes(arena, value.bytes));
+    value.bytes.copyTo(module.keep(arena, value.name, value.bytes.count).data());
     reading.currentModule = &module;
+    reading.currentModulePrms = &prms;
     return module;
 }
 
@@ -140,7 +134,8 @@ int readValueRange(ValueReader& value, GSD_EXT_PRM_DEF& definition)
 int handleModule(GsdReading& reading, const NamedBytes& value)
 {
     GsdModel& model = reading.model;
-    const int result = splitModuleConfig(appendModule(reading, model.modules, value), model.multiIdentifierModuleSeen);
+    GSD_MODULE& module = appendModule(reading, model.modules, model.modulePrms, value);
+    const int result = splitModuleConfig(module, model.multiIdentifierModuleSeen);
     if (result == kOk)
         reading.openBlock = kInModule;
     return result;
@@ -150,16 +145,16 @@ int handleKgpModule(GsdReading& reading, const NamedBytes& value)
 {
     if (value.bytes.count != kKgpConfigBytes)
         return kErrGsdConfiguration;
-    appendModule(reading, reading.model.kgpModules, value);
+    appendModule(reading, reading.model.kgpModules, reading.model.kgpModulePrms, value);
     reading.openBlock = kInModule;
     return kOk;
 }
 
 int checkModule(GsdReading& reading)
 {
-    GSD_MODULE& module = *reading.currentModule;
-    if (!module.extModulePrmData().empty() || !module.refs.empty())
-        module.paramModuleNumber = reading.model.nextParamModuleNumber++;
+    GSD_MODULE_PRM* const prm = reading.currentModule->prm;
+    if (prm != nullptr && (!prm->data.empty() || !prm->refs.empty()))
+        prm->blockNumber = reading.model.nextParamModuleNumber++;
     return kOk;
 }
 
@@ -167,8 +162,12 @@ int handleExtModulePrmDataLen(GsdReading& reading, std::uint32_t length)
 {
     if (length > kMaxUserPrmBytes)
         return kErrGsdNumber;
-    reading.currentModule->setExtModulePrmData(reading.model.arena.bytes(length));
-    reading.model.extPrmUsed = true;
+    GsdModel& model = reading.model;
+    GSD_MODULE_PRM*& prm = reading.currentModule->prm;
+    if (prm == nullptr)
+        prm = &reading.currentModulePrms->append(model.arena, {});
+    prm->data = model.arena.bytes(length);
+    model.extPrmUsed = true;
     return kOk;
 }
 
@@ -182,7 +181,8 @@ int handleUserPrmData(GsdReading& reading, const NumberList& bytes)
 {
     if (bytes.count != reading.model.userPrmDataLen)
         return kErrGsdTooMany;
-    reading.model.userPrmData = toBytes(reading.model.arena, bytes);
+    reading.model.userPrmData = reading.model.arena.bytes(bytes.count);
+    bytes.copyTo(reading.model.userPrmData.data());
     return kOk;
 }
 
@@ -208,7 +208,7 @@ int handleExtUserPrmData(GsdReading& reading, const PrmDefHead& head)
 int handleDataType(GsdReading& reading, GsdLine& line)
 {
     GSD_EXT_PRM_DEF& definition = *reading.currentExtPrmDef;
-    const auto dataType = static_cast<std::uint32_t>(line.keyword);
+    const auto dataType = static_cast<std::uint8_t>(line.keyword);
     if (definition.isSlotNumber && dataType != kUnsigned8 && dataType != kUnsigned16 && dataType != kSigned16)
         return kErrGsdSlotNumberType;
     definition.dataType = dataType;
@@ -248,9 +248,8 @@ int handleExtUserPrmDataConst(GsdReading& reading, std::uint32_t offset, const N
         return result;
 
     const bool inModule = reading.openBlock == kInModule;
-    std::uint8_t* target =
-        inModule ? reading.currentModule->extModulePrmData().data() : reading.model.extUserPrmData.data();
-    std::int32_t& constEnd = inModule ? reading.currentModule->prmDataEnd : reading.model.constPrmDataEnd;
+    std::uint8_t* target = inModule ? reading.currentModule->prm->data.data() : reading.model.extUserPrmData.data();
+    std::int32_t& constEnd = inModule ? reading.currentModule->prm->dataEnd : reading.model.constPrmDataEnd;
     bytes.copyTo(target + offset);
     constEnd = std::max(constEnd, static_cast<std::int32_t>(offset + bytes.count));
     return kOk;
@@ -266,7 +265,7 @@ int handleExtUserPrmDataRef(GsdReading& reading, std::uint32_t offset, std::uint
     const bool inModule = reading.openBlock == kInModule;
     if (definition->isSlotNumber && !inModule)
         return kErrGsdSyntax;
-    (inModule ? reading.currentModule->refs : reading.model.extUserPrmRefs)
+    (inModule ? reading.currentModule->prm->refs : reading.model.extUserPrmRefs)
         .append(reading.model.arena, {reference, offset});
     return placePrmData(reading, offset, formatOf(*definition).bytes);
 }
