@@ -43,12 +43,17 @@ public:
     T* make(Arguments&&... arguments)
     {
         static_assert(std::is_trivially_destructible_v<T>, "nothing in an arena is destroyed");
-        static_assert(alignof(T) <= alignof(Block));
-        return new (allocate(sizeof(T), alignof(T))) T{std::forward<Arguments>(arguments)...};
+        static_assert(alignof(T) == alignof(void*), "values lie side by side");
+        needRoom(sizeof(T));
+        return new (std::exchange(room, room + sizeof(T))) T{std::forward<Arguments>(arguments)...};
     }
 
     /// Bytes that have no value yet.
-    std::uint8_t* rawBytes(std::size_t count) { return static_cast<std::uint8_t*>(allocate(count, 1)); }
+    std::uint8_t* rawBytes(std::size_t count)
+    {
+        needRoom(count);
+        return reinterpret_cast<std::uint8_t*>(roomEnd -= count);
+    }
 
     /// Bytes that are all zero.
     std::span<std::uint8_t> bytes(std::size_t count) { return {std::fill_n(rawBytes(count), count, 0) - count, count}; }
@@ -73,13 +78,10 @@ private:
     static constexpr std::size_t kSmallestBlock = 8192;
     static constexpr std::size_t kLargestBlock = 65536; // a much larger one would come and go as pages of its own
 
-    void* allocate(std::size_t size, std::size_t alignment)
+    void needRoom(std::size_t size)
     {
-        if (size > left)
+        if (size > static_cast<std::size_t>(roomEnd - room))
             addBlock(size);
-        // Pieces are cut from the end of the room, where aligning is one masking.
-        left = (left - size) & ~(alignment - 1);
-        return &room[left];
     }
 
     /// Blocks grow with what there is already: their number stays small, and so does what is left of the last one.
@@ -89,14 +91,14 @@ private:
                                   ~(alignof(Block) - 1);
         newest = new (::operator new(sizeof(Block) + added)) Block{newest};
         room = reinterpret_cast<char*>(newest + 1);
-        left = added;
+        roomEnd = room + added;
         total += added;
     }
 
     alignas(std::max_align_t) std::array<char, kFirstRoom> first;
     Block* newest = nullptr;
-    char* room = first.data(); // what can be handed out
-    std::size_t left = kFirstRoom;
+    char* room = first.data(); // what can be handed out: values from its start, bytes from its end
+    char* roomEnd = room + kFirstRoom;
     std::size_t total = kFirstRoom; // of all rooms
 };
 
