@@ -147,6 +147,8 @@ void TypeFileGenerator::writeHelpTextBlock(Scope scope)
     const std::size_t head = image.reserve(kListHeadWidth);
     unsigned count = 0;
     for (const GSD_PRM_TEXT& block : model.prmTexts) {
+        if (count + 1 == model.nextHelpTextNumber)
+            break; // all that are used are written
         const std::uint16_t number = scope == Scope::station ? block.stationHelpNumber : block.moduleHelpNumber;
         if (number == 0)
             continue;

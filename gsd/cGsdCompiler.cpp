@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <ctime>
 #include <new>
+#include <utility>
 
 namespace typdescriptor::internal {
 
@@ -93,7 +94,7 @@ void cGsdCompiler::copySpareItems(GSD_WARNING_ITEM* items) const
 
 void cGsdCompiler::copyFoundMandatories(std::uint8_t* found) const
 {
-    std::copy(reading.foundMandatories.begin(), reading.foundMandatories.end(), found);
+    std::copy_n(reading.foundMandatories.begin(), kMandatoryCount, found);
 }
 
 void cGsdCompiler::chooseLanguage(std::string_view fileName)
@@ -123,8 +124,8 @@ int cGsdCompiler::compileFile(const char* fileName)
 int cGsdCompiler::readLines()
 {
     while (lines.good()) {
-        if (sectionStarted && readLineAhead())
-            continue;
+        if (sectionStarted)
+            readLinesAhead();
         const PhysicalLine physical = lines.read(lineBufferSize - 1);
         std::string_view line;
         if (const int result = takePhysicalLine(physical, line); result < 0)
@@ -146,24 +147,22 @@ int cGsdCompiler::readLines()
     return kOk;
 }
 
-/// Reads the next line where it stands: most lines end where their value does, and then they are all right. False when
-/// this one does not, or is wrong in any way; then nothing has happened, and it has to be read as a whole.
-bool cGsdCompiler::readLineAhead()
+/// Reads lines where they stand: most lines end where their value does, and then they are all right. Stops before the
+/// first that does not, or is wrong in any way; with that nothing has happened, and it has to be read as a whole.
+void cGsdCompiler::readLinesAhead()
 {
-    const char* const start = lines.ahead();
-    if (start == nullptr)
-        return false;
-    const auto foundBefore = reading.foundMandatories;
-    ++reading.lineNumber;
-    GsdLine line{.value = skipBlanks(start), .limit = start + (lineBufferSize - 1)};
-    const bool isEmpty = isOf(kEndOfLine | kComment, *line.value) && line.value < line.limit;
-    if (isEmpty || handleLine(line.value, line) == kOk) {
-        lines.goBehind(line.value);
-        return true;
+    const char* start = lines.ahead();
+    while (lines.isAhead(start)) {
+        GsdLine line{.value = skipBlanks(start), .limit = start + (lineBufferSize - 1)};
+        ++reading.lineNumber;
+        const bool isEmpty = isOf(kEndOfLine | kComment, *line.value) && line.value < line.limit;
+        if (!isEmpty && handleLine(line.value, line) != kOk) {
+            --reading.lineNumber;
+            break;
+        }
+        start = lines.behind(line.value);
     }
-    --reading.lineNumber;
-    reading.foundMandatories = foundBefore;
-    return false;
+    lines.goOn(start);
 }
 
 /// Counts a physical line that was just read, and leaves of it what is neither comment nor blanks around it. A line
@@ -222,25 +221,21 @@ int cGsdCompiler::handleLine(const char* text, GsdLine& line)
 {
     if (const int result = tokenizer.tokenize(text, line); result < 0)
         return result;
-    if (GsdKeywordTable::kRows[line.keyword].occurrence == GsdOccurrence::repeated)
-        return handleKeyword(line);
-    if (keywordSeen[line.keyword] != 0)
-        return kErrGsdRepeated;
-    const int result = handleKeyword(line);
-    keywordSeen[line.keyword] = result == kOk ? 1 : 0;
-    return result;
-}
-
-int cGsdCompiler::handleKeyword(GsdLine& line)
-{
     const GsdKeyword& keyword = GsdKeywordTable::kRows[line.keyword];
+    std::uint8_t& seen = keywordSeen[line.keyword];
+    if (seen != 0 && keyword.occurrence == GsdOccurrence::once)
+        return kErrGsdRepeated;
     if (*line.argument != '\0' && !keyword.takesArgument())
         return kErrGsdSyntax;
-    if (keyword.mandatory != kNotMandatory)
-        reading.foundMandatories[static_cast<std::size_t>(keyword.mandatory)] = 1;
-    if ((keyword.blocks & reading.openBlock) == 0)
-        return kErrGsdSyntax;
-    return keyword.handler(reading, line);
+    std::uint8_t& found = reading.foundMandatories[keyword.mandatory];
+    const std::uint8_t foundBefore = std::exchange(found, 1);
+    const bool isInPlace = (keyword.blocks & reading.openBlock) != 0;
+    const int result = isInPlace ? keyword.handler(reading, line) : kErrGsdSyntax;
+    if (result == kOk)
+        seen = 1;
+    else if (!line.isWhole())
+        found = foundBefore;
+    return result;
 }
 
 int cGsdCompiler::checkWholeFile()
@@ -255,6 +250,7 @@ int cGsdCompiler::checkWholeFile()
         for (const GsdMandatory ofModular : {kMaxModuleFound, kMaxInputLenFound, kMaxOutputLenFound, kMaxDataLenFound})
             reading.foundMandatories[static_cast<std::size_t>(ofModular)] = kNotRequired;
     }
+    reading.foundMandatories[kNotMandatory] = kNotRequired;
     if (std::find(reading.foundMandatories.begin(), reading.foundMandatories.end(), 0) !=
         reading.foundMandatories.end())
         return kErrGsdMandatory;

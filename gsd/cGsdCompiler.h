@@ -56,10 +56,9 @@ private:
     int readLines();
     int takePhysicalLine(const PhysicalLine& physical, std::string_view& line);
     int joinContinuations(std::string_view& line);
-    bool readLineAhead();
+    void readLinesAhead();
     int readWholeLine(std::string_view text);
     int handleLine(const char* text, GsdLine& line);
-    int handleKeyword(GsdLine& line);
     int checkWholeFile();
     bool isKgpConsistent() const;
     void writeTypeFile(const char* outputName) const;

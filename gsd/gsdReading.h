@@ -18,9 +18,9 @@ namespace typdescriptor::internal {
 struct GsdReading {
     GsdModel model;
     GSD_LIST<GSD_WARNING_ITEM> warnings;
-    std::array<std::uint8_t, kMandatoryKeywords> foundMandatories{};
-    std::uint32_t lineNumber = 0xFFFFFFFF; // until a compilation starts
-    std::uint32_t languageIndex = 0;       // column of the family names
+    std::array<std::uint8_t, kMandatoryKeywords + 1> foundMandatories{}; // and one for all others
+    std::uint32_t lineNumber = 0xFFFFFFFF;                               // until a compilation starts
+    std::uint32_t languageIndex = 0;                                     // column of the family names
 
     // The open block, and the record that its lines fill.
     GsdBlock openBlock = kOutside;

@@ -219,7 +219,7 @@ int handleUnitDiagBit(GsdReading& reading, std::uint32_t number, std::string_vie
     area.values.append(arena, {ShownValue, reading.keepText(text, kNameWidth)});
     return kOk;
 }
-int handleUnitDiagArea(GsdReading& reading, const NumberList& bits);
+int handleUnitDiagArea(GsdReading& reading, const NumberRange& bits);
 int handleValue(GsdReading& reading, std::uint32_t number, std::string_view text);
 int checkUnitDiagArea(GsdReading& reading);
 int handleChannelDiag(GsdReading& reading, std::uint32_t errorType, std::string_view text);

@@ -46,8 +46,7 @@ enum class GsdForm {
 enum class GsdOccurrence { once, repeated };
 
 /// Entries of the record of mandatory keywords.
-enum GsdMandatory : int {
-    kNotMandatory = -1,
+enum GsdMandatory : unsigned {
     kVendorNameFound,
     kModelNameFound,
     kRevisionFound,
@@ -67,6 +66,7 @@ enum GsdMandatory : int {
     kSlaveFamilyFound,
     kMaxDiagDataLenFound,
     kMandatoryKeywords,
+    kNotMandatory = kMandatoryKeywords, // an entry that nobody asks for
 };
 
 /// A keyword as it is written, and as words of characters that are compared at once.
@@ -88,7 +88,8 @@ public:
     bool begins(const char* line) const
     {
         Words read;
-        std::memcpy(read.data(), line, kWidth);
+        for (std::size_t i = 0; i < read.size(); ++i)
+            std::memcpy(&read[i], line + i * sizeof read[i], sizeof read[i]);
         return (((read[0] ^ words[0]) & masks[0]) | ((read[1] ^ words[1]) & masks[1]) |
                 ((read[2] ^ words[2]) & masks[2])) == 0;
     }

@@ -36,16 +36,19 @@ public:
     /// Whether the file broke off with a read error.
     bool failed() const { return readError; }
 
-    /// Where the next line stands, up to and with its line feed; null when that is not all in one place.
-    const char* ahead() const { return next <= lastLineFeed ? next : nullptr; }
-    /// Goes on behind the line that stood ahead.
+    /// Where the next line begins. It stands there up to and with its line feed when isAhead() says so.
+    const char* ahead() const { return next; }
+    bool isAhead(const char* line) const { return line < linesEnd; }
+    /// The beginning of the line behind one that stands ahead.
     /// @param place  in that line
-    void goBehind(const char* place)
+    const char* behind(const char* place) const
     {
         if (*place != '\n')
-            place = static_cast<const char*>(std::memchr(place, '\n', static_cast<std::size_t>(last - place)));
-        next = place + 1;
+            place = static_cast<const char*>(std::memchr(place, '\n', static_cast<std::size_t>(linesEnd - place)));
+        return place + 1;
     }
+    /// Goes on with another line.
+    void goOn(const char* line) { next = line; }
 
     /// Reads the next line, at most `limit` characters of it.
     PhysicalLine read(std::size_t limit)
@@ -98,7 +101,7 @@ private:
     std::array<char, kBlockSize + kReadableBehindText> block;
     const char* next = nullptr;
     const char* last = nullptr;
-    const char* lastLineFeed = nullptr; // in the block; before `next` when there is none
+    const char* linesEnd = nullptr; // behind the last line feed of the block
     RareCharacter nul{'\0'};
     RareCharacter semicolon{kCommentMark};
     RareCharacter backslash{kContinuationMark};

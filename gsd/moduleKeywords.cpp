@@ -81,11 +81,11 @@ int readBitPlace(const char* text, GSD_EXT_PRM_DEF& definition)
     std::uint32_t first = 0;
     std::uint32_t last = 0;
     if (definition.dataType == kBitArea) {
-        const NumberList bits = argument.range(IntegerKind::unsigned8);
+        const NumberRange bits = argument.range(IntegerKind::unsigned8);
         if (argument.failed())
             return argument.finish();
-        first = bits.first();
-        last = bits.last();
+        first = bits.first;
+        last = bits.last;
         if (first >= last)
             return kErrGsdNumber;
     } else if (definition.dataType == kBit) {
@@ -114,19 +114,17 @@ int readValueRange(ValueReader& value, GSD_EXT_PRM_DEF& definition)
         definition.maxValue = definition.dataType == kBitArea ? (1U << definition.bitCount) - 1 : format.maxValue;
         return value.finish();
     }
-    ValueReader asRange = value;
-    NumberList limits = asRange.range(format.kind);
-    if (!asRange.failed())
-        value = asRange;
-    else
-        limits = value.list(kMaxEnumeratedValues, format.kind);
-    if (const int result = value.finish(); result < 0)
-        return result;
-    if (limits.count < 2)
-        return kErrGsdSyntax;
-    definition.minValue = limits.first();
-    definition.maxValue = limits.last();
-    return kOk;
+    NumberRange limits;
+    if (value.tryRange(format.kind, limits) < 0) {
+        const NumberList list = value.list(kMaxEnumeratedValues, format.kind);
+        if (list.count == 1)
+            return kErrGsdSyntax;
+        if (list.count > 1)
+            limits = {list.first(), list.last()};
+    }
+    definition.minValue = limits.first;
+    definition.maxValue = limits.last;
+    return value.finish();
 }
 
 } // namespace

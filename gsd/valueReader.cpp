@@ -212,35 +212,27 @@ NumberList ValueReader::list(std::size_t maximum, IntegerKind kind)
     return result;
 }
 
-NumberList ValueReader::range(IntegerKind kind)
+int ValueReader::tryRange(IntegerKind kind, NumberRange& range)
 {
-    NumberList result;
-    if (failed())
-        return result;
-    text = skipBlanks(text);
-    const bool hasComma = isWhole() && std::strchr(text, ',') != nullptr;
+    const char* at = skipBlanks(text);
+    const bool hasComma = isWhole() && std::strchr(at, ',') != nullptr;
     ScannedNumber minimum;
     ScannedNumber maximum;
     // The first minus sign behind the start separates the two.
-    bool areNumbers = takeNumber(text, minimum, false);
-    for (; *text != '-' && !isOf(kBlank | ends, *text); ++text)
+    bool areNumbers = takeNumber(at, minimum, false);
+    for (; *at != '-' && !isOf(kBlank | ends, *at); ++at)
         areNumbers = false;
-    text = skipBlanks(text);
-    if (*text != '-' || hasComma) {
-        fail(kErrGsdSyntax);
-        return result;
-    }
-    text = skipBlanks(text + 1);
-    areNumbers = scanNumber(text, maximum, ends) && areNumbers;
+    at = skipBlanks(at);
+    if (*at != '-' || hasComma)
+        return kErrGsdSyntax;
+    at = skipBlanks(at + 1);
+    areNumbers = scanNumber(at, maximum, ends) && areNumbers;
     const IntegerRange& limits = rangeOf(kind);
-    if (!areNumbers || !fits(minimum, limits) || !fits(maximum, limits)) {
-        fail(kErrGsdNumber);
-        return result;
-    }
-    result.values[0] = minimum.value & limits.mask;
-    result.values[1] = maximum.value & limits.mask;
-    result.count = 2;
-    return result;
+    if (!areNumbers || !fits(minimum, limits) || !fits(maximum, limits))
+        return kErrGsdNumber;
+    range = {minimum.value & limits.mask, maximum.value & limits.mask};
+    text = at;
+    return kOk;
 }
 
 FamilyValue ValueReader::family()
@@ -275,7 +267,8 @@ FamilyValue ValueReader::family()
 
 bool ValueReader::takeLast(const char* word)
 {
-    if (failed() || std::strcmp(skipBlanks(text), word) != 0)
+    const char* const at = skipBlanks(text);
+    if (failed() || *at != *word || std::strcmp(at, word) != 0)
         return false;
     text = "";
     return true;

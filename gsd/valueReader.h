@@ -41,7 +41,12 @@ bool scanNumber(const char*& text, ScannedNumber& number, unsigned ends = kEndOf
 
 inline constexpr std::size_t kMaxStringLength = 32;
 
-/// The elements of a list or the two ends of a range.
+struct NumberRange {
+    std::uint32_t first = 0;
+    std::uint32_t last = 0;
+};
+
+/// The elements of a list.
 struct NumberList {
     static constexpr std::size_t kMaxCount = 244;
 
@@ -96,7 +101,16 @@ public:
     NumberList list(std::size_t maximum, IntegerKind kind);
     NumberList bytes() { return list(NumberList::kMaxCount, IntegerKind::unsigned8); }
     /// "minimum-maximum"; kErrGsdSyntax, kErrGsdNumber.
-    NumberList range(IntegerKind kind);
+    NumberRange range(IntegerKind kind)
+    {
+        NumberRange range;
+        if (!failed())
+            failure = tryRange(kind, range);
+        return range;
+    }
+    /// The same, of which a failure leaves everything as it is. Not for one that has failed.
+    /// @return 0 or what the failure would have been
+    int tryRange(IntegerKind kind, NumberRange& range);
     /// The rest of the text as a family number and its sub-families; kErrGsdNumber, kErrGsdSyntax.
     FamilyValue family();
     /// Takes a literal word behind blanks when it is all that is left.

@@ -49,8 +49,10 @@ std::string readAs(const std::string& parser, ValueReader& reader)
     }
     if (parser.starts_with("list"))
         return joined(reader.list(3, kinds.at(argument)));
-    if (parser.starts_with("range"))
-        return joined(reader.range(kinds.at(argument)));
+    if (parser.starts_with("range")) {
+        const NumberRange range = reader.range(kinds.at(argument));
+        return std::to_string(range.first) + ',' + std::to_string(range.last);
+    }
     return std::to_string(reader.number(kinds.at(parser)));
 }
 
@@ -81,7 +83,7 @@ TEST(ValueReader, TheFirstFailureStays)
     ValueReader reader("? 1 2-3 4");
     EXPECT_EQ(reader.flag(), 0U);
     EXPECT_EQ(reader.unsigned8(), 0U);
-    EXPECT_EQ(reader.range(IntegerKind::unsigned8).count, 0U);
+    EXPECT_EQ(reader.range(IntegerKind::unsigned8).last, 0U);
     EXPECT_EQ(reader.family().number, 0U);
     EXPECT_EQ(reader.flag(), 0U);
     EXPECT_EQ(reader.finish(), kErrGsdFlag);
