@@ -42,7 +42,7 @@ public:
             const auto time = times.find(ratio.name);
             const auto floor = times.find(ratio.floor);
             if (time != times.end() && floor != times.end())
-                std::printf("%-40s %9.2f us %9.2f us %8.2f %6.1f\n", ratio.name.c_str(), time->second / 1000,
+                std::printf("%-40s %9.2f us %9.2f us %8.2f %6.1f\n", ratio.floor.c_str(), time->second / 1000,
                             floor->second / 1000, time->second / floor->second, ratio.aim);
         }
     }
@@ -60,12 +60,13 @@ void add(const std::string& name, Function function)
     });
 }
 
-/// What was measured, beside its floor.
-void addBesideFloor(const std::vector<Work>& workAndFloor, double aim)
+/// What is measured, beside its floors.
+void addBesideFloors(const Workload& workload, const std::vector<Work>& workAndFloors)
 {
-    for (const Work& work : workAndFloor)
+    for (const Work& work : workAndFloors)
         add(work.name, work.run);
-    ratios.push_back({workAndFloor.front().name, workAndFloor.back().name, aim});
+    for (std::size_t i = 1; i < workAndFloors.size(); ++i)
+        ratios.push_back({workload.name, workAndFloors[i].name, workload.aims[i - 1]});
 }
 
 void addQueries()
@@ -148,12 +149,13 @@ void addGrowth(const Element& element)
 int main(int argc, char** argv)
 {
     for (const Workload& workload : kCompilations)
-        addBesideFloor(compilationOf(workload), 2.5);
+        addBesideFloors(workload, compilationOf(workload));
     for (const Workload& workload : kChecks)
-        addBesideFloor(checkOf(workload), 6);
+        addBesideFloors(workload, checkOf(workload));
     addQueries();
     for (const char* name : {"CRLFBOX2.GSS", "SLOTPARM.GSE", "MDRV0C21.GSE"})
         addHeap(name, exampleGsd(name));
+    addHeap("makers20K", makersGsd());
     addHeap("20K", gsdWithModules(20 * kKilobyte));
     addHeap("60K", gsdWithModules(60 * kKilobyte));
     for (const Element& element : kElements)

@@ -29,6 +29,9 @@ private:
 /// The example as it is.
 std::string exampleGsd(std::string_view name);
 
+/// A file of 20 KB as device makers write them: half of it blanks and comments, every keyword in its usual share.
+std::string makersGsd();
+
 /// An example device with as many more modules and diagnostic texts as make up the wanted size. Up to 78 KB its image
 /// holds them.
 std::string gsdWithModules(std::size_t size);
@@ -58,17 +61,22 @@ struct Work {
 struct Workload {
     const char* name;
     std::string (*gsd)();
+    std::vector<double> aims; // times each floor that it should take at most
 };
 extern const std::vector<Workload> kCompilations;
 extern const std::vector<Workload> kChecks;
 
-/// What a workload is measured by, and then its floor, which is named after it.
+/// What a workload is measured by, and then its floors, which are named after it.
 std::vector<Work> compilationOf(const Workload& workload);
 std::vector<Work> checkOf(const Workload& workload);
 
 /// The least that a compiler of this file can do: open and read it, find every line feed and every comment, and fill an
 /// image with blanks.
 void readLinesAndFillImage(const char* path);
+
+/// What a parser of such lines cannot do without: find where each keyword ends and look it up, read one number and copy
+/// one text of each line; at the end copy the texts into an image. Checks nothing.
+void parseAndCopyTexts(const char* path);
 
 /// The least that a check can do: find every terminator. Returns their number.
 std::size_t countTerminators(const std::vector<char>& image);

@@ -15,7 +15,7 @@
 namespace typdescriptor::internal {
 
 /// Keyword ids of the data-type lines; they stand for the data types throughout the model.
-enum GsdDataType : std::uint32_t {
+enum GsdDataType : std::uint8_t {
     kUnsigned8 = 73,
     kUnsigned16 = 74,
     kUnsigned32 = 75,
@@ -70,59 +70,56 @@ struct GSD_PRM_REF_ITEM {
     std::uint32_t byteOffset = 0; // in the station's or the module's parameter image
 };
 
-/// A Module or KGPModule block. There may be many, so lengths are kept in bytes.
+/// What a module says of its parameters: most modules say nothing.
+struct GSD_MODULE_PRM {
+    std::span<std::uint8_t> data; // the parameter image, Ext_Module_Prm_Data_Len bytes
+    GSD_LIST<GSD_PRM_REF_ITEM> refs;
+    std::int32_t dataEnd = 0;     // highest end of an Ext_User_Prm_Data_Const
+    std::int32_t blockNumber = 0; // of the parameter block, 0 for none
+    bool ownsBlock = true;        // false: an earlier module has the same block and writes it
+};
+
+/// A Module or KGPModule block. There may be many, so its name and bytes are one piece and their lengths are kept in bytes.
 class GSD_MODULE {
 public:
     /// 1 to 32 characters.
-    std::string_view name() const { return {nameText, nameLength}; }
-    void setName(std::string_view text)
-    {
-        nameText = text.data();
-        nameLength = static_cast<std::uint8_t>(text.size());
-    }
+    std::string_view name() const { return {reinterpret_cast<const char*>(content), nameLength}; }
     /// 1 to 244.
-    std::span<std::uint8_t> configBytes() const { return {config, configByteCount}; }
-    void setConfigBytes(std::span<std::uint8_t> bytes)
+    std::span<std::uint8_t> configBytes() const { return {content + nameLength, configByteCount}; }
+    /// Keeps the name and makes room for the bytes.
+    std::span<std::uint8_t> keep(Arena& arena, std::string_view name, std::size_t configBytesCount)
     {
-        config = bytes.data();
-        configByteCount = static_cast<std::uint8_t>(bytes.size());
-    }
-    /// The parameter image, Ext_Module_Prm_Data_Len bytes.
-    std::span<std::uint8_t> extModulePrmData() const { return {prmData, extModulePrmDataLen}; }
-    void setExtModulePrmData(std::span<std::uint8_t> bytes)
-    {
-        prmData = bytes.data();
-        extModulePrmDataLen = static_cast<std::uint8_t>(bytes.size());
+        content = arena.rawBytes(name.size() + configBytesCount);
+        std::copy(name.begin(), name.end(), content);
+        nameLength = static_cast<std::uint8_t>(name.size());
+        configByteCount = static_cast<std::uint8_t>(configBytesCount);
+        return configBytes();
     }
     /// Of a Module only.
     GSD_IDENT_LIST identifiers() const { return {configBytes(), identifierCount}; }
+    /// The number of the parameter block, 0 for none.
+    std::uint32_t prmBlock() const { return prm == nullptr ? 0 : static_cast<std::uint32_t>(prm->blockNumber); }
 
-    GSD_LIST<GSD_PRM_REF_ITEM> refs;
-    std::int32_t prmDataEnd = 0;        // highest end of an Ext_User_Prm_Data_Const
-    std::int32_t paramModuleNumber = 0; // number of the module's parameter block, 0 for none
+    GSD_MODULE_PRM* prm = nullptr; // null without Ext_Module_Prm_Data_Len
     std::uint8_t preset = 0;
     std::uint8_t identifierCount = 0;
-    bool ownsPrmBlock = true; // false: an earlier module has the same block and writes it
 
 private:
     std::uint8_t nameLength = 0;
     std::uint8_t configByteCount = 0;
-    std::uint8_t extModulePrmDataLen = 0;
-    const char* nameText = nullptr;
-    std::uint8_t* config = nullptr;
-    std::uint8_t* prmData = nullptr;
+    std::uint8_t* content = nullptr;
 };
 
 /// An ExtUserPrmData block. Values read from the file keep the bit pattern of their type, widened
 /// without sign.
 struct GSD_EXT_PRM_DEF {
-    std::uint16_t reference = 0;
-    std::string_view name;      // empty for the slot-number definition
-    std::uint32_t dataType = 0; // a GsdDataType
+    KeptText name; // empty for the slot-number definition
     std::uint32_t defaultValue = 0;
     std::uint32_t minValue = 0;
     std::uint32_t maxValue = 0;
     std::int32_t prmTextRef = -1; // PrmText block that names the values, -1 for none
+    std::uint16_t reference = 0;
+    std::uint8_t dataType = 0; // a GsdDataType
     std::uint8_t bitOffset = 0;
     std::uint8_t bitCount = 0;
     bool typeDefined = false;
@@ -132,7 +129,7 @@ struct GSD_EXT_PRM_DEF {
 /// One Text line of a PrmText block.
 struct GSD_PRM_TEXT_ITEM {
     std::int32_t value = 0;
-    std::string_view text;
+    KeptText text;
 };
 
 /// A PrmText block. The generator numbers it, for the station and for the modules apart, when it first refers to it.
@@ -146,7 +143,7 @@ struct GSD_PRM_TEXT {
 /// One text of a diagnostic area.
 struct GSD_DIAG_VALUE_ITEM {
     std::uint16_t value = 0;
-    std::string_view text;
+    KeptText text;
 };
 
 /// A diagnostic bit (first and last are equal) or area. Bits count from bit 0 of the first device-specific byte.
@@ -160,7 +157,7 @@ struct GSD_UNIT_DIAG_AREA {
 /// The text of a channel error type.
 struct GSD_CHANNEL_DIAG {
     std::uint8_t errorType = 0; // 16 to 31
-    std::string_view text;
+    KeptText text;
 };
 
 } // namespace typdescriptor::internal

@@ -76,7 +76,7 @@ struct GsdModel {
     std::uint8_t userPrmDataLen = 0;
     std::uint8_t maxUserPrmDataLen = 0;
     bool extPrmUsed = false;
-    std::span<const std::uint8_t> userPrmData; // userPrmDataLen bytes once User_Prm_Data is read
+    std::span<std::uint8_t> userPrmData; // userPrmDataLen bytes once User_Prm_Data is read
     std::array<std::uint8_t, kMaxUserPrmBytes> extUserPrmData{};
     GSD_LIST<GSD_PRM_REF_ITEM> extUserPrmRefs;
     std::int32_t constPrmDataEnd = 0; // highest end of a constant of the station
@@ -87,6 +87,8 @@ struct GsdModel {
     // Modules and diagnostics.
     GSD_LIST<GSD_MODULE> modules;
     GSD_LIST<GSD_MODULE> kgpModules;
+    GSD_LIST<GSD_MODULE_PRM> modulePrms; // in the order of their modules
+    GSD_LIST<GSD_MODULE_PRM> kgpModulePrms;
     std::int32_t nextParamModuleNumber = 1;
     std::uint16_t nextHelpTextNumber = 1;
     bool multiIdentifierModuleSeen = false;

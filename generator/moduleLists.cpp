@@ -56,12 +56,10 @@ void TypeFileGenerator::writePresetIdentifiers(const GSD_MODULE& module)
                 image.append(image.record().numberField(bytes[i]), kNumberAndQuote);
             endsWithQuote = true;
         }
-        if (first && module.paramModuleNumber != 0) {
+        if (first && module.prmBlock() != 0) {
             if (!endsWithQuote)
                 image.append(image.record().quote());
-            image.append(image.record()
-                             .text(kTagSlotPrmBlock)
-                             .numberField(static_cast<std::uint32_t>(module.paramModuleNumber)));
+            image.append(image.record().text(kTagSlotPrmBlock).numberField(module.prmBlock()));
         }
         image.append(image.record().end());
         first = false;
@@ -98,7 +96,7 @@ void TypeFileGenerator::writeKgpEntry(const GSD_MODULE& module)
                      .numberField(bytes[2])
                      .numberField(bytes[3])
                      .numberField(bytes[4]));
-    writeBlockReference(module.paramModuleNumber);
+    writeBlockReference(module.prmBlock());
 }
 
 void TypeFileGenerator::writeOrderNumberEntry(const GSD_MODULE& module)
@@ -106,7 +104,7 @@ void TypeFileGenerator::writeOrderNumberEntry(const GSD_MODULE& module)
     writeQuotedName(module.name());
     for (const std::uint8_t byte : module.identifiers().first().bytes)
         image.append(image.record().numberField(byte), kNumberAndQuote);
-    writeBlockReference(module.paramModuleNumber);
+    writeBlockReference(module.prmBlock());
 }
 
 void TypeFileGenerator::writeModuleList()
@@ -134,14 +132,14 @@ void TypeFileGenerator::writeModuleListEntry(const GSD_MODULE& module, std::size
         }
         image.imageLength += kSlotTextWidth;
         image.append(image.record().quote());
-        writeBlockReference(first ? module.paramModuleNumber : 0);
+        writeBlockReference(first ? module.prmBlock() : 0);
         first = false;
     }
 }
 
-void TypeFileGenerator::writeBlockReference(std::int32_t blockNumber)
+void TypeFileGenerator::writeBlockReference(std::uint32_t blockNumber)
 {
-    image.append(image.record().text(kTagSlotPrmBlock).numberField(static_cast<std::uint32_t>(blockNumber)).end());
+    image.append(image.record().text(kTagSlotPrmBlock).numberField(blockNumber).end());
 }
 
 void TypeFileGenerator::writeQuotedName(std::string_view name)

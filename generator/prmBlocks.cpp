@@ -33,7 +33,7 @@ RecordText quotedSignedNumbers(RecordText record, const GSD_EXT_PRM_DEF& definit
     return record;
 }
 
-std::string_view keywordType(std::uint32_t dataType)
+std::string_view keywordType(std::uint8_t dataType)
 {
     switch (dataType) {
     case kUnsigned8:
@@ -147,6 +147,8 @@ void TypeFileGenerator::writeHelpTextBlock(Scope scope)
     const std::size_t head = image.reserve(kListHeadWidth);
     unsigned count = 0;
     for (const GSD_PRM_TEXT& block : model.prmTexts) {
+        if (count + 1 == model.nextHelpTextNumber)
+            break; // all that are used are written
         const std::uint16_t number = scope == Scope::station ? block.stationHelpNumber : block.moduleHelpNumber;
         if (number == 0)
             continue;
@@ -165,16 +167,16 @@ void TypeFileGenerator::writeHelpTextBlock(Scope scope)
     image.recordAt(head).head(kTagHelpList, count);
 }
 
-int TypeFileGenerator::writeSlotPrmBlocks(const GSD_LIST<GSD_MODULE>& modules)
+int TypeFileGenerator::writeSlotPrmBlocks(const GSD_LIST<GSD_MODULE_PRM>& prms)
 {
     const std::size_t head = image.reserve(kListHeadWidth);
     unsigned blocks = 0;
     if (model.extPrmUsed) {
         model.nextHelpTextNumber = 1;
-        for (const GSD_MODULE& module : modules) {
-            if (module.paramModuleNumber < 1 || !module.ownsPrmBlock)
+        for (const GSD_MODULE_PRM& prm : prms) {
+            if (prm.blockNumber < 1 || !prm.ownsBlock)
                 continue;
-            if (const int result = writeSlotPrmBlock(module); result < 0)
+            if (const int result = writeSlotPrmBlock(prm); result < 0)
                 return result;
             ++blocks;
         }
@@ -183,14 +185,13 @@ int TypeFileGenerator::writeSlotPrmBlocks(const GSD_LIST<GSD_MODULE>& modules)
     return kOk;
 }
 
-int TypeFileGenerator::writeSlotPrmBlock(const GSD_MODULE& module)
+int TypeFileGenerator::writeSlotPrmBlock(const GSD_MODULE_PRM& prm)
 {
-    const std::span<const std::uint8_t> bytes = module.extModulePrmData();
-    image.append(image.record().head(kTagSlotPrmBlock, static_cast<std::uint32_t>(module.paramModuleNumber)));
-    image.append(image.record().number(bytes.size()).end());
-    writePrmBytes(bytes.data(), bytes.size(), static_cast<std::size_t>(module.prmDataEnd));
-    image.append(image.record().head(kTagPrmList, module.refs.count()));
-    for (const GSD_PRM_REF_ITEM& placement : module.refs) {
+    image.append(image.record().head(kTagSlotPrmBlock, static_cast<std::uint32_t>(prm.blockNumber)));
+    image.append(image.record().number(prm.data.size()).end());
+    writePrmBytes(prm.data.data(), prm.data.size(), static_cast<std::size_t>(prm.dataEnd));
+    image.append(image.record().head(kTagPrmList, prm.refs.count()));
+    for (const GSD_PRM_REF_ITEM& placement : prm.refs) {
         if (const int result = writePrmRecord(placement, Scope::module); result < 0)
             return result;
     }

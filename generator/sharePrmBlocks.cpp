@@ -8,43 +8,36 @@
 #include "generator/sharePrmBlocks.h"
 
 #include <algorithm>
+#include <bit>
 #include <functional>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace typdescriptor::internal {
 
 namespace {
 
-struct PrmBlockHash {
-    std::size_t operator()(const GSD_MODULE* module) const
-    {
-        const std::span<const std::uint8_t> data = module->extModulePrmData();
-        std::size_t hash = std::hash<std::string_view>()({reinterpret_cast<const char*>(data.data()), data.size()});
-        for (const GSD_PRM_REF_ITEM& item : module->refs)
-            hash = hash * 31 + std::size_t{item.reference} * 257 + item.byteOffset;
-        return hash * 31 + static_cast<std::size_t>(module->prmDataEnd);
-    }
-};
-
-struct PrmBlockEqual {
-    bool operator()(const GSD_MODULE* a, const GSD_MODULE* b) const { return samePrmBlock(*a, *b); }
-};
+std::size_t hashOfPrmBlock(const GSD_MODULE_PRM& prm)
+{
+    const std::span<const std::uint8_t> data = prm.data;
+    std::size_t hash = std::hash<std::string_view>()({reinterpret_cast<const char*>(data.data()), data.size()});
+    for (const GSD_PRM_REF_ITEM& item : prm.refs)
+        hash = hash * 31 + std::size_t{item.reference} * 257 + item.byteOffset;
+    return hash * 31 + static_cast<std::size_t>(prm.dataEnd);
+}
 
 /// The distinct parameter blocks of the Module list, in list order.
 class DistinctBlocks {
 public:
-    /// The index of the block that equals the module's, or the number of blocks.
-    std::size_t find(const GSD_MODULE& module) const
-    {
-        const auto found = indexes.find(&module);
-        return found == indexes.end() ? numbers.size() : found->second;
-    }
+    explicit DistinctBlocks(std::size_t most) : slots(std::bit_ceil(2 * most + 1), kFree) {}
 
-    void add(const GSD_MODULE& module, std::int32_t number)
+    /// The index of the block that equals this one, or the number of blocks.
+    std::size_t find(const GSD_MODULE_PRM& prm) { return std::min<std::size_t>(slotOf(prm), blocks.size()); }
+
+    void add(const GSD_MODULE_PRM& prm, std::int32_t number)
     {
-        indexes.emplace(&module, numbers.size());
+        slotOf(prm) = static_cast<std::uint32_t>(numbers.size());
+        blocks.push_back(&prm);
         numbers.push_back(number);
     }
 
@@ -64,7 +57,19 @@ public:
     }
 
 private:
-    std::unordered_map<const GSD_MODULE*, std::size_t, PrmBlockHash, PrmBlockEqual> indexes;
+    /// Where the index of a block stands in the hash table, or is to be put.
+    std::uint32_t& slotOf(const GSD_MODULE_PRM& prm)
+    {
+        for (std::size_t slot = hashOfPrmBlock(prm);; ++slot) {
+            std::uint32_t& block = slots[slot & (slots.size() - 1)];
+            if (block == kFree || samePrmBlock(*blocks[block], prm))
+                return block;
+        }
+    }
+
+    static constexpr std::uint32_t kFree = 0xFFFFFFFF;
+    std::vector<std::uint32_t> slots;
+    std::vector<const GSD_MODULE_PRM*> blocks;
     std::vector<std::int32_t> numbers;
     std::size_t settled = 0;
     std::int32_t dropped = 0;
@@ -72,11 +77,9 @@ private:
 
 } // namespace
 
-bool samePrmBlock(const GSD_MODULE& a, const GSD_MODULE& b)
+bool samePrmBlock(const GSD_MODULE_PRM& a, const GSD_MODULE_PRM& b)
 {
-    const std::span<const std::uint8_t> dataOfA = a.extModulePrmData();
-    const std::span<const std::uint8_t> dataOfB = b.extModulePrmData();
-    if (!std::equal(dataOfA.begin(), dataOfA.end(), dataOfB.begin(), dataOfB.end()) || a.prmDataEnd != b.prmDataEnd ||
+    if (!std::equal(a.data.begin(), a.data.end(), b.data.begin(), b.data.end()) || a.dataEnd != b.dataEnd ||
         a.refs.count() != b.refs.count())
         return false;
     auto itemOfB = b.refs.begin();
@@ -90,38 +93,42 @@ bool samePrmBlock(const GSD_MODULE& a, const GSD_MODULE& b)
 
 void sharePrmBlocks(GsdModel& model)
 {
-    DistinctBlocks blocks;
-    std::vector<std::size_t> blockOfModule; // of every module with parameter data, in list order
+    const auto numbered = static_cast<std::size_t>(model.nextParamModuleNumber - 1);
+    if (numbered == 0)
+        return;
+    DistinctBlocks blocks(numbered);
+    std::vector<std::size_t> blockOfModule; // of every module with a block, in list order
+    blockOfModule.reserve(numbered);
     std::int32_t merged = 0;
-    for (GSD_MODULE& module : model.modules) {
-        if (module.paramModuleNumber < 1)
+    for (GSD_MODULE_PRM& prm : model.modulePrms) {
+        if (prm.blockNumber < 1)
             continue;
-        const std::size_t block = blocks.find(module);
+        const std::size_t block = blocks.find(prm);
         blockOfModule.push_back(block);
         if (block == blocks.count()) {
-            blocks.add(module, module.paramModuleNumber - merged);
+            blocks.add(prm, prm.blockNumber - merged);
         } else {
-            module.ownsPrmBlock = false;
+            prm.ownsBlock = false;
             ++merged;
         }
     }
 
-    for (GSD_MODULE& module : model.kgpModules) {
-        if (module.paramModuleNumber < 1)
+    for (GSD_MODULE_PRM& prm : model.kgpModulePrms) {
+        if (prm.blockNumber < 1)
             continue;
-        const std::size_t block = blocks.find(module);
-        if (block == blocks.count() || blocks.number(block) >= module.paramModuleNumber)
+        const std::size_t block = blocks.find(prm);
+        if (block == blocks.count() || blocks.number(block) >= prm.blockNumber)
             continue;
-        const std::int32_t own = module.paramModuleNumber;
-        module.paramModuleNumber = blocks.number(block);
-        module.ownsPrmBlock = false;
+        const std::int32_t own = prm.blockNumber;
+        prm.blockNumber = blocks.number(block);
+        prm.ownsBlock = false;
         blocks.closeGap(own);
     }
 
     std::size_t next = 0;
-    for (GSD_MODULE& module : model.modules) {
-        if (module.paramModuleNumber >= 1)
-            module.paramModuleNumber = blocks.number(blockOfModule[next++]);
+    for (GSD_MODULE_PRM& prm : model.modulePrms) {
+        if (prm.blockNumber >= 1)
+            prm.blockNumber = blocks.number(blockOfModule[next++]);
     }
 }
 

@@ -38,7 +38,7 @@ int TypeFileGenerator::writeRecords()
     writeOrderNumberList();
     writeModuleList();
     writeOffsetOfModuleBlocks();
-    if (const int result = writeSlotPrmBlocks(model.isKgpDevice ? model.kgpModules : model.modules); result < 0)
+    if (const int result = writeSlotPrmBlocks(model.isKgpDevice ? model.kgpModulePrms : model.modulePrms); result < 0)
         return result;
     writeHelpTextBlock(Scope::module);
     image.append(image.record().head(kTagEterDelay, model.eterDelay));

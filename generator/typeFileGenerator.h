@@ -31,8 +31,8 @@ private:
     int writePrmRecord(const GSD_PRM_REF_ITEM& placement, Scope scope);
     void writeValueDescription(const GSD_EXT_PRM_DEF& definition);
     std::uint16_t helpNumber(const GSD_EXT_PRM_DEF& definition, Scope scope);
-    int writeSlotPrmBlocks(const GSD_LIST<GSD_MODULE>& modules);
-    int writeSlotPrmBlock(const GSD_MODULE& module);
+    int writeSlotPrmBlocks(const GSD_LIST<GSD_MODULE_PRM>& prms);
+    int writeSlotPrmBlock(const GSD_MODULE_PRM& prm);
     void writeHelpTextBlock(Scope scope);
     void writePrmBytes(const std::uint8_t* bytes, std::size_t available, std::size_t count);
 
@@ -43,7 +43,7 @@ private:
     void writeKgpEntry(const GSD_MODULE& module);
     void writeModuleList();
     void writeModuleListEntry(const GSD_MODULE& module, std::size_t number);
-    void writeBlockReference(std::int32_t blockNumber);
+    void writeBlockReference(std::uint32_t blockNumber);
     void writeQuotedName(std::string_view name);
 
     void writeDiagTexts();

@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <ctime>
 #include <new>
+#include <utility>
 
 namespace typdescriptor::internal {
 
@@ -93,7 +94,7 @@ void cGsdCompiler::copySpareItems(GSD_WARNING_ITEM* items) const
 
 void cGsdCompiler::copyFoundMandatories(std::uint8_t* found) const
 {
-    std::copy(reading.foundMandatories.begin(), reading.foundMandatories.end(), found);
+    std::copy_n(reading.foundMandatories.begin(), kMandatoryCount, found);
 }
 
 void cGsdCompiler::chooseLanguage(std::string_view fileName)
@@ -123,6 +124,8 @@ int cGsdCompiler::compileFile(const char* fileName)
 int cGsdCompiler::readLines()
 {
     while (lines.good()) {
+        if (sectionStarted)
+            readLinesAhead();
         const PhysicalLine physical = lines.read(lineBufferSize - 1);
         std::string_view line;
         if (const int result = takePhysicalLine(physical, line); result < 0)
@@ -138,10 +141,28 @@ int cGsdCompiler::readLines()
             if (const int result = joinContinuations(line); result < 0)
                 return result;
         }
-        if (const int result = handleLine(line); result < 0)
+        if (const int result = readWholeLine(line); result < 0)
             return result;
     }
     return kOk;
+}
+
+/// Reads lines where they stand: most lines end where their value does, and then they are all right. Stops before the
+/// first that does not, or is wrong in any way; with that nothing has happened, and it has to be read as a whole.
+void cGsdCompiler::readLinesAhead()
+{
+    const char* start = lines.ahead();
+    while (lines.isAhead(start)) {
+        GsdLine line{.value = skipBlanks(start), .limit = start + (lineBufferSize - 1)};
+        ++reading.lineNumber;
+        const bool isEmpty = isOf(kEndOfLine | kComment, *line.value) && line.value < line.limit;
+        if (!isEmpty && handleLine(line.value, line) != kOk) {
+            --reading.lineNumber;
+            break;
+        }
+        start = lines.behind(line.value);
+    }
+    lines.goOn(start);
 }
 
 /// Counts a physical line that was just read, and leaves of it what is neither comment nor blanks around it. A line
@@ -187,29 +208,34 @@ int cGsdCompiler::joinContinuations(std::string_view& line)
     return line.find(kContinuationMark, searched) == std::string_view::npos ? static_cast<int>(kOk) : kErrGsdSyntax;
 }
 
-int cGsdCompiler::handleLine(std::string_view text)
+/// Reads a line of which nothing is left but keyword and value. Its code is final; unknown keywords are other readers'.
+int cGsdCompiler::readWholeLine(std::string_view text)
 {
+    wholeLine.assign(text).append(kReadableBehindText, '\0');
     GsdLine line;
-    if (const int result = tokenizer.tokenize(text, line); result < 0)
-        return result == kErrGsdKeyword ? static_cast<int>(kOk) : result; // unknown keywords are other readers'
-    if (GsdKeywordTable::kRows[line.keyword].occurrence == GsdOccurrence::once) {
-        if (keywordSeen[line.keyword] != 0)
-            return kErrGsdRepeated;
-        keywordSeen[line.keyword] = 1;
-    }
-    return handleKeyword(line);
+    const int result = handleLine(wholeLine.c_str(), line);
+    return result == kErrGsdKeyword ? static_cast<int>(kOk) : result;
 }
 
-int cGsdCompiler::handleKeyword(const GsdLine& line)
+int cGsdCompiler::handleLine(const char* text, GsdLine& line)
 {
+    if (const int result = tokenizer.tokenize(text, line); result < 0)
+        return result;
     const GsdKeyword& keyword = GsdKeywordTable::kRows[line.keyword];
-    if (!line.argument.empty() && !keyword.takesArgument())
+    std::uint8_t& seen = keywordSeen[line.keyword];
+    if (seen != 0 && keyword.occurrence == GsdOccurrence::once)
+        return kErrGsdRepeated;
+    if (*line.argument != '\0' && !keyword.takesArgument())
         return kErrGsdSyntax;
-    if (keyword.mandatory != kNotMandatory)
-        reading.foundMandatories[static_cast<std::size_t>(keyword.mandatory)] = 1;
-    if ((keyword.blocks & reading.openBlock) == 0)
-        return kErrGsdSyntax;
-    return keyword.handler(reading, line);
+    std::uint8_t& found = reading.foundMandatories[keyword.mandatory];
+    const std::uint8_t foundBefore = std::exchange(found, 1);
+    const bool isInPlace = (keyword.blocks & reading.openBlock) != 0;
+    const int result = isInPlace ? keyword.handler(reading, line) : kErrGsdSyntax;
+    if (result == kOk)
+        seen = 1;
+    else if (!line.isWhole())
+        found = foundBefore;
+    return result;
 }
 
 int cGsdCompiler::checkWholeFile()
@@ -224,6 +250,7 @@ int cGsdCompiler::checkWholeFile()
         for (const GsdMandatory ofModular : {kMaxModuleFound, kMaxInputLenFound, kMaxOutputLenFound, kMaxDataLenFound})
             reading.foundMandatories[static_cast<std::size_t>(ofModular)] = kNotRequired;
     }
+    reading.foundMandatories[kNotMandatory] = kNotRequired;
     if (std::find(reading.foundMandatories.begin(), reading.foundMandatories.end(), 0) !=
         reading.foundMandatories.end())
         return kErrGsdMandatory;

@@ -56,8 +56,9 @@ private:
     int readLines();
     int takePhysicalLine(const PhysicalLine& physical, std::string_view& line);
     int joinContinuations(std::string_view& line);
-    int handleLine(std::string_view text);
-    int handleKeyword(const GsdLine& line);
+    void readLinesAhead();
+    int readWholeLine(std::string_view text);
+    int handleLine(const char* text, GsdLine& line);
     int checkWholeFile();
     bool isKgpConsistent() const;
     void writeTypeFile(const char* outputName) const;
@@ -75,6 +76,7 @@ private:
     bool sectionStarted = false;
     char languageLetter = 'X';        // in the default output name
     std::string lineBuffer;           // a logical line of several physical ones
+    std::string wholeLine;            // the line that is read as a whole, with what can be read behind it
     std::size_t lineBufferSize = 500; // one more than the characters that a physical line may have
 };
 

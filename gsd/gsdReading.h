@@ -18,20 +18,21 @@ namespace typdescriptor::internal {
 struct GsdReading {
     GsdModel model;
     GSD_LIST<GSD_WARNING_ITEM> warnings;
-    std::array<std::uint8_t, kMandatoryKeywords> foundMandatories{};
-    std::uint32_t lineNumber = 0xFFFFFFFF; // until a compilation starts
-    std::uint32_t languageIndex = 0;       // column of the family names
+    std::array<std::uint8_t, kMandatoryKeywords + 1> foundMandatories{}; // and one for all others
+    std::uint32_t lineNumber = 0xFFFFFFFF;                               // until a compilation starts
+    std::uint32_t languageIndex = 0;                                     // column of the family names
 
     // The open block, and the record that its lines fill.
     GsdBlock openBlock = kOutside;
     GSD_MODULE* currentModule = nullptr;
+    GSD_LIST<GSD_MODULE_PRM>* currentModulePrms = nullptr; // of modules like this
     GSD_EXT_PRM_DEF* currentExtPrmDef = nullptr;
     GSD_PRM_TEXT* currentPrmText = nullptr;
     GSD_UNIT_DIAG_AREA* currentUnitDiag = nullptr;
 
     void addWarning(int code) { warnings.append(model.arena, {code, lineNumber}); }
     /// Copies a text into the model; warns when its field in the image has no room for all of it.
-    std::string_view keepText(std::string_view text, std::size_t width)
+    KeptText keepText(std::string_view text, std::size_t width)
     {
         if (text.size() > width)
             addWarning(kWarnTextCut);

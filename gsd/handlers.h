@@ -2,7 +2,8 @@
 //
 // A row says what the value (and the argument) of its line holds and where that goes: read<u16, handleX> reads an
 // unsigned 16-bit number and nothing else, and only then calls handleX; store<u16, &GsdModel::x> only keeps it. So a
-// handler never sees a line that does not read as it should. All return 0 or a negative ResultCode.
+// handler never sees a line that does not read as it should. All return 0 or a negative ResultCode. One that fails may be
+// called again for the same line: it has neither warned of anything nor opened or closed a block.
 
 #pragma once
 
@@ -37,6 +38,11 @@ inline constexpr auto name17 = taken<&ValueReader::string, 17>;
 inline constexpr auto name10 = taken<&ValueReader::string, 10>;
 inline constexpr auto text30 = taken<&ValueReader::string, kNameWidth>;
 
+inline int nothing(ValueReader&)
+{
+    return 0;
+}
+
 struct NamedBytes {
     std::string_view name;
     NumberList bytes;
@@ -57,19 +63,22 @@ PrmDefHead prmDefHead(ValueReader& value);
 // --- Reading, and what becomes of it ---------------------------------------------------------------------------------
 
 template <auto Read>
-int drop(GsdReading&, const GsdLine& line)
+int drop(GsdReading&, GsdLine& line)
 {
-    ValueReader value(line.value);
+    ValueReader value(line.value, line.limit);
     static_cast<void>(Read(value));
-    return value.finish();
+    const int result = value.finish();
+    line.value = value.rest();
+    return result;
 }
 
 template <auto Read, auto Handle>
-int read(GsdReading& reading, const GsdLine& line)
+int read(GsdReading& reading, GsdLine& line)
 {
-    ValueReader value(line.value);
+    ValueReader value(line.value, line.limit);
     const auto item = Read(value);
     const int result = value.finish();
+    line.value = value.rest();
     return result < 0 ? result : Handle(reading, item);
 }
 
@@ -77,17 +86,18 @@ enum class Blamed { argument, value };
 
 /// Of a line with an argument. Where both are wrong, the one to blame gives the code.
 template <Blamed First, auto ReadArgument, auto ReadValue, auto Handle>
-int readBoth(GsdReading& reading, const GsdLine& line)
+int readBoth(GsdReading& reading, GsdLine& line)
 {
     ValueReader argument(line.argument);
-    ValueReader value(line.value);
+    ValueReader value(line.value, line.limit);
     const auto index = ReadArgument(argument);
     const auto item = ReadValue(value);
-    const ValueReader& first = First == Blamed::argument ? argument : value;
-    const ValueReader& second = First == Blamed::argument ? value : argument;
+    ValueReader& first = First == Blamed::argument ? argument : value;
+    ValueReader& second = First == Blamed::argument ? value : argument;
     if (const int result = first.finish(); result < 0)
         return result;
     const int result = second.finish();
+    line.value = value.rest();
     return result < 0 ? result : Handle(reading, index, item);
 }
 
@@ -129,7 +139,7 @@ inline constexpr auto storeText = &read<Read, keepHeaderText<Field, Width>>;
 
 /// Of an old spelling, which is read like the new one.
 template <int Warning, auto HandleLine>
-int oldSpelling(GsdReading& reading, const GsdLine& line)
+int oldSpelling(GsdReading& reading, GsdLine& line)
 {
     const int result = HandleLine(reading, line);
     if (result == kOk)
@@ -146,12 +156,14 @@ int handleZero(GsdReading&, std::uint32_t number)
 
 /// The end of a block, which checks it as a whole.
 template <auto Check>
-int closeBlock(GsdReading& reading, const GsdLine& line)
+int closeBlock(GsdReading& reading, GsdLine& line)
 {
-    if (!line.value.empty())
-        return kErrGsdSyntax;
-    reading.openBlock = kOutside; // a failure ends the compilation
-    return Check(reading);
+    int result = drop<nothing>(reading, line);
+    if (result == kOk)
+        result = Check(reading);
+    if (result == kOk)
+        reading.openBlock = kOutside;
+    return result;
 }
 
 // --- General keywords ------------------------------------------------------------------------------------------------
@@ -190,7 +202,7 @@ int handleExtModulePrmDataLen(GsdReading& reading, std::uint32_t length);
 int handleMaxUserPrmDataLen(GsdReading& reading, std::uint32_t length);
 int handleUserPrmData(GsdReading& reading, const NumberList& bytes);
 int handleExtUserPrmData(GsdReading& reading, const PrmDefHead& head);
-int handleDataType(GsdReading& reading, const GsdLine& line);
+int handleDataType(GsdReading& reading, GsdLine& line);
 int handlePrmTextRef(GsdReading& reading, std::uint32_t reference);
 int checkExtUserPrmData(GsdReading& reading);
 int handleExtUserPrmDataConst(GsdReading& reading, std::uint32_t offset, const NumberList& bytes);
@@ -207,7 +219,7 @@ int handleUnitDiagBit(GsdReading& reading, std::uint32_t number, std::string_vie
     area.values.append(arena, {ShownValue, reading.keepText(text, kNameWidth)});
     return kOk;
 }
-int handleUnitDiagArea(GsdReading& reading, const NumberList& bits);
+int handleUnitDiagArea(GsdReading& reading, const NumberRange& bits);
 int handleValue(GsdReading& reading, std::uint32_t number, std::string_view text);
 int checkUnitDiagArea(GsdReading& reading);
 int handleChannelDiag(GsdReading& reading, std::uint32_t errorType, std::string_view text);

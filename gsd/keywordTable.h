@@ -6,7 +6,10 @@
 #include "typefile/scan.h"
 
 #include <array>
+#include <bit>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <string_view>
 
 namespace typdescriptor::internal {
@@ -15,9 +18,12 @@ struct GsdReading;
 
 /// One logical line, taken apart.
 struct GsdLine {
-    std::size_t keyword = 0;   // index of its row
-    std::string_view value;    // the rest of the line
-    std::string_view argument; // what stood in parentheses, without white space
+    std::size_t keyword = 0;        // index of its row
+    const char* value = nullptr;    // the rest of the line; once a handler has read it, where it ends
+    const char* argument = nullptr; // what stood in parentheses, without white space; ends in a NUL
+    const char* limit = nullptr; // of a line in its file: before this place it has to end. Null: the text is the line
+
+    bool isWhole() const { return limit == nullptr; }
 };
 
 /// Where a keyword may stand: outside of every block, or in which.
@@ -40,8 +46,7 @@ enum class GsdForm {
 enum class GsdOccurrence { once, repeated };
 
 /// Entries of the record of mandatory keywords.
-enum GsdMandatory : int {
-    kNotMandatory = -1,
+enum GsdMandatory : unsigned {
     kVendorNameFound,
     kModelNameFound,
     kRevisionFound,
@@ -61,15 +66,49 @@ enum GsdMandatory : int {
     kSlaveFamilyFound,
     kMaxDiagDataLenFound,
     kMandatoryKeywords,
+    kNotMandatory = kMandatoryKeywords, // an entry that nobody asks for
+};
+
+/// A keyword as it is written, and as words of characters that are compared at once.
+class GsdSpelling : public std::string_view {
+public:
+    constexpr GsdSpelling(const char* text) : std::string_view(text)
+    {
+        std::array<char, kWidth> padded{};
+        std::array<char, kWidth> mask{};
+        for (std::size_t i = 0; i < size(); ++i) {
+            padded[i] = text[i];
+            mask[i] = '\xFF';
+        }
+        words = std::bit_cast<Words>(padded);
+        masks = std::bit_cast<Words>(mask);
+    }
+
+    /// Whether a text begins like this, case and all. kWidth characters of it are read.
+    bool begins(const char* line) const
+    {
+        Words read;
+        for (std::size_t i = 0; i < read.size(); ++i)
+            std::memcpy(&read[i], line + i * sizeof read[i], sizeof read[i]);
+        return (((read[0] ^ words[0]) & masks[0]) | ((read[1] ^ words[1]) & masks[1]) |
+                ((read[2] ^ words[2]) & masks[2])) == 0;
+    }
+
+    static constexpr std::size_t kWidth = 24; // none is longer
+
+private:
+    using Words = std::array<std::uint64_t, 3>;
+    Words words{};
+    Words masks{};
 };
 
 struct GsdKeyword {
-    std::string_view spelling;
+    GsdSpelling spelling;
     GsdForm form;
     GsdOccurrence occurrence;
     GsdMandatory mandatory;
     unsigned blocks; // of GsdBlock
-    int (*handler)(GsdReading& reading, const GsdLine& line);
+    int (*handler)(GsdReading& reading, GsdLine& line);
 
     constexpr bool takesEquals() const { return form == GsdForm::value || form == GsdForm::argument; }
     constexpr bool takesArgument() const { return form == GsdForm::argument || form == GsdForm::bareArgument; }

@@ -47,11 +47,12 @@ bool LineReader::fill()
 {
     next = last = block.data();
     if (!atEnd) {
-        last = next + std::fread(block.data(), 1, block.size(), file.get());
-        atEnd = last != block.data() + block.size();
+        last = next + std::fread(block.data(), 1, kBlockSize, file.get());
+        atEnd = last != block.data() + kBlockSize;
     }
     // What was read ahead of an error is still good.
     readError = next == last && std::ferror(file.get()) != 0;
+    linesEnd = next + (std::string_view(next, static_cast<std::size_t>(last - next)).rfind('\n') + 1);
     for (RareCharacter* character : {&nul, &semicolon, &backslash})
         character->search(next, last);
     return next != last;

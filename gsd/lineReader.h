@@ -6,6 +6,7 @@
 #pragma once
 
 #include "gsd/stream.h"
+#include "gsd/textScan.h"
 
 #include <algorithm>
 #include <array>
@@ -15,9 +16,6 @@
 #include <string_view>
 
 namespace typdescriptor::internal {
-
-inline constexpr char kCommentMark = ';';
-inline constexpr char kContinuationMark = '\\';
 
 /// A physical line as the reader hands it out.
 struct PhysicalLine {
@@ -37,6 +35,20 @@ public:
     void close() { file.reset(); }
     /// Whether the file broke off with a read error.
     bool failed() const { return readError; }
+
+    /// Where the next line begins. It stands there up to and with its line feed when isAhead() says so.
+    const char* ahead() const { return next; }
+    bool isAhead(const char* line) const { return line < linesEnd; }
+    /// The beginning of the line behind one that stands ahead.
+    /// @param place  in that line
+    const char* behind(const char* place) const
+    {
+        if (*place != '\n')
+            place = static_cast<const char*>(std::memchr(place, '\n', static_cast<std::size_t>(linesEnd - place)));
+        return place + 1;
+    }
+    /// Goes on with another line.
+    void goOn(const char* line) { next = line; }
 
     /// Reads the next line, at most `limit` characters of it.
     PhysicalLine read(std::size_t limit)
@@ -84,9 +96,12 @@ private:
     bool fill();
 
     File file;
-    std::array<char, 16384> block;
+    static constexpr std::size_t kBlockSize = 16384;
+
+    std::array<char, kBlockSize + kReadableBehindText> block;
     const char* next = nullptr;
     const char* last = nullptr;
+    const char* linesEnd = nullptr; // behind the last line feed of the block
     RareCharacter nul{'\0'};
     RareCharacter semicolon{kCommentMark};
     RareCharacter backslash{kContinuationMark};

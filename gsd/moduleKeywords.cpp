@@ -15,7 +15,7 @@ constexpr std::size_t kKgpConfigBytes = 5;
 constexpr std::size_t kMaxEnumeratedValues = 16;
 constexpr std::uint32_t kLastBit = 7;
 constexpr std::string_view kSlotNumberName = "[SlotNumber]";
-constexpr std::string_view kBareSlotNumberName = "[Slotnumber]"; // as it may stand without quotes
+constexpr const char* kBareSlotNumberName = "[Slotnumber]"; // as it may stand without quotes
 
 /// How a value of a data type is read, the bytes that it takes in the parameter image, and the range when its line
 /// gives none. Hosts rely on the unsigned ranges of the types that the format does not have.
@@ -45,17 +45,10 @@ const DataTypeFormat& formatOf(const GSD_EXT_PRM_DEF& definition)
     return kDataTypes[definition.dataType - kUnsigned8];
 }
 
-std::span<std::uint8_t> toBytes(Arena& arena, const NumberList& list)
-{
-    const std::span<std::uint8_t> bytes = arena.bytes(list.count);
-    list.copyTo(bytes.data());
-    return bytes;
-}
-
 std::size_t prmLength(const GsdReading& reading)
 {
     if (reading.openBlock == kInModule)
-        return reading.currentModule->extModulePrmData().size();
+        return reading.currentModule->prm != nullptr ? reading.currentModule->prm->data.size() : 0;
     const GsdModel& model = reading.model;
     return model.maxUserPrmDataLen != 0 ? model.maxUserPrmDataLen : model.userPrmDataLen;
 }
@@ -70,29 +63,29 @@ int placePrmData(GsdReading& reading, std::size_t offset, std::size_t length)
     return kOk;
 }
 
-GSD_MODULE& openModule(GsdReading& reading, GSD_LIST<GSD_MODULE>& list, const NamedBytes& value)
+GSD_MODULE& appendModule(GsdReading& reading, GSD_LIST<GSD_MODULE>& list, GSD_LIST<GSD_MODULE_PRM>& prms,
+                         const NamedBytes& value)
 {
     Arena& arena = reading.model.arena;
     GSD_MODULE& module = list.append(arena, {});
-    module.setName(arena.text(value.name));
-    module.setConfigBytes(toBytes(arena, value.bytes));
+    value.bytes.copyTo(module.keep(arena, value.name, value.bytes.count).data());
     reading.currentModule = &module;
-    reading.openBlock = kInModule;
+    reading.currentModulePrms = &prms;
     return module;
 }
 
 /// Reads where the bits of a definition stand, of the data types that are bits.
-int readBitPlace(std::string_view text, GSD_EXT_PRM_DEF& definition)
+int readBitPlace(const char* text, GSD_EXT_PRM_DEF& definition)
 {
     ValueReader argument(text);
     std::uint32_t first = 0;
     std::uint32_t last = 0;
     if (definition.dataType == kBitArea) {
-        const NumberList bits = argument.range(IntegerKind::unsigned8);
+        const NumberRange bits = argument.range(IntegerKind::unsigned8);
         if (argument.failed())
             return argument.finish();
-        first = bits.first();
-        last = bits.last();
+        first = bits.first;
+        last = bits.last;
         if (first >= last)
             return kErrGsdNumber;
     } else if (definition.dataType == kBit) {
@@ -110,31 +103,28 @@ int readBitPlace(std::string_view text, GSD_EXT_PRM_DEF& definition)
 }
 
 /// Reads default and range of a definition.
-int readValueRange(std::string_view text, GSD_EXT_PRM_DEF& definition)
+int readValueRange(ValueReader& value, GSD_EXT_PRM_DEF& definition)
 {
     const DataTypeFormat& format = formatOf(definition);
-    ValueReader value(text);
     definition.defaultValue = value.number(format.kind);
     if (value.failed())
         return value.finish();
     if (value.atEnd()) {
         definition.minValue = format.minValue;
         definition.maxValue = definition.dataType == kBitArea ? (1U << definition.bitCount) - 1 : format.maxValue;
-        return kOk;
+        return value.finish();
     }
-    ValueReader asRange = value;
-    NumberList limits = asRange.range(format.kind);
-    if (!asRange.failed())
-        value = asRange;
-    else
-        limits = value.list(kMaxEnumeratedValues, format.kind);
-    if (const int result = value.finish(); result < 0)
-        return result;
-    if (limits.count < 2)
-        return kErrGsdSyntax;
-    definition.minValue = limits.first();
-    definition.maxValue = limits.last();
-    return kOk;
+    NumberRange limits;
+    if (value.tryRange(format.kind, limits) < 0) {
+        const NumberList list = value.list(kMaxEnumeratedValues, format.kind);
+        if (list.count == 1)
+            return kErrGsdSyntax;
+        if (list.count > 1)
+            limits = {list.first(), list.last()};
+    }
+    definition.minValue = limits.first;
+    definition.maxValue = limits.last;
+    return value.finish();
 }
 
 } // namespace
@@ -142,22 +132,27 @@ int readValueRange(std::string_view text, GSD_EXT_PRM_DEF& definition)
 int handleModule(GsdReading& reading, const NamedBytes& value)
 {
     GsdModel& model = reading.model;
-    return splitModuleConfig(openModule(reading, model.modules, value), model.multiIdentifierModuleSeen);
+    GSD_MODULE& module = appendModule(reading, model.modules, model.modulePrms, value);
+    const int result = splitModuleConfig(module, model.multiIdentifierModuleSeen);
+    if (result == kOk)
+        reading.openBlock = kInModule;
+    return result;
 }
 
 int handleKgpModule(GsdReading& reading, const NamedBytes& value)
 {
     if (value.bytes.count != kKgpConfigBytes)
         return kErrGsdConfiguration;
-    openModule(reading, reading.model.kgpModules, value);
+    appendModule(reading, reading.model.kgpModules, reading.model.kgpModulePrms, value);
+    reading.openBlock = kInModule;
     return kOk;
 }
 
 int checkModule(GsdReading& reading)
 {
-    GSD_MODULE& module = *reading.currentModule;
-    if (!module.extModulePrmData().empty() || !module.refs.empty())
-        module.paramModuleNumber = reading.model.nextParamModuleNumber++;
+    GSD_MODULE_PRM* const prm = reading.currentModule->prm;
+    if (prm != nullptr && (!prm->data.empty() || !prm->refs.empty()))
+        prm->blockNumber = reading.model.nextParamModuleNumber++;
     return kOk;
 }
 
@@ -165,8 +160,12 @@ int handleExtModulePrmDataLen(GsdReading& reading, std::uint32_t length)
 {
     if (length > kMaxUserPrmBytes)
         return kErrGsdNumber;
-    reading.currentModule->setExtModulePrmData(reading.model.arena.bytes(length));
-    reading.model.extPrmUsed = true;
+    GsdModel& model = reading.model;
+    GSD_MODULE_PRM*& prm = reading.currentModule->prm;
+    if (prm == nullptr)
+        prm = &reading.currentModulePrms->append(model.arena, {});
+    prm->data = model.arena.bytes(length);
+    model.extPrmUsed = true;
     return kOk;
 }
 
@@ -180,7 +179,8 @@ int handleUserPrmData(GsdReading& reading, const NumberList& bytes)
 {
     if (bytes.count != reading.model.userPrmDataLen)
         return kErrGsdTooMany;
-    reading.model.userPrmData = toBytes(reading.model.arena, bytes);
+    reading.model.userPrmData = reading.model.arena.bytes(bytes.count);
+    bytes.copyTo(reading.model.userPrmData.data());
     return kOk;
 }
 
@@ -203,20 +203,26 @@ int handleExtUserPrmData(GsdReading& reading, const PrmDefHead& head)
     return kOk;
 }
 
-int handleDataType(GsdReading& reading, const GsdLine& line)
+int handleDataType(GsdReading& reading, GsdLine& line)
 {
     GSD_EXT_PRM_DEF& definition = *reading.currentExtPrmDef;
-    const auto dataType = static_cast<std::uint32_t>(line.keyword);
+    const auto dataType = static_cast<std::uint8_t>(line.keyword);
     if (definition.isSlotNumber && dataType != kUnsigned8 && dataType != kUnsigned16 && dataType != kSigned16)
         return kErrGsdSlotNumberType;
     definition.dataType = dataType;
     definition.typeDefined = true;
+    // Default and range of the slot number are the host's business, whatever the line says up to its end.
     if (definition.isSlotNumber)
-        return kOk; // default and range of the slot number are the host's business, whatever the line says
-    if (dataType == kUnsigned32 || dataType == kSigned8 || dataType == kSigned32)
+        return line.isWhole() ? kOk : kErrGsdSyntax;
+    ValueReader value(line.value, line.limit);
+    int result = readBitPlace(line.argument, definition);
+    if (result == kOk)
+        result = readValueRange(value, definition);
+    line.value = value.rest();
+    // The warning is due even when the line turns out to be wrong.
+    if ((dataType == kUnsigned32 || dataType == kSigned8 || dataType == kSigned32) && (result == kOk || line.isWhole()))
         reading.addWarning(kWarnDataType);
-    const int result = readBitPlace(line.argument, definition);
-    return result < 0 ? result : readValueRange(line.value, definition);
+    return result;
 }
 
 int handlePrmTextRef(GsdReading& reading, std::uint32_t reference)
@@ -240,9 +246,8 @@ int handleExtUserPrmDataConst(GsdReading& reading, std::uint32_t offset, const N
         return result;
 
     const bool inModule = reading.openBlock == kInModule;
-    std::uint8_t* target =
-        inModule ? reading.currentModule->extModulePrmData().data() : reading.model.extUserPrmData.data();
-    std::int32_t& constEnd = inModule ? reading.currentModule->prmDataEnd : reading.model.constPrmDataEnd;
+    std::uint8_t* target = inModule ? reading.currentModule->prm->data.data() : reading.model.extUserPrmData.data();
+    std::int32_t& constEnd = inModule ? reading.currentModule->prm->dataEnd : reading.model.constPrmDataEnd;
     bytes.copyTo(target + offset);
     constEnd = std::max(constEnd, static_cast<std::int32_t>(offset + bytes.count));
     return kOk;
@@ -258,7 +263,7 @@ int handleExtUserPrmDataRef(GsdReading& reading, std::uint32_t offset, std::uint
     const bool inModule = reading.openBlock == kInModule;
     if (definition->isSlotNumber && !inModule)
         return kErrGsdSyntax;
-    (inModule ? reading.currentModule->refs : reading.model.extUserPrmRefs)
+    (inModule ? reading.currentModule->prm->refs : reading.model.extUserPrmRefs)
         .append(reading.model.arena, {reference, offset});
     return placePrmData(reading, offset, formatOf(*definition).bytes);
 }

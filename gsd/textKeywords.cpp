@@ -32,10 +32,9 @@ void trimArea(GSD_UNIT_DIAG_AREA& area)
 
 } // namespace
 
-int handleUnitDiagArea(GsdReading& reading, const NumberList& bits)
+int handleUnitDiagArea(GsdReading& reading, const NumberRange& bits)
 {
-    const std::uint32_t first = bits.first();
-    const std::uint32_t last = bits.last();
+    const auto [first, last] = bits;
     if (first > last || last > kMaxAreaBit || last - first + first % kBitsPerByte + 1 > kMaxAreaBits)
         return kErrGsdNumber;
 

@@ -1,11 +1,11 @@
 #include "gsd/valueReader.h"
 
-#include "descriptor/resultCodes.h"
 #include "generator/families.h"
-#include "gsd/textScan.h"
 #include "typefile/scan.h"
 
 #include <algorithm>
+#include <cstring>
+#include <utility>
 
 namespace typdescriptor::internal {
 
@@ -13,8 +13,7 @@ namespace {
 
 constexpr std::uint32_t kSaturated = 0xFFFFFFFF;
 constexpr std::uint64_t kBeyond32Bits = 0x100000000;
-constexpr std::size_t kMaxFamilyDigits = 19;
-constexpr std::string_view kElementEnd = " \t\n\v\f\r,";
+constexpr std::ptrdiff_t kMaxFamilyDigits = 19;
 
 constexpr std::uint8_t kNoDigit = 0xFF;
 constexpr std::array<std::uint8_t, 256> makeDigitValues()
@@ -36,45 +35,43 @@ std::uint8_t digitValue(char c)
     return kDigitValues[static_cast<unsigned char>(c)];
 }
 
-std::size_t wordLength(std::string_view text)
-{
-    return static_cast<std::size_t>(std::find_if(text.begin(), text.end(), isSpace) - text.begin());
-}
-
 /// Takes as many digits as stand at the start of the text; false when there is none. A value above 32 bits becomes
 /// kBeyond32Bits.
-bool takeDigits(std::string_view& text, std::uint32_t base, std::uint64_t& value)
+template <std::uint32_t Base>
+bool takeDigits(const char*& text, std::uint64_t& value)
 {
-    const char* digit = text.data();
-    const char* const end = digit + text.size();
+    const char* digit = text;
     std::uint64_t sum = 0;
-    for (; digit != end && digitValue(*digit) < base; ++digit)
-        sum = std::min(sum * base + digitValue(*digit), kBeyond32Bits);
+    for (; digitValue(*digit) < Base; ++digit)
+        sum = std::min(sum * Base + digitValue(*digit), kBeyond32Bits);
     value = sum;
-    const auto count = static_cast<std::size_t>(digit - text.data());
-    text.remove_prefix(count);
-    return count > 0;
+    return std::exchange(text, digit) != digit;
 }
 
 /// Takes what can belong to a number, at the start of the text; false when that is no number. Whether it is the end of
 /// the number, the next character tells.
-bool takeNumber(std::string_view& text, ScannedNumber& number)
+/// @param withSigns  whether a sign can belong to it that is not the first character
+bool takeNumber(const char*& text, ScannedNumber& number, bool withSigns = true)
 {
-    std::string_view rest = text;
-    const bool isNegative = !rest.empty() && rest.front() == '-';
-    const bool isHex = rest.size() > 1 && rest[0] == '0' && toUpper(rest[1]) == 'X';
-    rest.remove_prefix(isHex ? 2 : isNegative ? 1 : 0);
+    const char* rest = text;
     std::uint64_t value = 0;
-    const bool hasDigits = isHex ? takeDigits(rest, 16, value) : takeDigits(rest, 10, value);
+    bool hasDigits = false;
+    number.negative = *rest == '-';
+    if (rest[0] == '0' && toUpper(rest[1]) == 'X') {
+        rest += 2;
+        hasDigits = takeDigits<16>(rest, value);
+    } else {
+        rest += number.negative ? 1 : 0;
+        hasDigits = takeDigits<10>(rest, value);
+    }
     // Digits of the other base and signs are dropped.
-    while (!rest.empty() && (digitValue(rest.front()) != kNoDigit || rest.front() == '-'))
-        rest.remove_prefix(1);
+    while (digitValue(*rest) != kNoDigit || (*rest == '-' && withSigns))
+        ++rest;
     text = rest;
-    number.negative = isNegative;
     if (value == kBeyond32Bits)
         number.value = kSaturated;
     else
-        number.value = static_cast<std::uint32_t>(isNegative ? 0 - value : value);
+        number.value = static_cast<std::uint32_t>(number.negative ? 0 - value : value);
     return hasDigits;
 }
 
@@ -110,33 +107,32 @@ bool fits(const ScannedNumber& number, const IntegerRange& range)
 
 } // namespace
 
-bool scanNumber(std::string_view& text, ScannedNumber& number)
+bool scanNumber(const char*& text, ScannedNumber& number, unsigned ends)
 {
-    const bool isNumber = takeNumber(text, number);
-    if (text.empty() || isSpace(text.front()))
-        return isNumber;
-    text.remove_prefix(wordLength(text));
-    return false;
+    bool isNumber = takeNumber(text, number);
+    for (; !isOf(kBlank | ends, *text); ++text)
+        isNumber = false;
+    return isNumber;
 }
 
-std::uint32_t ValueReader::flag()
+std::uint32_t ValueReader::anyFlag()
 {
     ScannedNumber number;
     if (failed())
         return 0;
-    const bool isRead = scanNumber(text, number);
+    const bool isRead = scanNumber(text, number, ends);
     if (!isRead || number.value > 1 || (number.negative && number.value != 0))
         return fail(kErrGsdFlag);
     return number.value;
 }
 
-std::uint32_t ValueReader::number(IntegerKind kind)
+std::uint32_t ValueReader::anyNumber(IntegerKind kind)
 {
     ScannedNumber number;
     if (failed())
         return 0;
     const IntegerRange& range = rangeOf(kind);
-    if (!scanNumber(text, number) || !fits(number, range))
+    if (!scanNumber(text, number, ends) || !fits(number, range))
         return fail(kErrGsdNumber);
     return number.value & range.mask;
 }
@@ -145,19 +141,23 @@ std::string_view ValueReader::string(std::size_t squeezeTarget)
 {
     if (failed())
         return {};
-    const std::string_view quoted = withoutLeadingBlanks(text);
-    const std::size_t end = quoted.find(kQuote, 1);
+    text = skipBlanks(text);
+    const char* const first = text + 1;
+    const char* last = first;
+    if (*text == kQuote)
+        while (!isOf(kQuoteMark | kEndOfLine | kContinuation, *last))
+            ++last;
     // Both quotes are there, and those behind them come in pairs as well.
-    if (end == std::string_view::npos || quoted.front() != kQuote || hasOddQuotes(quoted.substr(end + 1))) {
+    if (*text != kQuote || *last != kQuote || (isWhole() && hasOddQuotes(last + 1))) {
         fail(kErrGsdSyntax);
         return {};
     }
-    const std::string_view content = quoted.substr(1, end - 1);
+    const std::string_view content(first, static_cast<std::size_t>(last - first));
     if (content.empty() || content.size() > kMaxStringLength) {
         fail(content.empty() ? kErrGsdSyntax : kErrGsdStringLen);
         return {};
     }
-    text = quoted.substr(end + 1);
+    text = last + 1;
     return squeezeTarget != 0 && content.size() > squeezeTarget ? squeeze(content, squeezeTarget) : content;
 }
 
@@ -181,29 +181,27 @@ NumberList ValueReader::list(std::size_t maximum, IntegerKind kind)
         return result;
     maximum = std::min(maximum, NumberList::kMaxCount);
     const IntegerRange& range = rangeOf(kind);
-    skipBlanks();
-    std::string_view rest = text;
-    text = {};
+    text = skipBlanks(text);
     // What stands between the elements counts before their number, and that before what they are.
     std::size_t count = 0;
     bool areNumbers = true;
     for (;; ++count) {
         ScannedNumber number;
-        const bool isRead = takeNumber(rest, number);
-        const bool atEnd = rest.empty() || isSpace(rest.front()) || rest.front() == ',';
-        if (!atEnd)
-            rest.remove_prefix(std::min(rest.find_first_of(kElementEnd), rest.size()));
+        const bool isRead = takeNumber(text, number);
+        const bool atEnd = *text == ',' || isOf(kBlank | ends, *text);
+        while (*text != ',' && !isOf(kBlank | ends, *text))
+            ++text;
         areNumbers = areNumbers && isRead && atEnd && fits(number, range);
         if (count < maximum)
             result.values[count] = number.value & range.mask;
-        rest = withoutLeadingBlanks(rest);
-        if (rest.empty())
+        text = skipBlanks(text);
+        if (isOf(ends, *text))
             break;
-        if (rest.front() != ',') {
+        if (*text != ',') {
             fail(kErrGsdSyntax);
             return result;
         }
-        rest = withoutLeadingBlanks(rest.substr(1));
+        text = skipBlanks(text + 1);
     }
     if (++count > maximum)
         fail(kErrGsdTooMany);
@@ -214,35 +212,27 @@ NumberList ValueReader::list(std::size_t maximum, IntegerKind kind)
     return result;
 }
 
-NumberList ValueReader::range(IntegerKind kind)
+int ValueReader::tryRange(IntegerKind kind, NumberRange& range)
 {
-    NumberList result;
-    if (failed())
-        return result;
-    skipBlanks();
-    const std::size_t separator = text.find('-', 1); // the first may be the sign of the minimum
-    if (text.find(',') != std::string_view::npos || separator >= text.size()) {
-        fail(kErrGsdSyntax);
-        return result;
-    }
-    const std::string_view maximumText = withoutLeadingBlanks(text.substr(separator + 1));
-    const std::size_t maximumLength = wordLength(maximumText);
-    const std::string_view minimumText = text.substr(0, separator);
-    if (!withoutLeadingBlanks(minimumText.substr(wordLength(minimumText))).empty()) {
-        fail(kErrGsdSyntax);
-        return result;
-    }
-    ValueReader minimum(minimumText);
-    ValueReader maximum(maximumText.substr(0, maximumLength));
-    result.values[0] = minimum.number(kind);
-    result.values[1] = maximum.number(kind);
-    if (minimum.failed() || maximum.failed()) {
-        fail(kErrGsdNumber);
-        return result;
-    }
-    text = maximumText.substr(maximumLength);
-    result.count = 2;
-    return result;
+    const char* at = skipBlanks(text);
+    const bool hasComma = isWhole() && std::strchr(at, ',') != nullptr;
+    ScannedNumber minimum;
+    ScannedNumber maximum;
+    // The first minus sign behind the start separates the two.
+    bool areNumbers = takeNumber(at, minimum, false);
+    for (; *at != '-' && !isOf(kBlank | ends, *at); ++at)
+        areNumbers = false;
+    at = skipBlanks(at);
+    if (*at != '-' || hasComma)
+        return kErrGsdSyntax;
+    at = skipBlanks(at + 1);
+    areNumbers = scanNumber(at, maximum, ends) && areNumbers;
+    const IntegerRange& limits = rangeOf(kind);
+    if (!areNumbers || !fits(minimum, limits) || !fits(maximum, limits))
+        return kErrGsdNumber;
+    range = {minimum.value & limits.mask, maximum.value & limits.mask};
+    text = at;
+    return kOk;
 }
 
 FamilyValue ValueReader::family()
@@ -250,46 +240,38 @@ FamilyValue ValueReader::family()
     FamilyValue result;
     if (failed())
         return result;
-    std::string_view digits = text.substr(0, kMaxFamilyDigits);
-    const std::size_t available = digits.size();
+    if (!isWhole()) { // sub-families are all that is left of the line, whatever that is
+        fail(kErrGsdSyntax);
+        return result;
+    }
+    const char* digits = text;
+    while (isDigit(*text) && text - digits < kMaxFamilyDigits)
+        ++text;
     std::uint64_t number = 0;
-    if (!takeDigits(digits, 10, number)) {
+    if (!takeDigits<10>(digits, number)) {
         fail(kErrGsdNumber);
         return result;
     }
     result.number = number >= kFamilyCount ? 0 : static_cast<std::uint32_t>(number);
-    text.remove_prefix(available - digits.size());
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find('@', 1), text.size());
-        if (text.front() != '@' || end == 1 || result.subFamilyCount == FamilyValue::kMaxSubFamilies) {
+    while (*text != '\0') {
+        const std::size_t length = std::strcspn(text + 1, "@");
+        if (*text != '@' || length == 0 || result.subFamilyCount == FamilyValue::kMaxSubFamilies) {
             fail(kErrGsdSyntax);
             return result;
         }
-        result.subFamilies[result.subFamilyCount++] = text.substr(1, end - 1);
-        text.remove_prefix(end);
+        result.subFamilies[result.subFamilyCount++] = {text + 1, length};
+        text += 1 + length;
     }
     return result;
 }
 
-bool ValueReader::takeLast(std::string_view word)
+bool ValueReader::takeLast(const char* word)
 {
-    if (failed() || withoutLeadingBlanks(text) != word)
+    const char* const at = skipBlanks(text);
+    if (failed() || *at != *word || std::strcmp(at, word) != 0)
         return false;
-    text = {};
+    text = "";
     return true;
-}
-
-bool ValueReader::atEnd()
-{
-    skipBlanks();
-    return text.empty();
-}
-
-int ValueReader::finish() const
-{
-    if (failed())
-        return failure;
-    return text.empty() ? kOk : kErrGsdSyntax;
 }
 
 /// Returns what a failed reading yields.
@@ -297,11 +279,6 @@ std::uint32_t ValueReader::fail(int code)
 {
     failure = code;
     return 0;
-}
-
-void ValueReader::skipBlanks()
-{
-    text = withoutLeadingBlanks(text);
 }
 
 } // namespace typdescriptor::internal

@@ -2,8 +2,15 @@
 //
 // A ValueReader walks over one text. The first failure sticks: what is read after it yields nothing, and finish() gives
 // its code. So a handler reads everything that it expects, asks once, and only then acts.
+//
+// The text is a whole line, cut out and ended by a NUL, or it is a line where it stands in its file, which ends where the
+// reading comes upon a line end or a comment. Both are read alike, but only of a whole line a failure is final, and only
+// there it is looked for what makes a line wrong although its value reads well.
 
 #pragma once
+
+#include "descriptor/resultCodes.h"
+#include "gsd/textScan.h"
 
 #include <array>
 #include <cstddef>
@@ -15,19 +22,31 @@ namespace typdescriptor::internal {
 /// Integer kinds of the format. Values are handed out as the bit pattern of their width, widened without sign.
 enum class IntegerKind { signed8, unsigned8, signed16, unsigned16, signed32, unsigned32 };
 
+constexpr std::uint32_t largestOf(IntegerKind kind)
+{
+    constexpr std::array<std::uint32_t, 6> kLargest{INT8_MAX, UINT8_MAX, INT16_MAX, UINT16_MAX, INT32_MAX, UINT32_MAX};
+    return kLargest[static_cast<std::size_t>(kind)];
+}
+
 /// What a number token says.
 struct ScannedNumber {
     std::uint32_t value = 0;
     bool negative = false; // the token begins with a minus sign
 };
 
-/// Reads the number token at the start of the text, up to the next white space, and moves the text behind it.
+/// Reads the number token at the start of the text, up to the next blank or a character of the classes that end it, and
+/// moves the text behind it.
 /// @return false when the token is empty or is no number; the text may have moved
-bool scanNumber(std::string_view& text, ScannedNumber& number);
+bool scanNumber(const char*& text, ScannedNumber& number, unsigned ends = kEndOfLine);
 
 inline constexpr std::size_t kMaxStringLength = 32;
 
-/// The elements of a list or the two ends of a range.
+struct NumberRange {
+    std::uint32_t first = 0;
+    std::uint32_t last = 0;
+};
+
+/// The elements of a list.
 struct NumberList {
     static constexpr std::size_t kMaxCount = 244;
 
@@ -55,10 +74,23 @@ struct FamilyValue {
 
 class ValueReader {
 public:
-    explicit ValueReader(std::string_view value) : text(value) {}
+    /// @param endsBefore  GsdLine::limit
+    explicit ValueReader(const char* value, const char* endsBefore = nullptr)
+        : text(value), limit(endsBefore), ends(endsBefore == nullptr ? kEndOfLine : kEndOfLine | kComment)
+    {}
 
-    std::uint32_t flag();                   ///< 0 or 1; else kErrGsdFlag
-    std::uint32_t number(IntegerKind kind); ///< kErrGsdNumber
+    /// 0 or 1; else kErrGsdFlag.
+    std::uint32_t flag()
+    {
+        std::uint32_t value = 0;
+        return takePlain(1, value) ? value : anyFlag();
+    }
+    /// kErrGsdNumber.
+    std::uint32_t number(IntegerKind kind)
+    {
+        std::uint32_t value = 0;
+        return takePlain(largestOf(kind), value) ? value : anyNumber(kind);
+    }
     std::uint32_t unsigned8() { return number(IntegerKind::unsigned8); }
     std::uint32_t unsigned16() { return number(IntegerKind::unsigned16); }
     /// A quoted string of 1 to kMaxStringLength characters, without its quotes; kErrGsdSyntax, kErrGsdStringLen. Of one
@@ -69,24 +101,62 @@ public:
     NumberList list(std::size_t maximum, IntegerKind kind);
     NumberList bytes() { return list(NumberList::kMaxCount, IntegerKind::unsigned8); }
     /// "minimum-maximum"; kErrGsdSyntax, kErrGsdNumber.
-    NumberList range(IntegerKind kind);
+    NumberRange range(IntegerKind kind)
+    {
+        NumberRange range;
+        if (!failed())
+            failure = tryRange(kind, range);
+        return range;
+    }
+    /// The same, of which a failure leaves everything as it is. Not for one that has failed.
+    /// @return 0 or what the failure would have been
+    int tryRange(IntegerKind kind, NumberRange& range);
     /// The rest of the text as a family number and its sub-families; kErrGsdNumber, kErrGsdSyntax.
     FamilyValue family();
     /// Takes a literal word behind blanks when it is all that is left.
-    bool takeLast(std::string_view word);
+    bool takeLast(const char* word);
 
     bool failed() const { return failure != 0; }
     /// Whether only blanks are left.
-    bool atEnd();
+    bool atEnd()
+    {
+        text = skipBlanks(text);
+        return isOf(ends, *text);
+    }
     /// 0; the first failure; or kErrGsdSyntax when anything is left of the text.
-    int finish() const;
+    int finish()
+    {
+        if (failed())
+            return failure;
+        return atEnd() && (isWhole() || text < limit) ? kOk : kErrGsdSyntax;
+    }
+    /// What is left.
+    const char* rest() const { return text; }
 
 private:
+    bool isWhole() const { return limit == nullptr; }
+    /// Takes what most numbers are: some decimal digits with a blank or the end behind them. False, and nothing has
+    /// happened, when it is something else or too large.
+    bool takePlain(std::uint32_t largest, std::uint32_t& value)
+    {
+        constexpr std::ptrdiff_t kMaxDigits = 9; // of which none is above 32 bits
+        const char* digit = text;
+        for (; isDigit(*digit); ++digit)
+            value = value * 10 + static_cast<std::uint32_t>(*digit - '0');
+        const std::ptrdiff_t digits = digit - text;
+        if (digits == 0 || digits > kMaxDigits || value > largest || !isOf(kBlank | ends, *digit) || failed())
+            return false;
+        text = digit;
+        return true;
+    }
+    std::uint32_t anyFlag();
+    std::uint32_t anyNumber(IntegerKind kind);
     std::uint32_t fail(int code);
-    void skipBlanks();
     std::string_view squeeze(std::string_view content, std::size_t target);
 
-    std::string_view text;
+    const char* text;
+    const char* limit;
+    unsigned ends; // the classes of characters that end the text
     int failure = 0;
     std::array<char, kMaxStringLength> squeezed; // the last string, if blanks were removed from it
 };

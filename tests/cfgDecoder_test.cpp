@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <bitset>
 #include <cstdio>
@@ -180,8 +181,9 @@ std::string split(const std::string& config)
     stream >> std::hex;
     for (unsigned byte = 0; stream >> byte;)
         bytes.push_back(static_cast<std::uint8_t>(byte));
+    Arena arena;
     GSD_MODULE module;
-    module.setConfigBytes(bytes);
+    std::copy(bytes.begin(), bytes.end(), module.keep(arena, "", bytes.size()).begin());
     bool several = false;
     std::ostringstream outcome;
     outcome << splitModuleConfig(module, several) << std::hex;

@@ -56,21 +56,21 @@ TEST(Generator, CountsAbove999)
 }
 
 // The stated rule, pair by pair.
-void sharePairByPair(GSD_LIST<GSD_MODULE>& modules, GSD_LIST<GSD_MODULE>& list)
+void sharePairByPair(GSD_LIST<GSD_MODULE_PRM>& modules, GSD_LIST<GSD_MODULE_PRM>& list)
 {
-    for (GSD_MODULE& m : list) {
-        if (m.paramModuleNumber < 1)
+    for (GSD_MODULE_PRM& m : list) {
+        if (m.blockNumber < 1)
             continue;
-        for (GSD_MODULE& n : modules) {
-            if (n.paramModuleNumber >= m.paramModuleNumber)
+        for (GSD_MODULE_PRM& n : modules) {
+            if (n.blockNumber >= m.blockNumber)
                 break;
-            if (n.paramModuleNumber < 1 || !samePrmBlock(m, n))
+            if (n.blockNumber < 1 || !samePrmBlock(m, n))
                 continue;
-            const std::int32_t old = m.paramModuleNumber;
-            m.paramModuleNumber = n.paramModuleNumber;
-            m.ownsPrmBlock = false;
-            for (GSD_MODULE& other : modules)
-                other.paramModuleNumber -= other.paramModuleNumber > old ? 1 : 0;
+            const std::int32_t old = m.blockNumber;
+            m.blockNumber = n.blockNumber;
+            m.ownsBlock = false;
+            for (GSD_MODULE_PRM& other : modules)
+                other.blockNumber -= other.blockNumber > old ? 1 : 0;
             break;
         }
     }
@@ -85,27 +85,27 @@ TEST(SharedBlocks, AsPairByPair)
             std::mt19937 random(seed);
             const std::size_t kinds = 1 + random() % 3;
             for (std::size_t count = random() % 25; count > 0; --count) {
-                GSD_MODULE module;
-                module.setExtModulePrmData(model->arena.bytes(random() % kinds));
-                if (!module.extModulePrmData().empty())
-                    module.extModulePrmData()[0] = static_cast<std::uint8_t>(random() % kinds);
-                module.prmDataEnd = static_cast<std::int32_t>(random() % 2);
+                GSD_MODULE_PRM prm;
+                prm.data = model->arena.bytes(random() % kinds);
+                if (!prm.data.empty())
+                    prm.data[0] = static_cast<std::uint8_t>(random() % kinds);
+                prm.dataEnd = static_cast<std::int32_t>(random() % 2);
                 for (std::size_t refs = random() % kinds; refs > 0; --refs)
-                    module.refs.append(model->arena, {static_cast<std::uint32_t>(random() % kinds),
-                                                      static_cast<std::uint32_t>(random() % 2)});
-                if (!module.extModulePrmData().empty() || !module.refs.empty())
-                    module.paramModuleNumber = model->nextParamModuleNumber++;
-                (random() % 3 == 0 ? model->kgpModules : model->modules).append(model->arena, module);
+                    prm.refs.append(model->arena, {static_cast<std::uint32_t>(random() % kinds),
+                                                   static_cast<std::uint32_t>(random() % 2)});
+                if (!prm.data.empty() || !prm.refs.empty())
+                    prm.blockNumber = model->nextParamModuleNumber++;
+                (random() % 3 == 0 ? model->kgpModulePrms : model->modulePrms).append(model->arena, prm);
             }
         }
         sharePrmBlocks(fast);
-        sharePairByPair(slow.modules, slow.modules);
-        sharePairByPair(slow.modules, slow.kgpModules);
-        for (const auto list : {&GsdModel::modules, &GsdModel::kgpModules}) {
+        sharePairByPair(slow.modulePrms, slow.modulePrms);
+        sharePairByPair(slow.modulePrms, slow.kgpModulePrms);
+        for (const auto list : {&GsdModel::modulePrms, &GsdModel::kgpModulePrms}) {
             auto expected = (slow.*list).begin();
-            for (const GSD_MODULE& module : fast.*list) {
-                ASSERT_EQ(module.paramModuleNumber, (*expected).paramModuleNumber) << seed;
-                ASSERT_EQ(module.ownsPrmBlock, (*expected).ownsPrmBlock) << seed;
+            for (const GSD_MODULE_PRM& prm : fast.*list) {
+                ASSERT_EQ(prm.blockNumber, (*expected).blockNumber) << seed;
+                ASSERT_EQ(prm.ownsBlock, (*expected).ownsBlock) << seed;
                 ++expected;
             }
         }
@@ -143,9 +143,9 @@ TEST(Generator, UndefinedReference)
     OutputImage other(buffer.data(), 65000);
     GsdModel ofModule;
     ofModule.extPrmUsed = true;
-    GSD_MODULE module;
-    module.paramModuleNumber = 1;
-    ofModule.modules.append(ofModule.arena, module).refs.append(ofModule.arena, {5, 0});
+    GSD_MODULE_PRM prm;
+    prm.blockNumber = 1;
+    ofModule.modulePrms.append(ofModule.arena, prm).refs.append(ofModule.arena, {5, 0});
     EXPECT_EQ(TypeFileGenerator(ofModule, other).generateTypeFile(), kErrGsdReference);
 }
 
