@@ -72,7 +72,7 @@ bool isAllowed(const Finding& finding, const std::vector<Allowance>& allowed)
 std::vector<Allowance> allowances(const gsdfile::Document& document)
 {
     std::vector<Allowance> found;
-    if (document.unit() != 1 || document.bytes().find(kMark) == std::string_view::npos)
+    if (document.unit() != 1)
         return found;
     for (const gsdfile::Statement& statement : document.statements()) {
         if (statement.commentToken == gsdfile::kNone)

@@ -3,8 +3,12 @@
 #include "lint/places.h"
 #include "lint/statementIndex.h"
 #include "lint/tables.h"
+#include "lint/valueGrammar.h"
 
 #include <algorithm>
+#include <iterator>
+#include <set>
+#include <utility>
 
 namespace typdescriptor::lint {
 
@@ -27,39 +31,92 @@ std::string levelName(BlockKind kind)
     return kind == BlockKind::none ? "outside of all blocks" : std::string("in ") + gsdfile::openingName(kind);
 }
 
+bool mayStandOnce(const Keyword& keyword)
+{
+    return keyword.repeat == Repeat::once || keyword.repeat == Repeat::oncePerBlock;
+}
+
 // Whether a keyword is wanted where a statement stands: it may stand there, and not twice.
 bool isWanted(const Keyword& keyword, const Context& context, const Statement& statement)
 {
     if (!mayStand(keyword, blockKindOf(context.document, statement)))
         return false;
-    if (keyword.repeat == Repeat::repeatable || keyword.repeat == Repeat::oncePerArgument)
+    if (!mayStandOnce(keyword))
         return true;
     const StatementIndex& index = context.statements();
     return !(statement.block == gsdfile::kNone ? index.outside(keyword) : index.inside(statement.block, keyword));
 }
 
+// The digits of a name and the points between them: with others it means something else, whatever the distance.
+std::string digitsOf(std::string_view name)
+{
+    std::string digits;
+    std::ranges::copy_if(name, std::back_inserter(digits), [](char c) { return (c >= '0' && c <= '9') || c == '.'; });
+    return digits;
+}
+
+// Whether what stands behind an unknown keyword is what the one that is meant takes.
+bool hasFormOf(const Keyword& keyword, const Statement& statement)
+{
+    const bool takesEquals = keyword.form == gsdfile::Form::value || keyword.form == gsdfile::Form::argument;
+    const bool isRightForm = (keyword.form == gsdfile::Form::argument) == (statement.argument != nullptr) &&
+                             takesEquals == (statement.equalsToken != gsdfile::kNone) && statement.faults.empty();
+    if (!isRightForm || (statement.argument && !keyword.arguments.holds(statement.argument->first.value)))
+        return false;
+    bool isRight = true;
+    forEachItem(
+        statement.values, keyword.type,
+        [&](const Item& item, std::span<const gsdfile::Value> values) {
+            isRight =
+                isRight && values.size() >= item.least && std::ranges::all_of(values, [&](const gsdfile::Value& value) {
+                    return isOfKind(value, item.want) &&
+                           (value.kind != gsdfile::Value::number || gsdfile::allowsValue(keyword, value.first.value));
+                });
+        },
+        [&](std::span<const gsdfile::Value>) { isRight = false; });
+    return isRight;
+}
+
+// Whether nothing speaks against writing the near keyword: no other one is as near, it is one of the format and of the
+// file's revision, and the statement has its form.
+bool isSurelyMeant(const gsdfile::Nearest& nearest, const Context& context, const Statement& statement)
+{
+    static const Keyword& kRevision = *gsdfile::findKeyword("GSD_Revision");
+    const Keyword& keyword = *nearest.keyword;
+    return nearest.other == nullptr && keyword.origin == gsdfile::Origin::genuine &&
+           keyword.revision <= context.statements().number(kRevision).value_or(keyword.revision) &&
+           digitsOf(keyword.name) == digitsOf(statement.name) && hasFormOf(keyword, statement);
+}
+
 void checkUnknown(const Context& context, Report& report)
 {
+    std::set<std::pair<const Keyword*, std::uint32_t>> taken; // meant before, in a block
     for (const Statement* unknown : context.statements().unknown()) {
         const Statement& statement = *unknown;
         if (gsdfile::isMasterKeyword(statement.name))
             continue;
         const Span place = keywordPlace(context.document, statement);
         const std::string message = "unknown keyword " + std::string(statement.name);
-        const Keyword* near = context.statements().nearest(statement);
-        if (!near) {
+        const gsdfile::Nearest nearest = context.statements().nearest(statement);
+        if (!nearest.keyword) {
             const bool isAssignment = statement.equalsToken != gsdfile::kNone || statement.argument;
             if (isAssignment || statement.values.empty())
                 report.add(Severity::hint, place, message + "; readers skip it");
-        } else if (!isWanted(*near, context, statement)) {
-            report.add(Severity::hint, place,
-                       message + "; it is like " + near->name + ", which has no place here or stands there already");
-        } else {
-            const bool isMissing = std::string_view(near->duty) == "mandatory";
-            Finding& finding =
-                report.add(place, message + "; did you mean " + near->name + (isMissing ? ", which is missing?" : "?"));
-            finding.mend.push_back({place, near->name});
+            continue;
         }
+        const Keyword& near = *nearest.keyword;
+        const bool isSecond = mayStandOnce(near) && !taken.emplace(&near, statement.block).second;
+        if (isSecond || !isWanted(near, context, statement)) {
+            report.add(Severity::hint, place,
+                       message + "; it is like " + near.name + ", which has no place here or stands there already");
+            continue;
+        }
+        const bool isMissing = std::string_view(near.duty) == "mandatory";
+        const std::string other = nearest.other ? std::string(" or ") + nearest.other->name : "";
+        Finding& finding = report.add(place, message + "; did you mean " + near.name + other +
+                                                 (isMissing ? ", which is missing?" : "?"));
+        if (isSurelyMeant(nearest, context, statement))
+            finding.mend.push_back({place, near.name});
     }
 }
 
@@ -167,8 +224,7 @@ void checkDuplicate(const Context& context, Report& report)
     const std::vector<Statement>& statements = context.document.statements();
     for (std::size_t i = 0; i < statements.size(); ++i) {
         const Keyword* keyword = statements[i].keyword;
-        if (!keyword || keyword->closes != BlockKind::none || keyword->name == kSection ||
-            (keyword->repeat != Repeat::once && keyword->repeat != Repeat::oncePerBlock))
+        if (!keyword || keyword->closes != BlockKind::none || keyword->name == kSection || !mayStandOnce(*keyword))
             continue;
         const Statement* first = context.statements().earlier(i);
         if (!first)

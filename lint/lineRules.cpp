@@ -57,13 +57,20 @@ void checkSecondStart(const Context& context, Report& report)
     const Document& document = context.document;
     if (document.section() == gsdfile::kNone)
         return;
-    const Span first = keywordPlace(document, document.statements()[document.section()]);
+    const Statement& section = document.statements()[document.section()];
+    const Span first = keywordPlace(document, section);
+    const auto tell = [&](Span place) {
+        report.add(place, "the section is opened a second time").notes.push_back({first, "it begins here"});
+    };
+    for (const Statement& statement : document.statements())
+        if (statement.keyword == section.keyword && &statement != &section)
+            tell(keywordPlace(document, statement));
     for (const Token& token : document.tokens()) {
-        if (token.begin < first.end || (token.kind != TokenKind::freeText && token.kind != TokenKind::keyword))
+        if (token.kind != TokenKind::freeText || token.begin < first.end)
             continue;
         const Span place = trimmed(document, token);
-        if (document.text(place.begin, place.end).starts_with('#') && isStart(document.text(place.begin, place.end)))
-            report.add(place, "the section is opened a second time").notes.push_back({first, "it begins here"});
+        if (isStart(document.text(place.begin, place.end)))
+            tell(place);
     }
 }
 
@@ -99,7 +106,7 @@ const Token& firstWord(const Document& document, const Statement& statement)
 bool looksLikeProse(const Context& context, const Statement& statement)
 {
     return !statement.keyword && statement.equalsToken == gsdfile::kNone && !statement.argument &&
-           !context.statements().nearest(statement) && (!statement.values.empty() || !statement.faults.empty());
+           !context.statements().nearest(statement).keyword && (!statement.values.empty() || !statement.faults.empty());
 }
 
 void checkStatement(const Context& context, Report& report)

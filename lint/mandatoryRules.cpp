@@ -129,7 +129,7 @@ bool isCause(When when, const Statement& statement)
 void noteMisspelt(const Context& context, const Keyword& missing, Finding& finding)
 {
     for (const Statement* statement : context.statements().unknown())
-        if (context.statements().nearest(*statement) == &missing)
+        if (context.statements().nearest(*statement).keyword == &missing)
             finding.notes.push_back({keywordPlace(context.document, *statement), "perhaps meant here"});
 }
 
@@ -179,7 +179,7 @@ void checkBlocks(const Context& context, Report& report)
     static const std::vector<const Keyword*> missing =
         rowsOf(kBlockDuties, [](const BlockDuty& duty) { return duty.missing; });
     const Document& document = context.document;
-    for (std::size_t block = 0; block < document.blocks().size(); ++block) {
+    for (std::uint32_t block = 0; block < document.blocks().size(); ++block) {
         const gsdfile::Block& within = document.blocks()[block];
         for (std::size_t i = 0; i < std::size(kBlockDuties); ++i)
             if (kBlockDuties[i].block == within.kind && !context.statements().inside(block, *missing[i]))

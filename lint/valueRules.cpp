@@ -89,7 +89,7 @@ bool isLost(const Statement& statement)
 // What is wrong with the parentheses behind a keyword; true when something is.
 bool reportArgument(const Document& document, const Statement& statement, const Keyword& keyword, Report& report)
 {
-    if (statement.faults.empty() && statement.argument.has_value() == takesArgument(keyword) &&
+    if (statement.faults.empty() && (statement.argument != nullptr) == takesArgument(keyword) &&
         !(statement.argument && statement.argument->last))
         return false;
     const std::string name = keyword.name;
@@ -375,16 +375,16 @@ void checkLength(const Context& context, Report& report)
             if (item.want != Want::text || value.kind != Value::string || keyword.maxText == 0 ||
                 hasFault(statement, FaultKind::openQuote))
                 return;
-            const std::size_t length = characters(value.content, document.encoding());
+            const std::size_t length = characters(value.text, document.encoding());
+            if (length > 0 && length <= keyword.maxText)
+                return;
             const std::string most = std::to_string(keyword.maxText);
             const Severity severity = keyword.sureness == gsdfile::Sureness::sure ? Severity::error : Severity::warning;
             const std::string name = sentence(nameOf(keyword, item));
-            if (length > keyword.maxText)
-                report.add(severity, valuePlace(document, value),
-                           name + " has " + std::to_string(length) + " characters; at most " + most + " are allowed");
-            if (length == 0)
-                report.add(severity, valuePlace(document, value),
-                           name + " is empty; 1 to " + most + " characters are allowed");
+            report.add(severity, valuePlace(document, value),
+                       length == 0
+                           ? name + " is empty; 1 to " + most + " characters are allowed"
+                           : name + " has " + std::to_string(length) + " characters; at most " + most + " are allowed");
         });
 }
 
@@ -393,8 +393,8 @@ void checkVisible(const Context& context, Report& report)
     const Document& document = context.document;
     forEachValue(context, [&](const Statement&, const Keyword& keyword, const Item& item, const Value& value) {
         const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
-        const auto control = std::ranges::find_if(value.content, isControl);
-        if (control == value.content.end())
+        const auto control = std::ranges::find_if(value.text, isControl);
+        if (value.kind != Value::string || control == value.text.end())
             return;
         const int code = static_cast<unsigned char>(*control);
         report.add(valuePlace(document, value), sentence(nameOf(keyword, item)) +

@@ -19,7 +19,7 @@ std::string codeText(int code)
 class TextReport {
 public:
     TextReport(const FileReport& checked, bool isColoured)
-        : report(checked), source(*checked.document), inColour(isColoured)
+        : report(checked), source(*checked.document), inColour(isColoured), name(readable(checked.file) + ':')
     {}
 
     std::string text()
@@ -47,7 +47,7 @@ private:
 
     void addHead(lint::Span place, const std::string& kind, Colour colour, const std::string& message)
     {
-        std::string where = readable(report.file) + ':';
+        std::string where = name;
         if (!isWholeFile(place)) {
             const Position position = source.positionOf(place.begin);
             where += std::to_string(position.line) + ':' + std::to_string(position.column) + ':';
@@ -112,6 +112,7 @@ private:
     const FileReport& report;
     SourceText source;
     bool inColour;
+    std::string name;       // of the file, with a colon
     lint::Span shown;       // by the excerpt above
     std::size_t gutter = 1; // digits of the highest line number of a finding
     std::string written;

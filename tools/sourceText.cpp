@@ -95,6 +95,12 @@ std::size_t bytesOfColumns(std::string_view utf8, std::size_t columns)
     return bytes;
 }
 
+/// Whether every character is a visible one or a blank of ASCII, each in a column of its own.
+bool isPlain(std::string_view text)
+{
+    return std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; });
+}
+
 /// Cuts an excerpt that is too wide: the mark stays in it, or its beginning.
 void cut(Excerpt& excerpt, std::size_t columns)
 {
@@ -161,8 +167,16 @@ Excerpt SourceText::excerpt(lint::Span place) const
     const lint::Span span = lineSpan(document.place(place.begin).line);
     const std::uint32_t begin = std::clamp(place.begin, span.begin, span.end);
     const std::uint32_t end = std::clamp(place.end, begin, span.end);
+    const std::string_view bytes = document.bytes().substr(span.begin, span.end - span.begin);
     Excerpt excerpt;
     std::size_t columns = 0;
+    if (document.unit() == 1 && isPlain(bytes)) {
+        excerpt.text = bytes.substr(0, bytes.find_last_not_of(' ') + 1);
+        excerpt.begin = begin - span.begin;
+        excerpt.width = std::max<std::size_t>(end - begin, 1);
+        cut(excerpt, excerpt.text.size());
+        return excerpt;
+    }
     excerpt.text = expanded(utf8(span.begin, begin), columns);
     excerpt.begin = columns;
     excerpt.text += expanded(utf8(begin, end), columns);
