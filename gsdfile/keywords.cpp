@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <unordered_set>
 #include <vector>
 
 namespace typdescriptor::gsdfile {
@@ -27,8 +28,9 @@ std::string inSmallLetters(std::string_view name)
 
 bool isSame(std::string_view left, std::string_view right)
 {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](char one, char other) { return lower(one) == lower(other); });
+    const auto isSameLetter = [](char one, char other) { return lower(one) == lower(other); };
+    return left.size() == right.size() &&
+           (left == right || std::equal(left.begin(), left.end(), right.begin(), isSameLetter));
 }
 
 /// The rows by hashes of their names; the place of a row that is taken already is the next free one.
@@ -241,8 +243,13 @@ Nearest nearestKeyword(std::string_view name)
 
 bool isMasterKeyword(std::string_view name)
 {
-    const auto names = masterNames();
-    return std::any_of(names.begin(), names.end(), [name](const char* known) { return isSame(known, name); });
+    static const std::unordered_set<std::string> names = [] {
+        std::unordered_set<std::string> all;
+        for (const char* known : masterNames())
+            all.insert(inSmallLetters(known));
+        return all;
+    }();
+    return name.size() <= kLongest && names.contains(inSmallLetters(name));
 }
 
 const char* openingName(BlockKind kind)

@@ -610,7 +610,7 @@ bool Reader::takeNumber(std::uint32_t token, Number& number)
         digits.remove_prefix(2);
     const char* const end = digits.data() + digits.size();
     const auto [stop, error] = std::from_chars(digits.data(), end, number.value, number.isHex ? 16 : 10);
-    if (stop != end || digits.empty() || error == std::errc::invalid_argument) {
+    if (stop != end || error == std::errc::invalid_argument || (isNegative && number.isHex)) {
         _faults.push_back({FaultKind::badNumber, token});
         return false;
     }

@@ -150,6 +150,10 @@ const std::vector<DeviceReader::Handler>& DeviceReader::handlers()
 
 void DeviceReader::take(const Statement& statement)
 {
+    if (statement.keyword.empty()) { // no line that the library says anything about
+        takeModuleReference(statement);
+        return;
+    }
     Entry& entry = _device.entries.emplace_back();
     entry.keyword = statement.keyword;
     entry.place = statement.place;
@@ -161,8 +165,6 @@ void DeviceReader::take(const Statement& statement)
 
     if (statement.row != nullptr)
         (this->*handlers()[static_cast<std::size_t>(statement.row - gsdfile::keywords().data())])(statement);
-    else if (statement.keyword.empty())
-        takeModuleReference(statement);
     else
         keepEntry(statement);
 }

@@ -77,7 +77,11 @@ void checkSecondStart(const Context& context, Report& report)
 void checkLength(const Context& context, Report& report)
 {
     const Document& document = context.document;
-    const auto length = [&](const gsdfile::Line& line) { return (line.end - line.begin) / document.unit(); };
+    // Bytes are counted first: a line has no more characters.
+    const auto length = [&](const gsdfile::Line& line) {
+        const std::size_t bytes = (line.end - line.begin) / document.unit();
+        return bytes <= kLongestLine ? bytes : document.place(line.end).character - 1;
+    };
     const gsdfile::Line* first = nullptr;
     std::size_t count = 0;
     for (const gsdfile::Line& line : document.lines()) {
@@ -185,9 +189,8 @@ constexpr Rule kRules[] = {
      "stands behind it.",
      "Max_Module = 4 !", "Max_Module = 4 ; !", checkStrays},
     {"unknown-rule-allowed", Severity::warning, Group::form, "A comment \"typdesc: allow\" names rules that exist.",
-     "The comment keeps quiet what the rules it names find in the statement of its line. A name that no rule has keeps "
-     "nothing "
-     "quiet.",
+     "The comment keeps quiet what the rules it names find in the statement of its line, or in the next statement when "
+     "it stands alone on its line. A name that no rule has keeps nothing quiet.",
      "Max_Module = 250 ; typdesc: allow value-out-of-rage", "Max_Module = 250 ; typdesc: allow value-out-of-range",
      checkAllowances},
 };

@@ -206,6 +206,32 @@ void checkSurplus(const Context& context, Report& report)
     });
 }
 
+// Numbers of one list stand behind one another with a comma between them; the first is told.
+void checkCommas(const Context& context, Report& report)
+{
+    const Document& document = context.document;
+    forEachKnown(context, [&](const Statement& statement, const Keyword& keyword) {
+        if (statement.values.size() < 2 || isLost(statement))
+            return;
+        forEachItem(
+            statement,
+            [&](const Item& item, std::span<const Value> values) {
+                if (values.size() < 2 || item.want == Want::text || item.want == Want::family)
+                    return;
+                const auto isBare = [](const Value& value) { return !value.isBehindComma; };
+                const auto bare = std::ranges::find_if(values.subspan(1), isBare);
+                if (bare == values.end())
+                    return;
+                const auto count = static_cast<std::size_t>(std::ranges::count_if(values.subspan(1), isBare));
+                const std::string others = count == 1 ? "" : ", nor ahead of " + std::to_string(count - 1) + " more";
+                Finding& finding = report.add(valuePlace(document, *bare), "no comma stands ahead of this value of " +
+                                                                               std::string(keyword.name) + others);
+                finding.notes.push_back({valuePlace(document, *std::prev(bare)), "the value before"});
+            },
+            [](std::span<const Value>) {});
+    });
+}
+
 // Numbers and texts
 
 template <typename Visit>
@@ -417,6 +443,10 @@ constexpr Rule kRules[] = {
      "comment begins with a "
      "semicolon; a comma announces another value.",
      "Max_Module = 4, 8\nFMS_supp = 0 DP only", "Max_Module = 4\nFMS_supp = 0 ; DP only", checkSurplus},
+    {"missing-comma", Severity::error, Group::form, "A comma stands between the values of a list.",
+     "Bytes, identifier bytes and the allowed values of a parameter are lists. Without the comma readers stop at the "
+     "blank, refuse the line, or take two numbers for one. It is often missing where a list goes on in the next line.",
+     "User_Prm_Data = 0x00, 0x01 0x02", "User_Prm_Data = 0x00, 0x01, 0x02", checkCommas},
     {"malformed-number", Severity::error, Group::form, "A number is decimal, or 0x and hexadecimal digits.",
      "Numbers have no decimal point, no unit and no quotes. A negative number is written in decimal digits.",
      "Ident_Number = 4A17h\nMax_Module = \"4\"", "Ident_Number = 0x4A17\nMax_Module = 4", checkNumber},

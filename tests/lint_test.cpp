@@ -136,6 +136,20 @@ TEST(Lint, TenFaultsAreTenFindings)
     EXPECT_EQ(countByRule(findings).size(), 10U);
 }
 
+// A file that is full of one fault does not fill the report, and every fault is counted.
+TEST(Lint, FindingsOfOneRuleAreLimited)
+{
+    std::string bytes = "#Profibus_DP\n";
+    for (std::size_t i = 0; i < lint::Report::kMostOfRule + 7; ++i)
+        bytes += "Unit_Diag_Bit(1) = 0\n";
+    const auto findings = findingsIn(bytes, "many.gsd");
+    EXPECT_EQ(countByRule(findings)["malformed-text"], static_cast<int>(lint::Report::kMostOfRule));
+    const auto isLast = [](const lint::Finding& finding) {
+        return finding.message.ends_with("; 7 more findings of this rule follow");
+    };
+    EXPECT_TRUE(std::ranges::any_of(findings, isLast));
+}
+
 // What stands in the file stays where it stood: a rule sees tokens, not bytes that it makes up.
 TEST(Lint, PlacesLieInTheFile)
 {

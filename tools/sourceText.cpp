@@ -164,8 +164,11 @@ Position SourceText::positionOf(std::uint32_t offset) const
 
 Excerpt SourceText::excerpt(lint::Span place) const
 {
-    const lint::Span span = lineSpan(document.place(place.begin).line);
+    constexpr std::uint32_t kSurroundings = 1024; // bytes, more than an excerpt has room for
+    lint::Span span = lineSpan(document.place(place.begin).line);
     const std::uint32_t begin = std::clamp(place.begin, span.begin, span.end);
+    span.begin = std::max(span.begin, begin - std::min(begin, kSurroundings));
+    span.end = std::min(span.end, begin + kSurroundings);
     const std::uint32_t end = std::clamp(place.end, begin, span.end);
     const std::string_view bytes = document.bytes().substr(span.begin, span.end - span.begin);
     Excerpt excerpt;
