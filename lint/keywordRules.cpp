@@ -185,6 +185,22 @@ void checkExtension(const Context& context, Report& report)
     }
 }
 
+// Keywords whose first revision is beyond doubt.
+constexpr std::string_view kSureRevisions[] = {
+    "3M_supp",
+    "6M_supp",
+    "12M_supp",
+    "31.25_supp",
+    "45.45_supp",
+    "DPV1_Data_Types",
+    "WD_Base_1ms_supp",
+    "Check_Cfg_Mode",
+    "Pull_Plug_Alarm_required",
+    "Status_Alarm_required",
+    "Update_Alarm_required",
+    "Manufacturer_Specific_Alarm_required",
+};
+
 void checkRevision(const Context& context, Report& report)
 {
     static const Keyword& kRevision = *gsdfile::findKeyword("GSD_Revision");
@@ -198,8 +214,9 @@ void checkRevision(const Context& context, Report& report)
         if (!keyword || keyword->revision <= *stated || keyword->closes != BlockKind::none ||
             !context.statements().isFirst(i))
             continue;
+        const bool isSure = std::ranges::find(kSureRevisions, keyword->name) != std::end(kSureRevisions);
         Finding& finding =
-            report.add(keywordPlace(context.document, statements[i]),
+            report.add(isSure ? Severity::warning : Severity::hint, keywordPlace(context.document, statements[i]),
                        std::string(keyword->name) + " came with revision " + std::to_string(keyword->revision) +
                            "; the file states " + std::to_string(*stated));
         finding.notes.push_back({place, "the revision of the file"});
@@ -328,9 +345,9 @@ constexpr Rule kRules[] = {
      "without them. One finding stands for all statements of a keyword.",
      "Preset = 1", "; the module is plugged from the start", checkExtension},
     {"newer-than-revision", Severity::hint, Group::form, "A keyword is not newer than the file's GSD_Revision.",
-     "A reader may know no more than what the stated revision has. Raise GSD_Revision, or leave the keyword out. For "
-     "some keywords "
-     "the revision that brought them is not certain. One finding stands for all statements of a keyword.",
+     "A reader may know no more than what the stated revision has. Raise GSD_Revision, or leave the keyword out. Where "
+     "the revision that brought the keyword is certain, this is a warning. One finding stands for all statements of a "
+     "keyword.",
      "GSD_Revision = 1\nDPV1_Slave = 1", "GSD_Revision = 3\nDPV1_Slave = 1", checkRevision},
     {"master-keyword", Severity::warning, Group::form, "The file of a slave has no keywords of masters.",
      "Keywords such as Download_supp or Max_MPS_Length describe a master of class 1. In the file of a slave they have "

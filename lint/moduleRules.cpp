@@ -4,6 +4,7 @@
 #include "lint/phrases.h"
 #include "lint/tables.h"
 
+#include <algorithm>
 #include <unordered_map>
 
 namespace typdescriptor::lint {
@@ -142,22 +143,40 @@ void checkMissingReferences(const Context& context, Report& report)
         finding.notes.push_back({revision->valuePlace(), "every module has one from revision 3 on"});
 }
 
+const Entry* entryOf(const DataArea& area, std::string_view keyword)
+{
+    const auto entry = std::ranges::find(area.entries, keyword, &Entry::keyword);
+    return entry == area.entries.end() || (*entry)->numbers.empty() ? nullptr : *entry;
+}
+
+void checkDataArea(const Module& module, const DataArea& area, Report& report)
+{
+    const std::vector<ModuleIdentifier>& identifiers = module.config.identifiers;
+    const auto count = static_cast<std::int64_t>(identifiers.size());
+    const Entry* related = entryOf(area, "Related_CFG_Identifier");
+    if (related == nullptr || module.config.missing > 0 || related->number() < 1)
+        return;
+    if (related->number() > count) {
+        Finding& finding = report.add(
+            related->valuePlace(), "the module has only " + counted(identifiers.size(), "identifier", "identifiers"));
+        finding.notes.push_back({bytesPlace(module), "the identifiers of the module"});
+        return;
+    }
+    const ModuleIdentifier& identifier = identifiers[static_cast<std::size_t>(related->number() - 1)];
+    const unsigned bytes = std::max(identifier.inputBytes, identifier.outputBytes);
+    const Entry* length = entryOf(area, "Length");
+    if (length == nullptr || length->number() <= bytes)
+        return;
+    Finding& finding = report.add(length->valuePlace(), "the area has " + std::to_string(length->number()) +
+                                                            " bytes, its identifier " + std::to_string(bytes));
+    finding.notes.push_back({module.bytes[identifier.first].place, "the identifier"});
+}
+
 void checkDataAreas(const Context& context, Report& report)
 {
-    for (const Module& module : context.device().modules) {
-        for (const DataArea& area : module.areas) {
-            for (const Entry* entry : area.entries) {
-                if (entry->keyword != "Related_CFG_Identifier" || entry->numbers.empty() || module.config.missing > 0)
-                    continue;
-                const std::size_t count = module.config.identifiers.size();
-                if (entry->number() <= static_cast<std::int64_t>(count))
-                    continue;
-                Finding& finding = report.add(entry->valuePlace(),
-                                              "the module has only " + counted(count, "identifier", "identifiers"));
-                finding.notes.push_back({bytesPlace(module), "the identifiers of the module"});
-            }
-        }
-    }
+    for (const Module& module : context.device().modules)
+        for (const DataArea& area : module.areas)
+            checkDataArea(module, area, report);
 }
 
 constexpr Rule kRules[] = {
@@ -203,7 +222,8 @@ constexpr Rule kRules[] = {
      checkMissingReferences},
     {"data-area-identifier", Severity::warning, Group::consistency,
      "A data area belongs to an identifier of its module.",
-     "Related_CFG_Identifier is the position of the identifier whose data the area describes, counted from 1.",
+     "Related_CFG_Identifier is the position of the identifier whose data the area describes, counted from 1. The area "
+     "has no more bytes than the identifier.",
      "Module = \"DI 8\" 0x10\nData_Area_Beg\nRelated_CFG_Identifier = 3\nData_Area_End\nEndModule",
      "Module = \"DI 8\" 0x10\nData_Area_Beg\nRelated_CFG_Identifier = 1\nData_Area_End\nEndModule", checkDataAreas},
 };

@@ -199,9 +199,11 @@ void checkSurplus(const Context& context, Report& report)
             statement, [&](const Item&, std::span<const Value> values) { most += values.size(); },
             [&](std::span<const Value> surplus) {
                 const Span place{valuePlace(document, surplus.front()).begin, valuePlace(document, surplus.back()).end};
-                report.add(place, std::string(keyword.name) + " takes " +
-                                      (most == 0 ? "no value" : amount(most, "value", "values")) + " here, and " +
-                                      amount(statement.values.size(), "stands", "stand") + " there");
+                const Severity severity = keyword.type == ValueType::family ? Severity::warning : Severity::error;
+                report.add(severity, place,
+                           std::string(keyword.name) + " takes " +
+                               (most == 0 ? "no value" : amount(most, "value", "values")) + " here, and " +
+                               amount(statement.values.size(), "stands", "stand") + " there");
             });
     });
 }
@@ -418,14 +420,22 @@ void checkVisible(const Context& context, Report& report)
 {
     const Document& document = context.document;
     forEachValue(context, [&](const Statement&, const Keyword& keyword, const Item& item, const Value& value) {
-        const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
+        const bool isLatin1 = document.encoding() == gsdfile::Encoding::latin1;
+        const auto isControl = [isLatin1](char c) {
+            const auto code = static_cast<unsigned char>(c);
+            return code < 0x20 || code == 0x7F || (isLatin1 && code >= 0x80 && code < 0xA0);
+        };
         const auto control = std::ranges::find_if(value.text, isControl);
         if (value.kind != Value::string || control == value.text.end())
             return;
         const int code = static_cast<unsigned char>(*control);
-        report.add(valuePlace(document, value), sentence(nameOf(keyword, item)) +
-                                                    " has a character that nobody can see: " +
-                                                    (code == '\t' ? "a tab" : "code " + std::to_string(code)));
+        Span place = valuePlace(document, value);
+        if (value.firstToken == value.lastToken && document.unit() == 1) { // else it may stand on another line
+            place.begin += static_cast<std::uint32_t>(control - value.text.begin()) + 1; // behind the quote
+            place.end = place.begin + 1;
+        }
+        report.add(place, sentence(nameOf(keyword, item)) + " has a character that nobody can see: " +
+                              (code == '\t' ? "a tab" : "code " + std::to_string(code)));
     });
 }
 
@@ -464,7 +474,8 @@ constexpr Rule kRules[] = {
      "ones, others refuse the file.",
      "Bitmap_Device = \"HALDENDI8\"", "Bitmap_Device = \"HALDENDI\"", checkLength},
     {"invisible-character", Severity::warning, Group::form, "Texts have visible characters only.",
-     "A tab or another control character in a text shows as a box or a gap, or breaks the line of a list.",
+     "A tab or another control character in a text shows as a box or a gap, or breaks the line of a list. Codes 128 to "
+     "159 are control characters in ISO 8859-1; some editors save dashes and curved quotes with them.",
      "Vendor_Name = \"Halden<TAB>Feldbus\"", "Vendor_Name = \"Halden Feldbus\"", checkVisible},
 };
 
