@@ -208,6 +208,7 @@ void checkRevision(const Context& context, Report& report)
     if (!stated)
         return;
     const Span place = valuePlace(context.document, context.statements().outside(kRevision)->values.front());
+    bool isNoted = false; // the same place once
     const std::vector<Statement>& statements = context.document.statements();
     for (std::size_t i = 0; i < statements.size(); ++i) {
         const Keyword* keyword = statements[i].keyword;
@@ -219,7 +220,9 @@ void checkRevision(const Context& context, Report& report)
             report.add(isSure ? Severity::warning : Severity::hint, keywordPlace(context.document, statements[i]),
                        std::string(keyword->name) + " came with revision " + std::to_string(keyword->revision) +
                            "; the file states " + std::to_string(*stated));
-        finding.notes.push_back({place, "the revision of the file"});
+        if (!isNoted)
+            finding.notes.push_back({place, "the revision of the file"});
+        isNoted = true;
     }
 }
 

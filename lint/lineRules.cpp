@@ -5,7 +5,10 @@
 #include "lint/statementIndex.h"
 #include "lint/tables.h"
 
+#include "gsdfile/textForm.h"
+
 #include <algorithm>
+#include <iterator>
 
 namespace typdescriptor::lint {
 
@@ -74,28 +77,36 @@ void checkSecondStart(const Context& context, Report& report)
     }
 }
 
+// How many characters a line has. Bytes are counted first: it has no more of the one than of the other.
+std::size_t lengthOf(const Document& document, const gsdfile::Line& line)
+{
+    const std::size_t units = (line.end - line.begin) / document.unit();
+    return units <= kLongestLine ? units : document.place(line.end).character - 1;
+}
+
+// What stands beyond the longest length of a line.
+Span surplusOf(const Document& document, const gsdfile::Line& line)
+{
+    std::size_t begin = line.begin;
+    for (std::size_t i = 0; i < kLongestLine; ++i)
+        begin += document.encoding() == gsdfile::Encoding::utf8
+                     ? std::max<std::size_t>(gsdfile::utf8Length(document.bytes(), begin), 1)
+                     : document.unit();
+    return {static_cast<std::uint32_t>(begin), line.end};
+}
+
 void checkLength(const Context& context, Report& report)
 {
     const Document& document = context.document;
-    // Bytes are counted first: a line has no more characters.
-    const auto length = [&](const gsdfile::Line& line) {
-        const std::size_t bytes = (line.end - line.begin) / document.unit();
-        return bytes <= kLongestLine ? bytes : document.place(line.end).character - 1;
-    };
-    const gsdfile::Line* first = nullptr;
-    std::size_t count = 0;
-    for (const gsdfile::Line& line : document.lines()) {
-        if (length(line) <= kLongestLine)
-            continue;
-        first = first ? first : &line;
-        ++count;
-    }
-    if (!first)
+    const auto isLong = [&](const gsdfile::Line& line) { return lengthOf(document, line) > kLongestLine; };
+    const auto first = std::ranges::find_if(document.lines(), isLong);
+    if (first == document.lines().end())
         return;
-    std::string others =
-        count == 1 ? "" : "; the file has " + amount(count - 1, "more line", "more lines") + " above 80";
-    report.add({first->begin, first->end},
-               "the line has " + std::to_string(length(*first)) + " characters; the format allows 80" + others);
+    const auto count = static_cast<std::size_t>(std::count_if(std::next(first), document.lines().end(), isLong));
+    const std::string others =
+        count == 0 ? "" : "; the file has " + amount(count, "more line", "more lines") + " above 80";
+    report.add(surplusOf(document, *first), "the line has " + std::to_string(lengthOf(document, *first)) +
+                                                " characters; the format allows 80" + others);
 }
 
 // The first token of a statement that is no blank.
