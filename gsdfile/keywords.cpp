@@ -96,6 +96,8 @@ const std::array<ValueSet, 5>& valueSets()
 
 const ValueSet* valueSetOf(const Keyword& keyword)
 {
+    if (keyword.type != ValueType::numberSet)
+        return nullptr;
     const auto& sets = valueSets();
     const auto set = std::find_if(sets.begin(), sets.end(), [&keyword](const ValueSet& known) {
         return std::string_view(known.name) == keyword.name;

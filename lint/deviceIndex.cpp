@@ -100,7 +100,7 @@ const Entry* DeviceIndex::entry(std::string_view keyword) const
 std::optional<std::int64_t> DeviceIndex::number(std::string_view keyword) const
 {
     const Entry* found = entry(keyword);
-    return found != nullptr && !found->numbers.empty() ? std::optional(found->number()) : std::nullopt;
+    return hasNumber(found) ? std::optional(found->number()) : std::nullopt;
 }
 
 bool DeviceIndex::isOn(std::string_view keyword) const

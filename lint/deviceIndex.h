@@ -45,6 +45,12 @@ struct Entry {
     Span valuePlace() const { return numbers.empty() ? place : numbers.front().place; }
 };
 
+// Whether a statement is there and has a number.
+inline bool hasNumber(const Entry* entry)
+{
+    return entry != nullptr && !entry->numbers.empty();
+}
+
 struct TextItem {
     Number value;
     Text text;

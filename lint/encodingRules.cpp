@@ -1,6 +1,7 @@
 // A GSD file has one byte for each character and lines that end in CR LF or LF. Files that were saved otherwise are named as
 // what they are, and written back as they should be where no character is lost by it.
 
+#include "lint/phrases.h"
 #include "lint/places.h"
 #include "lint/tables.h"
 
@@ -100,7 +101,7 @@ void checkUtf8(const Context& context, Report& report)
     Finding& finding = report.add(inText == characters.end() ? Severity::hint : Severity::warning, first,
                                   "the file is UTF-8: \"" + shown + "\" stands in " + std::to_string(shown.size()) +
                                       " bytes, and each is read as a character; the file has " +
-                                      amount(characters.size(), "such character", "such characters"));
+                                      counted(characters.size(), "such character", "such characters"));
     if (!std::ranges::all_of(characters, [&](Span character) { return isLatin1(bytes, character); }))
         return; // ISO 8859-1 does not have them all
     for (const Span character : characters)
@@ -133,7 +134,7 @@ void checkNul(const Context& context, Report& report)
         return;
     report.add({offset(first), offset(first + 1)},
                "the file holds " +
-                   amount(static_cast<std::size_t>(std::ranges::count(bytes, '\0')), "NUL byte", "NUL bytes") +
+                   counted(static_cast<std::size_t>(std::ranges::count(bytes, '\0')), "NUL byte", "NUL bytes") +
                    "; a reader ends the line there");
 }
 
@@ -174,7 +175,7 @@ void checkCrOnly(const Context& context, Report& report)
         isUtf16(context.document))
         return;
     const std::vector<Span> ends = LineEnds(context.document).places[kCr];
-    Finding& finding = report.add(ends.front(), "the " + amount(ends.size(), "line ends", "lines end") +
+    Finding& finding = report.add(ends.front(), "the " + counted(ends.size(), "line ends", "lines end") +
                                                     " in CR alone: the whole file is read as one line");
     for (const Span end : ends)
         finding.mend.push_back({end, "\r\n"});
@@ -205,7 +206,7 @@ void checkMixedLineEnds(const Context& context, Report& report)
         const std::vector<Span>& places = ends.places[kind];
         if (kind == usual || places.empty())
             continue;
-        Finding& finding = report.add(places.front(), amount(places.size(), "line ends", "lines end") + " in " +
+        Finding& finding = report.add(places.front(), counted(places.size(), "line ends", "lines end") + " in " +
                                                           kNames[kind] + ", the others in " + kNames[usual]);
         for (const Span place : places)
             finding.mend.push_back({place, std::string(kLineEndBytes[usual])});
@@ -215,33 +216,27 @@ void checkMixedLineEnds(const Context& context, Report& report)
 constexpr Rule kRules[] = {
     {"utf-16", Severity::error, Group::encoding, "A GSD file is not UTF-16.",
      "A GSD file has one byte for each character. Saved as UTF-16 (\"Unicode\" in some editors) every second byte is "
-     "NUL, and no "
-     "reader finds a keyword. Save it as ISO 8859-1 (\"ANSI\", \"Western\").",
+     "NUL, and no reader finds a keyword. Save it as ISO 8859-1 (\"ANSI\", \"Western\").",
      "FF FE 23 00 50 00 72 00", "23 50 72 6F (#Pro)", checkUtf16},
     {"utf-8", Severity::warning, Group::encoding, "A GSD file is not UTF-8.",
      "A GSD file has one byte for each character. In UTF-8 a letter such as u with two dots has two: device texts show "
-     "two wrong "
-     "characters in its place, and a text may grow beyond its longest length. Save the file as ISO 8859-1. A file that "
-     "has "
-     "such letters only in comments is read as it is meant.",
+     "two wrong characters in its place, and a text may grow beyond its longest length. Save the file as ISO 8859-1. A "
+     "file that has such letters only in comments is read as it is meant.",
      "Model_Name = \"Ger<C3><A4>t\"", "Model_Name = \"Ger<E4>t\"", checkUtf8},
     {"utf-8-mark", Severity::warning, Group::encoding, "A GSD file does not begin with a byte order mark.",
      "Three bytes (EF BB BF) that some editors put in front of UTF-8. When #Profibus_DP is the first line, they hide "
-     "it and the "
-     "whole file is empty to a reader. Save the file without the mark.",
+     "it and the whole file is empty to a reader. Save the file without the mark.",
      "EF BB BF #Profibus_DP", "#Profibus_DP", checkUtf8Mark},
     {"nul-byte", Severity::error, Group::encoding, "A GSD file holds no NUL byte.",
      "Readers take NUL for the end of the line; what follows is lost. It comes from a damaged copy or from a program "
-     "that "
-     "wrote more than its text.",
+     "that wrote more than its text.",
      "Max_Module = 4<NUL>", "Max_Module = 4", checkNul},
     {"cr-only-line-ends", Severity::error, Group::encoding, "Lines end in CR LF or LF.",
      "A file whose lines end in CR alone, as old Macintosh programs wrote them, is one single line to a reader.",
      "#Profibus_DP<CR>GSD_Revision = 1<CR>", "#Profibus_DP<CR><LF>GSD_Revision = 1<CR><LF>", checkCrOnly},
     {"mixed-line-ends", Severity::hint, Group::encoding, "All lines end in the same way.",
      "CR LF and LF are both right, and readers take a file that has both. Editors and version control may change the "
-     "whole file "
-     "without being asked, though. A CR that is followed by no LF ends no line.",
+     "whole file without being asked, though. A CR that is followed by no LF ends no line.",
      "FMS_supp = 0<CR><LF>\nRedundancy = 0<LF>", "FMS_supp = 0<LF>\nRedundancy = 0<LF>", checkMixedLineEnds},
 };
 

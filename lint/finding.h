@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace typdescriptor::lint {
@@ -43,6 +44,12 @@ struct Finding {
     std::vector<Note> notes;
     std::vector<Edit> mend; // empty: nothing that a program may safely do
     int code = 0;           // the library's result or warning code, 0 for none
+
+    Finding& note(Span where, std::string text)
+    {
+        notes.push_back({where, std::move(text)});
+        return *this;
+    }
 };
 
 } // namespace typdescriptor::lint

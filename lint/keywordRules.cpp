@@ -1,5 +1,6 @@
 // Rules about keywords: which one it is, how it is spelled, where it may stand and how often.
 
+#include "lint/phrases.h"
 #include "lint/places.h"
 #include "lint/statementIndex.h"
 #include "lint/tables.h"
@@ -167,7 +168,7 @@ void checkLetterCase(const Context& context, Report& report)
     if (edits.empty() || context.document.unit() != 1)
         return;
     const std::string others =
-        edits.size() == 1 ? "" : ", as in " + amount(edits.size() - 1, "more place", "more places");
+        edits.size() == 1 ? "" : ", as in " + counted(edits.size() - 1, "more place", "more places");
     Finding& finding = report.add(edits.front().place, textAt(context.document, edits.front().place) + " is " +
                                                            edits.front().text + " in other letters" + others);
     finding.mend = std::move(edits);
@@ -221,7 +222,7 @@ void checkRevision(const Context& context, Report& report)
                        std::string(keyword->name) + " came with revision " + std::to_string(keyword->revision) +
                            "; the file states " + std::to_string(*stated));
         if (!isNoted)
-            finding.notes.push_back({place, "the revision of the file"});
+            finding.note(place, "the revision of the file");
         isNoted = true;
     }
 }
@@ -249,10 +250,11 @@ void checkDuplicate(const Context& context, Report& report)
         const Statement* first = context.statements().earlier(i);
         if (!first)
             continue;
-        Finding& finding = report.add(keywordPlace(context.document, statements[i]),
-                                      std::string(keyword->name) + " may stand once " +
-                                          levelName(blockKindOf(context.document, statements[i])));
-        finding.notes.push_back({keywordPlace(context.document, *first), "it stands here first"});
+        report
+            .add(keywordPlace(context.document, statements[i]),
+                 std::string(keyword->name) + " may stand once " +
+                     levelName(blockKindOf(context.document, statements[i])))
+            .note(keywordPlace(context.document, *first), "it stands here first");
     }
 }
 
@@ -298,12 +300,12 @@ void checkClosed(const Context& context, Report& report)
         const bool isAtEnd = block.end >= statements.size();
         const Statement& behind = isAtEnd ? statements.back() : statements[block.end];
         const std::string missing = gsdfile::closingName(block.kind);
-        Finding& finding =
-            report.add(behind.keywordToken == gsdfile::kNone ? spanOf(document.tokens()[behind.firstToken])
-                                                             : keywordPlace(document, behind),
-                       missing + (isAtEnd ? " is missing at the end of the file" : " is missing before this line"));
-        finding.notes.push_back({keywordPlace(document, statements[block.opening]),
-                                 std::string(gsdfile::openingName(block.kind)) + " begins here"});
+        report
+            .add(behind.keywordToken == gsdfile::kNone ? spanOf(document.tokens()[behind.firstToken])
+                                                       : keywordPlace(document, behind),
+                 missing + (isAtEnd ? " is missing at the end of the file" : " is missing before this line"))
+            .note(keywordPlace(document, statements[block.opening]),
+                  std::string(gsdfile::openingName(block.kind)) + " begins here");
     }
 }
 
@@ -326,26 +328,21 @@ void checkEnd(const Context& context, Report& report)
 constexpr Rule kRules[] = {
     {"unknown-keyword", Severity::warning, Group::form, "A keyword is one of the format's.",
      "Readers skip a keyword that they do not know, so a misspelt one is silently without effect, and a mandatory one "
-     "is missing. "
-     "When a keyword of the format is near and would be right in that place, it is named. Without one this is a hint: "
-     "makers add "
-     "keywords of their own, which does no harm.",
+     "is missing. When a keyword of the format is near and would be right in that place, it is named. Without one this "
+     "is a hint: makers add keywords of their own, which does no harm.",
      "Max_Diag_Data_Length = 16", "Max_Diag_Data_Len = 16", checkUnknown},
     {"field-spelling", Severity::warning, Group::form, "A keyword is spelled as the format spells it.",
      "Some misspellings are so common that a number of readers take them: PrmTextRef for Prm_Text_Ref, ChannelDiag for "
      "Channel_Diag. The spelling of the format is understood by all. Module_Reference is no keyword of the format: the "
-     "reference of "
-     "a module stands alone on the line behind Module.",
+     "reference of a module stands alone on the line behind Module.",
      "ChannelDiag(16) = \"No supply\"", "Channel_Diag(16) = \"No supply\"", checkVariant},
     {"letter-case", Severity::hint, Group::form, "Keywords are written with the format's capital and small letters.",
      "Readers compare keywords without regard to case, so this harms nobody; files are easier to search and to compare "
-     "when all are "
-     "written alike. One finding stands for the whole file.",
+     "when all are written alike. One finding stands for the whole file.",
      "gsd_revision = 3", "GSD_Revision = 3", checkLetterCase},
     {"extension-keyword", Severity::hint, Group::form, "A keyword is one that all readers know.",
      "The library reads some keywords that are not part of the format. Other readers skip them, so the device must be "
-     "complete "
-     "without them. One finding stands for all statements of a keyword.",
+     "complete without them. One finding stands for all statements of a keyword.",
      "Preset = 1", "; the module is plugged from the start", checkExtension},
     {"newer-than-revision", Severity::hint, Group::form, "A keyword is not newer than the file's GSD_Revision.",
      "A reader may know no more than what the stated revision has. Raise GSD_Revision, or leave the keyword out. Where "
@@ -354,8 +351,7 @@ constexpr Rule kRules[] = {
      "GSD_Revision = 1\nDPV1_Slave = 1", "GSD_Revision = 3\nDPV1_Slave = 1", checkRevision},
     {"master-keyword", Severity::warning, Group::form, "The file of a slave has no keywords of masters.",
      "Keywords such as Download_supp or Max_MPS_Length describe a master of class 1. In the file of a slave they have "
-     "no effect; they "
-     "are left over from a template, as a rule.",
+     "no effect; they are left over from a template, as a rule.",
      "Station_Type = 0\nMax_MPS_Length = 0", "Station_Type = 0", checkMaster},
     {"duplicate-keyword", Severity::error, Group::form, "A keyword that may stand once stands once.",
      "Some readers take the first statement, some the last, and some refuse the file.",

@@ -1,6 +1,7 @@
 // Rules about lines: the start of the section, lines that are no statement, long ones, and what a comment allows.
 
 #include "lint/allowed.h"
+#include "lint/phrases.h"
 #include "lint/places.h"
 #include "lint/statementIndex.h"
 #include "lint/tables.h"
@@ -63,7 +64,7 @@ void checkSecondStart(const Context& context, Report& report)
     const Statement& section = document.statements()[document.section()];
     const Span first = keywordPlace(document, section);
     const auto tell = [&](Span place) {
-        report.add(place, "the section is opened a second time").notes.push_back({first, "it begins here"});
+        report.add(place, "the section is opened a second time").note(first, "it begins here");
     };
     for (const Statement& statement : document.statements())
         if (statement.keyword == section.keyword && &statement != &section)
@@ -104,7 +105,7 @@ void checkLength(const Context& context, Report& report)
         return;
     const auto count = static_cast<std::size_t>(std::count_if(std::next(first), document.lines().end(), isLong));
     const std::string others =
-        count == 0 ? "" : "; the file has " + amount(count, "more line", "more lines") + " above 80";
+        count == 0 ? "" : "; the file has " + counted(count, "more line", "more lines") + " above 80";
     report.add(surplusOf(document, *first), "the line has " + std::to_string(lengthOf(document, *first)) +
                                                 " characters; the format allows 80" + others);
 }
@@ -180,24 +181,22 @@ constexpr Rule kRules[] = {
      "GSD_Revision = 1", "#Profibus_DP\nGSD_Revision = 1", checkStart},
     {"section-start-twice", Severity::error, Group::form, "#Profibus_DP stands once.",
      "The next line that begins with # ends the section, so what follows a second #Profibus_DP is read by some and "
-     "skipped by "
-     "others. It is left over, as a rule, when files were put together.",
+     "skipped by others. It is left over, as a rule, when files were put together.",
      "#Profibus_DP\nGSD_Revision = 1\n#Profibus_DP", "#Profibus_DP\nGSD_Revision = 1", checkSecondStart},
     {"line-too-long", Severity::hint, Group::form, "A line has 80 characters at most.",
      "The format allows 80 characters in a line, each line of a continued statement counted by itself. Nearly all "
-     "readers take "
-     "longer ones. End the line with a backslash and go on in the next. One finding stands for the whole file.",
+     "readers take longer ones. End the line with a backslash and go on in the next. One finding stands for the whole "
+     "file.",
      "User_Prm_Data = 0x00, 0x00, and so on for more than 80 characters",
      "User_Prm_Data = 0x00, 0x00, \\\n    0x00, 0x00", checkLength},
     {"no-statement", Severity::warning, Group::form, "A line is a statement, a comment or empty.",
      "A comment begins with a semicolon. A line that begins with something else than a keyword is often a comment "
-     "without it, or "
-     "the second half of a statement whose first line lacks its backslash. Readers skip it or refuse the file.",
+     "without it, or the second half of a statement whose first line lacks its backslash. Readers skip it or refuse "
+     "the file.",
      "Rates:\n9.6_supp = 1", "; Rates:\n9.6_supp = 1", checkStatement},
     {"stray-character", Severity::error, Group::form, "A statement has no characters without a meaning.",
      "Behind a value only a comma, a comment or a backslash at the line's end can follow. Readers refuse the rest, or "
-     "lose what "
-     "stands behind it.",
+     "lose what stands behind it.",
      "Max_Module = 4 !", "Max_Module = 4 ; !", checkStrays},
     {"unknown-rule-allowed", Severity::warning, Group::form, "A comment \"typdesc: allow\" names rules that exist.",
      "The comment keeps quiet what the rules it names find in the statement of its line, or in the next statement when "

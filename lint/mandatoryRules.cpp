@@ -130,7 +130,7 @@ void noteMisspelt(const Context& context, const Keyword& missing, Finding& findi
 {
     for (const Statement* statement : context.statements().unknown())
         if (context.statements().nearest(*statement).keyword == &missing)
-            finding.notes.push_back({keywordPlace(context.document, *statement), "perhaps meant here"});
+            finding.note(keywordPlace(context.document, *statement), "perhaps meant here");
 }
 
 // The cause with its value.
@@ -207,8 +207,7 @@ void checkMandatory(const Context& context, Report& report)
 constexpr Rule kRules[] = {
     {"missing-mandatory-keyword", Severity::error, Group::form, "A file has all keywords that are mandatory.",
      "Some keywords always stand in the file of a slave; others are made mandatory by a statement, such as MaxTsdr_9.6 "
-     "by 9.6_supp = 1. "
-     "Where the condition is not certain, or readers take the keyword's absence, this is a warning.",
+     "by 9.6_supp = 1. Where the condition is not certain, or readers take the keyword's absence, this is a warning.",
      "9.6_supp = 1", "9.6_supp = 1\nMaxTsdr_9.6 = 60", checkMandatory},
 };
 

@@ -1,5 +1,6 @@
 // Rules about what stands behind a keyword: its form, its values, their ranges and lengths.
 
+#include "lint/phrases.h"
 #include "lint/places.h"
 #include "lint/tables.h"
 #include "lint/valueGrammar.h"
@@ -146,7 +147,7 @@ std::string wanted(const Item& item, const Keyword& keyword)
         return "a text in double quotes";
     if (item.want == Want::range)
         return "a range such as 8-11";
-    return (item.least == 1 ? "a number" : amount(item.least, "number", "numbers")) + " from " +
+    return (item.least == 1 ? "a number" : counted(item.least, "number", "numbers")) + " from " +
            std::to_string(keyword.values.lowest) + " to " + std::to_string(keyword.values.highest);
 }
 
@@ -202,8 +203,8 @@ void checkSurplus(const Context& context, Report& report)
                 const Severity severity = keyword.type == ValueType::family ? Severity::warning : Severity::error;
                 report.add(severity, place,
                            std::string(keyword.name) + " takes " +
-                               (most == 0 ? "no value" : amount(most, "value", "values")) + " here, and " +
-                               amount(statement.values.size(), "stands", "stand") + " there");
+                               (most == 0 ? "no value" : counted(most, "value", "values")) + " here, and " +
+                               counted(statement.values.size(), "stands", "stand") + " there");
             });
     });
 }
@@ -226,9 +227,10 @@ void checkCommas(const Context& context, Report& report)
                     return;
                 const auto count = static_cast<std::size_t>(std::ranges::count_if(values.subspan(1), isBare));
                 const std::string others = count == 1 ? "" : ", nor ahead of " + std::to_string(count - 1) + " more";
-                Finding& finding = report.add(valuePlace(document, *bare), "no comma stands ahead of this value of " +
-                                                                               std::string(keyword.name) + others);
-                finding.notes.push_back({valuePlace(document, *std::prev(bare)), "the value before"});
+                report
+                    .add(valuePlace(document, *bare),
+                         "no comma stands ahead of this value of " + std::string(keyword.name) + others)
+                    .note(valuePlace(document, *std::prev(bare)), "the value before");
             },
             [](std::span<const Value>) {});
     });
@@ -292,27 +294,6 @@ void checkText(const Context& context, Report& report)
 
 // Ranges
 
-// Keywords whose numbers are not one range.
-struct NumberSet {
-    std::string_view keyword;
-    const char* allowed;
-    std::vector<Range> ranges;
-};
-
-const std::vector<NumberSet>& numberSets()
-{
-    static const std::vector<Range> bases = {{375, 375},   {750, 750},   {1500, 1500},
-                                             {3000, 3000}, {6000, 6000}, {12000, 12000}};
-    static const std::vector<NumberSet> sets = {
-        {"TBASE_DP", "375, 750, 1500, 3000, 6000 and 12000", bases},
-        {"TBASE_IO", "375, 750, 1500, 3000, 6000 and 12000", bases},
-        {"Alarm_Sequence_Mode_Count", "0 and 2 to 32", {{0, 0}, {2, 32}}},
-        {"C2_Max_Data_Len", "0 and 48 to 240", {{0, 0}, {48, 240}}},
-        {"Max_Initiate_PDU_Length", "0 and 52 to 244", {{0, 0}, {52, 244}}},
-    };
-    return sets;
-}
-
 // Their types are certain and their ranges likely.
 constexpr std::string_view kLikelyRanges[] = {"GSD_Revision",
                                               "Min_Slave_Intervall",
@@ -343,25 +324,17 @@ std::string allowed(Range range)
 void checkNumberRange(const gsdfile::Number& number, const Keyword& keyword, const Item* item, const Document& document,
                       Report& report)
 {
-    const Range range = item ? keyword.values : keyword.arguments; // without an item the number in parentheses
-    if (range.holds(number.value) && !number.isTooLarge)
+    // Without an item it is the number in parentheses.
+    const bool isAllowed = item ? allowsValue(keyword, number.value) : keyword.arguments.holds(number.value);
+    if (isAllowed && !number.isTooLarge)
         return;
     const Span place = spanOf(document.tokens()[number.token]);
     const std::string name =
         item ? nameOf(keyword, *item) : std::string("the number in parentheses of ") + keyword.name;
     report.add(item ? rangeSeverity(keyword) : Severity::error, place,
-               sentence(name) + " is " + textAt(document, place) + "; " + allowed(range));
-}
-
-void checkSet(const gsdfile::Number& number, const Keyword& keyword, const Document& document, Report& report)
-{
-    const auto set = std::ranges::find(numberSets(), std::string_view(keyword.name), &NumberSet::keyword);
-    if (set == numberSets().end() ||
-        std::ranges::any_of(set->ranges, [&](Range range) { return range.holds(number.value); }))
-        return;
-    const Span place = spanOf(document.tokens()[number.token]);
-    report.add(rangeSeverity(keyword), place,
-               std::string(keyword.name) + " is " + textAt(document, place) + "; allowed are " + set->allowed);
+               sentence(name) + " is " + textAt(document, place) + "; " +
+                   (item && keyword.type == ValueType::numberSet ? "allowed are " + allowedValues(keyword)
+                                                                 : allowed(item ? keyword.values : keyword.arguments)));
 }
 
 void checkRange(const Context& context, Report& report)
@@ -377,8 +350,6 @@ void checkRange(const Context& context, Report& report)
     forEachValue(context, [&](const Statement&, const Keyword& keyword, const Item& item, const Value& value) {
         if (item.want == Want::text || item.want == Want::family || !isOfKind(value, item.want))
             return;
-        if (keyword.type == ValueType::numberSet)
-            return checkSet(value.first, keyword, document, report);
         checkNumberRange(value.first, keyword, &item, document, report);
         if (value.kind == Value::range)
             checkNumberRange(value.last, keyword, &item, document, report);
@@ -442,16 +413,14 @@ void checkVisible(const Context& context, Report& report)
 constexpr Rule kRules[] = {
     {"wrong-form", Severity::error, Group::form, "A statement has the form of its keyword.",
      "Most keywords stand before \"=\" and a value. Block ends and a few others stand alone, data types have no \"=\", "
-     "and some "
-     "keywords need a number in parentheses. Written otherwise, a statement is refused or skipped.",
+     "and some keywords need a number in parentheses. Written otherwise, a statement is refused or skipped.",
      "Station_Type 0\nUnit_Diag_Bit = \"Fault\"", "Station_Type = 0\nUnit_Diag_Bit(0) = \"Fault\"", checkForm},
     {"missing-value", Severity::error, Group::form, "A statement has all the values of its keyword.",
      "A keyword without its value describes nothing, and readers refuse it or take 0.",
      "Station_Type =\nModule = \"DI 8\"", "Station_Type = 0\nModule = \"DI 8\" 0x10", checkMissing},
     {"surplus-value", Severity::error, Group::form, "A statement has no more values than its keyword takes.",
      "What follows the last value that the keyword takes is refused by some readers and overlooked by others. A "
-     "comment begins with a "
-     "semicolon; a comma announces another value.",
+     "comment begins with a semicolon; a comma announces another value.",
      "Max_Module = 4, 8\nFMS_supp = 0 DP only", "Max_Module = 4\nFMS_supp = 0 ; DP only", checkSurplus},
     {"missing-comma", Severity::error, Group::form, "A comma stands between the values of a list.",
      "Bytes, identifier bytes and the allowed values of a parameter are lists. Without the comma readers stop at the "
@@ -470,8 +439,7 @@ constexpr Rule kRules[] = {
     {"text-too-long", Severity::error, Group::form,
      "A text has as many characters as its keyword allows, and at least one.",
      "Names and texts have 1 to 32 characters, names of pictures 1 to 8, help texts and Info_Text 1 to 256. Some "
-     "readers cut longer "
-     "ones, others refuse the file.",
+     "readers cut longer ones, others refuse the file.",
      "Bitmap_Device = \"HALDENDI8\"", "Bitmap_Device = \"HALDENDI\"", checkLength},
     {"invisible-character", Severity::warning, Group::form, "Texts have visible characters only.",
      "A tab or another control character in a text shows as a box or a gap, or breaks the line of a list. Codes 128 to "
