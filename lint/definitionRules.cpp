@@ -174,9 +174,10 @@ void checkTextReferences(const Context& context, Report& report)
             report.add(definition.textReference->place, "there is no PrmText " + number);
             continue;
         }
-        Finding& finding = report.add(definition.textReference->place,
-                                      "PrmText " + number + " stands further down; it comes before its first use");
-        finding.note(definition.laterText->place, "it stands here");
+        report
+            .add(definition.textReference->place,
+                 "PrmText " + number + " stands further down; it comes before its first use")
+            .note(definition.laterText->place, "it stands here");
     }
 }
 

@@ -51,6 +51,12 @@ inline bool hasNumber(const Entry* entry)
     return entry != nullptr && !entry->numbers.empty();
 }
 
+// Where its value stands; nothing when there is no statement.
+inline std::optional<Span> valuePlaceOf(const Entry* entry)
+{
+    return entry != nullptr ? std::optional(entry->valuePlace()) : std::nullopt;
+}
+
 struct TextItem {
     Number value;
     Text text;

@@ -4,6 +4,7 @@
 // belong to it, and, where nothing can be lost by it, the change that mends it.
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -45,9 +46,11 @@ struct Finding {
     std::vector<Edit> mend; // empty: nothing that a program may safely do
     int code = 0;           // the library's result or warning code, 0 for none
 
-    Finding& note(Span where, std::string text)
+    // Without a place there is nothing to note.
+    Finding& note(std::optional<Span> where, std::string text)
     {
-        notes.push_back({where, std::move(text)});
+        if (where)
+            notes.push_back({*where, std::move(text)});
         return *this;
     }
 };

@@ -79,12 +79,11 @@ void checkCompactChoice(const Context& context, Report& report)
     const DeviceIndex& device = context.device();
     if (!device.hasSection || device.isOn("Modular_Station") || device.modules.size() < 2)
         return;
-    Finding& finding =
-        report.add(device.modules[1].place, "a compact station has one fixed configuration, this one has " +
-                                                std::to_string(device.modules.size()) + " modules");
-    finding.note(device.modules[0].place, "the first module");
-    if (const Entry* modular = device.entry("Modular_Station"))
-        finding.note(modular->valuePlace(), "the station is compact");
+    report
+        .add(device.modules[1].place, "a compact station has one fixed configuration, this one has " +
+                                          std::to_string(device.modules.size()) + " modules")
+        .note(device.modules[0].place, "the first module")
+        .note(valuePlaceOf(device.entry("Modular_Station")), "the station is compact");
 }
 
 void checkNames(const Context& context, Report& report)
@@ -135,8 +134,8 @@ void checkMissingReferences(const Context& context, Report& report)
     Finding& finding = report.add(first->place, "the module has no reference number on the line behind it" + all);
     if (device.slotDefinition != nullptr)
         finding.note(device.slotDefinition->place, "the slots name modules by their numbers");
-    else if (const Entry* revision = device.entry("GSD_Revision"))
-        finding.note(revision->valuePlace(), "every module has one from revision 3 on");
+    else
+        finding.note(valuePlaceOf(device.entry("GSD_Revision")), "every module has one from revision 3 on");
 }
 
 const Entry* entryOf(const DataArea& area, std::string_view keyword)

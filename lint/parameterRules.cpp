@@ -225,10 +225,10 @@ void checkDefinitions(const Context& context, Report& report)
                 report.add(placement.reference.place, "there is no ExtUserPrmData " + number);
                 continue;
             }
-            Finding& finding =
-                report.add(placement.reference.place,
-                           "ExtUserPrmData " + number + " stands further down; it comes before its first use");
-            finding.note(placement.laterDefinition->place, "it stands here");
+            report
+                .add(placement.reference.place,
+                     "ExtUserPrmData " + number + " stands further down; it comes before its first use")
+                .note(placement.laterDefinition->place, "it stands here");
         }
     });
 }
@@ -321,10 +321,10 @@ void checkTwoDescriptions(const Context& context, Report& report)
     const Entry* described = device.entry("Max_User_Prm_Data_Len");
     if (fixed == nullptr || described == nullptr)
         return;
-    Finding& finding =
-        report.add(fixed->place, "the parameters are described twice, with User_Prm_Data and with "
-                                 "Max_User_Prm_Data_Len; tools that know the second leave out the first");
-    finding.note(described->place, "the other description");
+    report
+        .add(fixed->place, "the parameters are described twice, with User_Prm_Data and with "
+                           "Max_User_Prm_Data_Len; tools that know the second leave out the first")
+        .note(described->place, "the other description");
 }
 
 constexpr Rule kRules[] = {

@@ -59,8 +59,7 @@ void checkDpv1(const Context& context, Report& report)
         report.add(used.front()->place,
                    std::string(used.front()->keyword) + " is a keyword of DPV1 slaves, and DPV1_Slave is not 1" +
                        (used.size() > 1 ? "; so are " + std::to_string(used.size() - 1) + " more" : ""));
-    if (const Entry* dpv1 = device.entry("DPV1_Slave"))
-        finding.note(dpv1->valuePlace(), "the station is no DPV1 slave");
+    finding.note(valuePlaceOf(device.entry("DPV1_Slave")), "the station is no DPV1 slave");
     for (std::size_t i = 1; i < used.size(); ++i)
         finding.note(used[i]->place, "another keyword of DPV1 slaves");
 }
@@ -112,10 +111,8 @@ void checkRequirement(const DeviceIndex& device, const Entry& entry, Report& rep
         return;
     const Entry* supported = device.entry(row->supported);
     const std::string why = supported != nullptr ? " is 0" : " is not given";
-    Finding& finding =
-        report.add(entry.place, std::string(entry.keyword) + " is 1, but " + std::string(row->supported) + why);
-    if (supported != nullptr)
-        finding.note(supported->valuePlace(), "not supported");
+    report.add(entry.place, std::string(entry.keyword) + " is 1, but " + std::string(row->supported) + why)
+        .note(valuePlaceOf(supported), "not supported");
 }
 
 void checkRequirements(const Context& context, Report& report)
@@ -206,11 +203,10 @@ void checkExtendedTelegram(const Context& context, Report& report)
     if (used == nullptr || device.isOn("X_Prm_SAP_supp"))
         return;
     const Entry* supported = device.entry("X_Prm_SAP_supp");
-    Finding& finding =
-        report.add(used->place, std::string(used->keyword) + " belongs to the extended parameter telegram, and " +
-                                    (supported != nullptr ? "X_Prm_SAP_supp is 0" : "X_Prm_SAP_supp is not given"));
-    if (supported != nullptr)
-        finding.note(supported->valuePlace(), "the telegram is not supported");
+    report
+        .add(used->place, std::string(used->keyword) + " belongs to the extended parameter telegram, and " +
+                              (supported != nullptr ? "X_Prm_SAP_supp is 0" : "X_Prm_SAP_supp is not given"))
+        .note(valuePlaceOf(supported), "the telegram is not supported");
 }
 
 void checkCycle(const Context& context, Report& report)

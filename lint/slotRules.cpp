@@ -42,9 +42,8 @@ void checkCompact(const Context& context, Report& report)
     const DeviceIndex& device = context.device();
     if (device.slotDefinition == nullptr || device.isOn("Modular_Station"))
         return;
-    Finding& finding = report.add(device.slotDefinition->place, "a compact station has no slots to define");
-    if (const Entry* modular = device.entry("Modular_Station"))
-        finding.note(modular->valuePlace(), "the station is compact");
+    report.add(device.slotDefinition->place, "a compact station has no slots to define")
+        .note(valuePlaceOf(device.entry("Modular_Station")), "the station is compact");
 }
 
 void checkNumbers(const Context& context, Report& report)

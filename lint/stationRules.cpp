@@ -65,10 +65,8 @@ void checkUnusedTimes(const Context& context, Report& report)
         if (supported != nullptr && supported->numbers.empty())
             continue;
         const std::string why = supported == nullptr ? " is not given" : " is 0";
-        Finding& finding = report.add(time->place, std::string(rate.responseTime) +
-                                                       " has no use: " + std::string(rate.supported) + why);
-        if (supported != nullptr)
-            finding.note(supported->valuePlace(), "the rate is not supported");
+        report.add(time->place, std::string(rate.responseTime) + " has no use: " + std::string(rate.supported) + why)
+            .note(valuePlaceOf(supported), "the rate is not supported");
     }
 }
 
@@ -111,10 +109,9 @@ void checkCompactModules(const Context& context, Report& report)
     const Entry* most = device.entry("Max_Module");
     if (!isCompact(device) || !hasNumber(most) || most->number() == 1)
         return;
-    Finding& finding = report.add(most->valuePlace(), "a compact station has one module, Max_Module says " +
-                                                          std::to_string(most->number()));
-    if (const Entry* modular = device.entry("Modular_Station"))
-        finding.note(modular->valuePlace(), "Modular_Station is 0");
+    report
+        .add(most->valuePlace(), "a compact station has one module, Max_Module says " + std::to_string(most->number()))
+        .note(valuePlaceOf(device.entry("Modular_Station")), "Modular_Station is 0");
 }
 
 struct DataLengths {
