@@ -102,7 +102,7 @@ void requireStatements(const Document& document)
         requireValues(document, statement);
     }
     for (const Block& block : blocks) {
-        const std::size_t index = static_cast<std::size_t>(&block - blocks.data());
+        const auto index = static_cast<std::size_t>(&block - blocks.data());
         require(block.opening < block.end && block.end <= document.statements().size(), "a block has an end");
         if (block.parent != kNone) {
             const Block& outer = blocks[block.parent];

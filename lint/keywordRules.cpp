@@ -48,12 +48,13 @@ bool isWanted(const Keyword& keyword, const Context& context, const Statement& s
     return !(statement.block == gsdfile::kNone ? index.outside(keyword) : index.inside(statement.block, keyword));
 }
 
-// The digits of a name and the points between them: with others it means something else, whatever the distance.
-std::string digitsOf(std::string_view name)
+// The characters of a name without which it means something else, whatever the distance: "19.2_supp", "Unit_Diag_!Bit".
+std::string fixedCharacters(std::string_view name)
 {
-    std::string digits;
-    std::ranges::copy_if(name, std::back_inserter(digits), [](char c) { return (c >= '0' && c <= '9') || c == '.'; });
-    return digits;
+    std::string fixed;
+    std::ranges::copy_if(name, std::back_inserter(fixed),
+                         [](char c) { return (c >= '0' && c <= '9') || c == '.' || c == '!'; });
+    return fixed;
 }
 
 // Whether what stands behind an unknown keyword is what the one that is meant takes.
@@ -86,7 +87,7 @@ bool isSurelyMeant(const gsdfile::Nearest& nearest, const Context& context, cons
     const Keyword& keyword = *nearest.keyword;
     return nearest.other == nullptr && keyword.origin == gsdfile::Origin::genuine &&
            keyword.revision <= context.statements().number(kRevision).value_or(keyword.revision) &&
-           digitsOf(keyword.name) == digitsOf(statement.name) && hasFormOf(keyword, statement);
+           fixedCharacters(keyword.name) == fixedCharacters(statement.name) && hasFormOf(keyword, statement);
 }
 
 void checkUnknown(const Context& context, Report& report)
