@@ -48,7 +48,7 @@ void Document::countContinuing()
 /// Bytes ahead of an offset that do not begin a character of UTF-8.
 std::uint32_t Document::continuingBefore(std::uint32_t offset) const
 {
-    const std::uint32_t stretch = offset / kStretch;
+    const std::size_t stretch = offset / kStretch;
     return _continuing[stretch] + continuingIn(bytes().substr(stretch * kStretch, offset % kStretch));
 }
 

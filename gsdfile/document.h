@@ -26,7 +26,8 @@ namespace typdescriptor::gsdfile {
 struct Keyword;
 enum class BlockKind : std::uint8_t;
 
-inline constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+/// A token, statement or block that is not there.
+inline constexpr std::uint32_t kNone = 0xFFFFFFFFU;
 
 enum class Encoding : std::uint8_t { ascii, latin1, utf8, utf16Little, utf16Big };
 enum class LineEnd : std::uint8_t { none, lineFeed, carriageReturnLineFeed, carriageReturn };
@@ -84,21 +85,20 @@ struct Value {
     enum Kind : std::uint8_t { number, range, string, word };
 
     Kind kind = word;
-    Number first;             // number and range
-    Number last;              // range
-    std::string_view text;    // word: as written
-    std::string_view content; // string: without quotes, its pieces joined
-    std::uint32_t firstToken = 0;
-    std::uint32_t lastToken = 0;
     bool isBehindComma = false;
     bool isBehindAt = false; // text of a sub-family
+    Number first;            // number and range
+    Number last;             // range
+    std::string_view text;   // word: as written; string: without quotes, its pieces joined
+    std::uint32_t firstToken = 0;
+    std::uint32_t lastToken = 0;
 };
 
 struct Argument {
     Number first;
     std::optional<Number> last; // "first-last"
-    std::size_t openToken = kNone;
-    std::size_t closeToken = kNone; // kNone where nothing closes it
+    std::uint32_t openToken = kNone;
+    std::uint32_t closeToken = kNone; // kNone where nothing closes it
 };
 
 enum class FaultKind : std::uint8_t {
@@ -116,33 +116,34 @@ enum class FaultKind : std::uint8_t {
 
 struct Fault {
     FaultKind kind = FaultKind::strayCharacter;
-    std::size_t token = kNone; // where it is
+    std::uint32_t token = kNone; // where it is
 };
 
 /// One logical line: a physical one, or several that backslashes join.
 struct Statement {
-    std::string_view name;            // the keyword as written; empty for a line that begins with something else
-    const Keyword* keyword = nullptr; // its row; null when it is unknown or there is none
-    std::size_t keywordToken = kNone;
-    std::optional<Argument> argument;
-    std::size_t equalsToken = kNone;
+    std::string_view name;              // the keyword as written; empty for a line that begins with something else
+    const Keyword* keyword = nullptr;   // its row; null when it is unknown or there is none
+    const Argument* argument = nullptr; // null when there is none that can be read
     std::span<const Value> values;
     std::span<const Fault> faults;
-    std::size_t commentToken = kNone; // of the last of its lines that has one
-    std::size_t firstToken = kNone;   // of its own, blanks and line ends among them
-    std::size_t endToken = kNone;     // behind its last
-    std::uint32_t firstLine = 0;      // from 1
+    std::uint32_t keywordToken = kNone;
+    std::uint32_t equalsToken = kNone;
+    std::uint32_t commentToken = kNone; // of the last of its lines that has one
+    std::uint32_t firstToken = kNone;   // of its own, blanks and line ends among them
+    std::uint32_t endToken = kNone;     // behind its last
+    std::uint32_t firstLine = 0;        // from 1
     std::uint32_t lastLine = 0;
-    std::size_t block = kNone; // the innermost block that it stands in; an opening statement stands outside of its own
-    bool isReference = false;  // a number alone on its line, inside a module
+    std::uint32_t block =
+        kNone;                // the innermost block that it stands in; an opening statement stands outside of its own
+    bool isReference = false; // a number alone on its line, inside a module
 };
 
 struct Block {
     BlockKind kind{};
-    std::size_t opening = kNone; // statement
-    std::size_t closing = kNone; // statement; kNone where nothing closes it
-    std::size_t end = kNone;     // the first statement behind it
-    std::size_t parent = kNone;
+    std::uint32_t opening = kNone; // statement
+    std::uint32_t closing = kNone; // statement; kNone where nothing closes it
+    std::uint32_t end = kNone;     // the first statement behind it
+    std::uint32_t parent = kNone;
 };
 
 class Document {
@@ -165,7 +166,7 @@ public:
     const std::vector<Statement>& statements() const { return _statements; }
     const std::vector<Block>& blocks() const { return _blocks; }
     /// The statement "#Profibus_DP" that opens the section; kNone where there is none.
-    std::size_t section() const { return _section; }
+    std::uint32_t section() const { return _section; }
 
     /// The text of a token, as the statements see it.
     std::string_view text(const Token& token) const { return text(token.begin, token.end); }
@@ -195,9 +196,10 @@ private:
     std::vector<Block> _blocks;
     Lists<Value> _values;
     Lists<Fault> _faults;
+    std::deque<Argument> _arguments;
     std::vector<std::uint32_t> _continuing; // UTF-8: bytes ahead of each stretch that continue a character
     std::deque<std::string> _joined;        // contents of strings that continuations part
-    std::size_t _section = kNone;
+    std::uint32_t _section = kNone;
 };
 
 } // namespace typdescriptor::gsdfile

@@ -4,11 +4,15 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <unordered_set>
 #include <vector>
 
 namespace typdescriptor::gsdfile {
 
 namespace {
+
+constexpr std::size_t kLongest = 64; // letters of a name that may stand for a keyword; no keyword is nearly as long
 
 char lower(char c)
 {
@@ -22,16 +26,54 @@ std::string inSmallLetters(std::string_view name)
     return text;
 }
 
-/// Compares two names without regard to case: below, at or above 0.
-int compare(std::string_view left, std::string_view right)
+bool isSame(std::string_view left, std::string_view right)
 {
-    for (std::size_t i = 0; i < left.size() && i < right.size(); ++i) {
-        const int difference = static_cast<unsigned char>(lower(left[i])) - static_cast<unsigned char>(lower(right[i]));
-        if (difference != 0)
-            return difference;
-    }
-    return left.size() == right.size() ? 0 : left.size() < right.size() ? -1 : 1;
+    const auto isSameLetter = [](char one, char other) { return lower(one) == lower(other); };
+    return left.size() == right.size() &&
+           (left == right || std::equal(left.begin(), left.end(), right.begin(), isSameLetter));
 }
+
+/// The rows by hashes of their names; the place of a row that is taken already is the next free one.
+class RowsByName {
+public:
+    RowsByName()
+    {
+        for (const Keyword& row : keywordRows()) {
+            std::size_t place = placeOf(row.name);
+            while (_entries[place].row != nullptr)
+                place = (place + 1) % kPlaces;
+            _entries[place] = {row.name, &row};
+        }
+    }
+
+    const Keyword* find(std::string_view name) const
+    {
+        for (std::size_t place = placeOf(name); _entries[place].row != nullptr; place = (place + 1) % kPlaces) {
+            if (isSame(_entries[place].name, name))
+                return _entries[place].row;
+        }
+        return nullptr;
+    }
+
+private:
+    struct Entry {
+        std::string_view name;
+        const Keyword* row = nullptr;
+    };
+    static constexpr std::size_t kPlaces = 1024; // about four for each row
+
+    static std::size_t placeOf(std::string_view name)
+    {
+        constexpr std::uint32_t kSpread = 0x01000193;
+        constexpr unsigned kSmall = 0x20; // makes a capital letter a small one
+        std::uint32_t hash = 0;
+        for (const char c : name.substr(0, kLongest))
+            hash = (hash ^ (static_cast<unsigned char>(c) | kSmall)) * kSpread;
+        return (hash >> 16U ^ hash) % kPlaces;
+    }
+
+    std::array<Entry, kPlaces> _entries;
+};
 
 /// The few values of keywords whose values are no range.
 struct ValueSet {
@@ -54,6 +96,8 @@ const std::array<ValueSet, 5>& valueSets()
 
 const ValueSet* valueSetOf(const Keyword& keyword)
 {
+    if (keyword.type != ValueType::numberSet)
+        return nullptr;
     const auto& sets = valueSets();
     const auto set = std::find_if(sets.begin(), sets.end(), [&keyword](const ValueSet& known) {
         return std::string_view(known.name) == keyword.name;
@@ -76,8 +120,6 @@ std::string bareName(std::string_view name)
         bare.end());
     return bare;
 }
-
-constexpr std::size_t kLongest = 64; // letters of a name that may stand for a keyword; no keyword is nearly as long
 
 /// How many letters to change, insert, drop or swap with their neighbour; above `most` where it is more.
 std::size_t distance(std::string_view left, std::string_view right, std::size_t most)
@@ -108,14 +150,32 @@ std::size_t distance(std::string_view left, std::string_view right, std::size_t 
     return rows[left.size() % 3][right.size()];
 }
 
-/// The bare names of all rows, in their order.
-const std::vector<std::string>& bareNames()
+/// The letters and digits that stand in a bare name, as bits: a letter that one name has in place of
+/// another changes two of them at most.
+std::uint64_t lettersOf(std::string_view bare)
 {
-    static const std::vector<std::string> names = [] {
-        std::vector<std::string> bare;
-        for (const Keyword& row : keywordRows())
-            bare.push_back(bareName(row.name));
-        return bare;
+    std::uint64_t letters = 0;
+    for (const char c : bare)
+        letters |= std::uint64_t{1} << (static_cast<unsigned char>(c) & 0x3FU);
+    return letters;
+}
+
+/// A row's bare name.
+struct BareName {
+    std::string name;
+    std::uint64_t letters = 0;
+};
+
+/// Those of all rows, in their order.
+const std::vector<BareName>& bareNames()
+{
+    static const std::vector<BareName> names = [] {
+        std::vector<BareName> all;
+        for (const Keyword& row : keywordRows()) {
+            const std::string bare = bareName(row.name);
+            all.push_back({bare, lettersOf(bare)});
+        }
+        return all;
     }();
     return names;
 }
@@ -153,37 +213,45 @@ std::string allowedValues(const Keyword& keyword)
 
 const Keyword* findKeyword(std::string_view name)
 {
-    const auto rows = keywordRows();
-    const auto row =
-        std::lower_bound(rows.begin(), rows.end(), name, [](const Keyword& keyword, std::string_view wanted) {
-            return compare(keyword.name, wanted) < 0;
-        });
-    return row != rows.end() && compare(row->name, name) == 0 ? &*row : nullptr;
+    static const RowsByName rows;
+    return rows.find(name);
 }
 
-const Keyword* nearestKeyword(std::string_view name)
+Nearest nearestKeyword(std::string_view name)
 {
     constexpr std::size_t kLettersPerFault = 4;
     constexpr std::size_t kMostFaults = 3;
     if (name.empty() || name.size() > kLongest)
-        return nullptr;
+        return {};
     const std::string wanted = bareName(name);
-    const Keyword* nearest = nullptr;
-    std::size_t least = std::min(wanted.size() / kLettersPerFault, kMostFaults) + 1;
-    for (std::size_t i = 0; i < keywordRows().size() && least > 0; ++i) {
-        const std::size_t faults = distance(wanted, bareNames()[i], least - 1);
-        if (faults < least) {
-            least = faults;
-            nearest = &keywordRows()[i];
-        }
+    const std::uint64_t letters = lettersOf(wanted);
+    Nearest nearest;
+    std::size_t least = std::min(wanted.size() / kLettersPerFault, kMostFaults);
+    for (std::size_t i = 0; i < keywordRows().size(); ++i) {
+        const BareName& bare = bareNames()[i];
+        if (keywordRows()[i].origin == Origin::fieldVariant ||
+            static_cast<std::size_t>(std::popcount(letters ^ bare.letters)) > 2 * least)
+            continue;
+        const std::size_t faults = distance(wanted, bare.name, least);
+        if (faults > least)
+            continue;
+        nearest.other = faults == least && nearest.keyword != nullptr ? &keywordRows()[i] : nullptr;
+        if (nearest.other == nullptr)
+            nearest.keyword = &keywordRows()[i];
+        least = faults;
     }
     return nearest;
 }
 
 bool isMasterKeyword(std::string_view name)
 {
-    const auto names = masterNames();
-    return std::any_of(names.begin(), names.end(), [name](const char* known) { return compare(known, name) == 0; });
+    static const std::unordered_set<std::string> names = [] {
+        std::unordered_set<std::string> all;
+        for (const char* known : masterNames())
+            all.insert(inSmallLetters(known));
+        return all;
+    }();
+    return name.size() <= kLongest && names.contains(inSmallLetters(name));
 }
 
 const char* openingName(BlockKind kind)

@@ -109,9 +109,13 @@ std::string allowedValues(const Keyword& keyword);
 /// The row of a name in any case; null when there is none.
 const Keyword* findKeyword(std::string_view name);
 
-/// The name of a keyword that a misspelt one most likely stands for: the same letters in another case or with other
-/// separators, or within a small edit distance; null when none is near. Deterministic.
-const Keyword* nearestKeyword(std::string_view name);
+/// The keyword that a misspelt one most likely stands for: the same letters in another case or with other separators, or
+/// within a small edit distance. Field variants are not meant by anybody. Deterministic.
+struct Nearest {
+    const Keyword* keyword = nullptr; // null when none is near
+    const Keyword* other = nullptr;   // one that is as near; often null
+};
+Nearest nearestKeyword(std::string_view name);
 
 /// Whether a name is one of the keywords of class 1 masters.
 bool isMasterKeyword(std::string_view name);

@@ -16,21 +16,26 @@ public:
     /// Keeps the items and leaves the list that held them empty.
     std::span<const Item> keep(std::vector<Item>& items)
     {
-        const std::size_t count = items.size();
-        if (count == 0)
-            return {};
-        if (count >= kBlockItems) {
-            _blocks.push_back(std::exchange(items, {}));
-            return {_blocks.back()};
+        if (items.size() < kBlockItems) {
+            const std::span<const Item> kept = copy(items);
+            items.clear();
+            return kept;
         }
-        if (_blocks.empty() || _blocks.back().capacity() - _blocks.back().size() < count) {
+        _blocks.push_back(std::exchange(items, {}));
+        return {_blocks.back()};
+    }
+
+    std::span<const Item> copy(std::span<const Item> items)
+    {
+        if (items.empty())
+            return {};
+        if (_blocks.empty() || _blocks.back().capacity() - _blocks.back().size() < items.size()) {
             _blocks.emplace_back();
-            _blocks.back().reserve(kBlockItems);
+            _blocks.back().reserve(std::max(kBlockItems, items.size()));
         }
         std::vector<Item>& block = _blocks.back();
         block.insert(block.end(), items.begin(), items.end());
-        items.clear();
-        return std::span<const Item>(block).last(count);
+        return std::span<const Item>(block).last(items.size());
     }
 
 private:

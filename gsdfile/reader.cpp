@@ -1,6 +1,7 @@
 #include "gsdfile/reader.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <limits>
 
@@ -15,21 +16,60 @@ char lower(char c)
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
+// What a character is to the reader, as bits.
+constexpr std::uint8_t kBlank = 1;
+constexpr std::uint8_t kDigit = 2;
+constexpr std::uint8_t kSeparator = 4; // ends a word
+
+constexpr std::array<std::uint8_t, 256> kClasses = [] {
+    std::array<std::uint8_t, 256> classes{};
+    const auto add = [&classes](std::string_view characters, unsigned bits) {
+        for (const char c : characters)
+            classes[static_cast<unsigned char>(c)] = static_cast<std::uint8_t>(bits);
+    };
+    add(" \t\v\f\r", kBlank | kSeparator);
+    add("0123456789", kDigit);
+    add(std::string_view("()=,;\"@\\\n\0", 10), kSeparator);
+    return classes;
+}();
+
+bool isOf(char c, std::uint8_t bit)
+{
+    return (kClasses[static_cast<unsigned char>(c)] & bit) != 0;
+}
+
 bool isDigit(char c)
 {
-    return c >= '0' && c <= '9';
+    return isOf(c, kDigit);
 }
 
 bool isBlank(char c)
 {
-    return c == ' ' || c == '\t' || c == '\v' || c == '\f' || c == '\r';
+    return isOf(c, kBlank);
 }
 
-/// Whether a character ends a word.
 bool isSeparator(char c)
 {
-    constexpr std::string_view kSeparators = "()=,;\"@\\\n";
-    return c == '\0' || isBlank(c) || kSeparators.find(c) != std::string_view::npos;
+    return isOf(c, kSeparator);
+}
+
+/// The kind of a character that is a token of its own; other for the rest.
+TokenKind markOf(char c)
+{
+    switch (c) {
+    case '(':
+        return TokenKind::open;
+    case ')':
+        return TokenKind::close;
+    case '=':
+        return TokenKind::equals;
+    case ',':
+        return TokenKind::comma;
+    case '@':
+        return TokenKind::at;
+    default:
+        return TokenKind::other;
+    }
 }
 
 bool startsWith(std::string_view text, std::string_view wantedInSmallLetters)
@@ -78,7 +118,7 @@ void Reader::read()
         }
     }
     pushRest();
-    closeInner(kNone, _document._statements.size());
+    closeInner(kNone, statementCount());
     if (size != 0)
         _document._lines.back().end = size;
 }
@@ -161,10 +201,10 @@ bool Reader::isSectionLine(std::size_t position) const
 
 void Reader::readLogicalLine()
 {
-    const std::size_t firstToken = _document._tokens.size();
+    const std::uint32_t firstToken = tokenCount();
     const auto firstLine = static_cast<std::uint32_t>(_document._lines.size());
     _hasKeyword = false;
-    _isFamily = false;
+    _keyword = nullptr;
     _isInString = false;
     _isContinuedAtEnd = false;
     readTokens();
@@ -212,6 +252,12 @@ bool Reader::readContinuation()
     return true;
 }
 
+/// Whether texts stand behind "@" without quotes in the line being read.
+bool Reader::isFamily() const
+{
+    return _keyword != nullptr && _keyword->type == ValueType::family;
+}
+
 void Reader::readLexeme()
 {
     const char c = at(_position);
@@ -227,14 +273,11 @@ void Reader::readLexeme()
     } else if (c == '"') {
         _hasKeyword = true;
         readString();
-    } else if (_isFamily && c != '@' && c != '\\' && _document._tokens.back().kind == TokenKind::at) {
+    } else if (isFamily() && c != '@' && c != '\\' && _document._tokens.back().kind == TokenKind::at) {
         readFamilyText();
-    } else if (const std::size_t mark = std::string_view("()=,@").find(c);
-               mark != std::string_view::npos && c != '\0') {
-        constexpr TokenKind kMarks[] = {TokenKind::open, TokenKind::close, TokenKind::equals, TokenKind::comma,
-                                        TokenKind::at};
+    } else if (const TokenKind mark = markOf(c); mark != TokenKind::other) {
         _hasKeyword = true;
-        push(kMarks[mark], _position + 1);
+        push(mark, _position + 1);
     } else if (c == '\0' || c == '\\') {
         push(TokenKind::other, _position + 1);
     } else {
@@ -272,10 +315,10 @@ void Reader::readNumberOrWord()
     if (!_hasKeyword) {
         const std::size_t end = wordEnd(_position);
         const std::string_view name = _text.substr(_position, end - _position);
-        const Keyword* keyword = findKeyword(name);
-        _hasKeyword = true;
-        _isFamily = keyword != nullptr && keyword->type == ValueType::family;
         const bool isNumber = std::all_of(name.begin(), name.end(), isDigit);
+        _hasKeyword = true;
+        if (!isNumber)
+            _keyword = findKeyword(name);
         push(isNumber ? TokenKind::number : TokenKind::keyword, end);
         return;
     }
@@ -316,13 +359,13 @@ std::size_t Reader::wordEnd(std::size_t position) const
     return end;
 }
 
-TokenKind Reader::kindOf(std::size_t token) const
+TokenKind Reader::kindOf(std::uint32_t token) const
 {
     return token < _document._tokens.size() ? _document._tokens[token].kind : TokenKind::lineEnd;
 }
 
 /// The next token that says something; kNone behind the last.
-std::size_t Reader::nextToken(std::size_t token) const
+std::uint32_t Reader::nextToken(std::uint32_t token) const
 {
     for (; token < _document._tokens.size(); ++token) {
         switch (_document._tokens[token].kind) {
@@ -339,16 +382,16 @@ std::size_t Reader::nextToken(std::size_t token) const
     return kNone;
 }
 
-void Reader::parseStatement(std::size_t firstToken, std::uint32_t firstLine)
+void Reader::parseStatement(std::uint32_t firstToken, std::uint32_t firstLine)
 {
-    std::size_t token = nextToken(firstToken);
+    std::uint32_t token = nextToken(firstToken);
     if (token == kNone)
         return;
     Statement statement;
     statement.firstToken = firstToken;
-    statement.endToken = _document._tokens.size();
+    statement.endToken = tokenCount();
     statement.firstLine = firstLine;
-    for (std::size_t i = firstToken; i < statement.endToken; ++i) {
+    for (std::uint32_t i = firstToken; i < statement.endToken; ++i) {
         statement.lastLine = _document._tokens[i].line;
         if (_document._tokens[i].kind == TokenKind::comment)
             statement.commentToken = i;
@@ -358,7 +401,7 @@ void Reader::parseStatement(std::size_t firstToken, std::uint32_t firstLine)
     if (kindOf(token) == TokenKind::keyword) {
         statement.keywordToken = token;
         statement.name = _document.text(_document._tokens[token]);
-        statement.keyword = findKeyword(statement.name);
+        statement.keyword = _keyword;
         token = nextToken(token + 1);
     }
     if (token != kNone && kindOf(token) == TokenKind::open && statement.keywordToken != kNone)
@@ -377,12 +420,12 @@ void Reader::parseStatement(std::size_t firstToken, std::uint32_t firstLine)
     const bool isSection = _document._section == kNone && statement.keyword != nullptr &&
                            startsWith(statement.keyword->name, kSectionStart);
     if (isSection)
-        _document._section = _document._statements.size();
+        _document._section = statementCount();
     _document._statements.push_back(statement);
 }
 
 /// "(number)" or "(first-last)".
-void Reader::parseArgument(Statement& statement, std::size_t& token)
+void Reader::parseArgument(Statement& statement, std::uint32_t& token)
 {
     Argument argument;
     argument.openToken = token;
@@ -400,7 +443,7 @@ void Reader::parseArgument(Statement& statement, std::size_t& token)
             }
         }
     }
-    std::size_t close = token;
+    std::uint32_t close = token;
     while (close != kNone && kindOf(close) != TokenKind::close && kindOf(close) != TokenKind::equals)
         close = nextToken(close + 1);
     if (!isGood || (close != token && close != kNone && kindOf(close) == TokenKind::close))
@@ -413,14 +456,14 @@ void Reader::parseArgument(Statement& statement, std::size_t& token)
         token = nextToken(close + 1);
     }
     if (isGood)
-        statement.argument = argument;
+        statement.argument = &_document._arguments.emplace_back(argument);
 }
 
-void Reader::parseValues(std::size_t token)
+void Reader::parseValues(std::uint32_t token)
 {
-    std::size_t comma = kNone; // the one that a value must follow
+    std::uint32_t comma = kNone; // the one that a value must follow
     bool isBehindAt = false;
-    const auto missing = [this](std::size_t place) { _faults.push_back({FaultKind::missingItem, place}); };
+    const auto missing = [this](std::uint32_t place) { _faults.push_back({FaultKind::missingItem, place}); };
     while (token != kNone) {
         const std::size_t before = _values.size();
         switch (kindOf(token)) {
@@ -444,7 +487,7 @@ void Reader::parseValues(std::size_t token)
             Value value;
             value.kind = Value::word;
             value.text = _document.text(_document._tokens[token]);
-            value.firstToken = value.lastToken = static_cast<std::uint32_t>(token);
+            value.firstToken = value.lastToken = token;
             _values.push_back(value);
             token = nextToken(token + 1);
             break;
@@ -471,11 +514,11 @@ void Reader::parseValues(std::size_t token)
 }
 
 /// The pieces of a string, which continuations may part.
-void Reader::parseString(std::size_t& token)
+void Reader::parseString(std::uint32_t& token)
 {
     Value value;
     value.kind = Value::string;
-    value.firstToken = static_cast<std::uint32_t>(token);
+    value.firstToken = token;
     bool isClosed = false;
     std::size_t pieces = 0; // behind the first
     while (token != kNone && kindOf(token) == TokenKind::string && !isClosed) {
@@ -487,14 +530,14 @@ void Reader::parseString(std::size_t& token)
             piece.remove_suffix(1);
         }
         if (token == value.firstToken) {
-            value.content = piece;
+            value.text = piece;
         } else {
             if (pieces++ == 0)
-                _document._joined.emplace_back(value.content);
+                _document._joined.emplace_back(value.text);
             _document._joined.back() += piece;
-            value.content = _document._joined.back();
+            value.text = _document._joined.back();
         }
-        value.lastToken = static_cast<std::uint32_t>(token);
+        value.lastToken = token;
         token = nextToken(token + 1);
     }
     if (!isClosed)
@@ -502,27 +545,27 @@ void Reader::parseString(std::size_t& token)
     _values.push_back(value);
 }
 
-void Reader::parseNumber(std::size_t& token, bool isBehindComma)
+void Reader::parseNumber(std::uint32_t& token, bool isBehindComma)
 {
     Value value;
     value.kind = Value::number;
-    value.firstToken = value.lastToken = static_cast<std::uint32_t>(token);
+    value.firstToken = value.lastToken = token;
     value.isBehindComma = isBehindComma;
     const bool isGood = takeNumber(token, value.first);
     if (isGood)
         takeRest(token, value.first);
-    value.lastToken = static_cast<std::uint32_t>(token);
+    value.lastToken = token;
     token = nextToken(token + 1);
     if (!isGood) {
         value.kind = Value::word;
         value.text = _document.text(_document._tokens[value.firstToken]);
     } else if (token != kNone && kindOf(token) == TokenKind::hyphen) {
-        const std::size_t hyphen = token;
+        const std::uint32_t hyphen = token;
         token = nextToken(token + 1);
         if (token != kNone && kindOf(token) == TokenKind::number && takeNumber(token, value.last)) {
             takeRest(token, value.last);
             value.kind = Value::range;
-            value.lastToken = static_cast<std::uint32_t>(token);
+            value.lastToken = token;
             token = nextToken(token + 1);
         } else {
             _faults.push_back({FaultKind::strayCharacter, hyphen});
@@ -532,12 +575,12 @@ void Reader::parseNumber(std::size_t& token, bool isBehindComma)
 }
 
 /// The digits that a number goes on with in the next line, where a backslash parts it.
-void Reader::takeRest(std::size_t& token, Number& number)
+void Reader::takeRest(std::uint32_t& token, Number& number)
 {
     constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max() / 100;
     const std::vector<Token>& tokens = _document._tokens;
     while (token + 1 < tokens.size() && tokens[token + 1].kind == TokenKind::continuation && !number.isHex) {
-        const std::size_t next = nextToken(token + 1);
+        const std::uint32_t next = nextToken(token + 1);
         if (next == kNone || kindOf(next) != TokenKind::number)
             return;
         const std::string_view digits = _document.text(tokens[next]);
@@ -553,12 +596,12 @@ void Reader::takeRest(std::size_t& token, Number& number)
 }
 
 /// Decimal with a sign, or 0x and hexadecimal digits.
-bool Reader::takeNumber(std::size_t token, Number& number)
+bool Reader::takeNumber(std::uint32_t token, Number& number)
 {
     if (kindOf(token) != TokenKind::number)
         return false;
     std::string_view digits = _document.text(_document._tokens[token]);
-    number.token = static_cast<std::uint32_t>(token);
+    number.token = token;
     const bool isNegative = digits.front() == '-';
     if (isNegative)
         digits.remove_prefix(1);
@@ -567,7 +610,7 @@ bool Reader::takeNumber(std::size_t token, Number& number)
         digits.remove_prefix(2);
     const char* const end = digits.data() + digits.size();
     const auto [stop, error] = std::from_chars(digits.data(), end, number.value, number.isHex ? 16 : 10);
-    if (stop != end || digits.empty() || error == std::errc::invalid_argument) {
+    if (stop != end || error == std::errc::invalid_argument || (isNegative && number.isHex)) {
         _faults.push_back({FaultKind::badNumber, token});
         return false;
     }
@@ -583,7 +626,7 @@ bool Reader::takeNumber(std::size_t token, Number& number)
 void Reader::placeInBlocks(Statement& statement)
 {
     auto& blocks = _document._blocks;
-    const std::size_t index = _document._statements.size();
+    const std::uint32_t index = statementCount();
     const BlockKind opens = statement.keyword == nullptr ? BlockKind::none : statement.keyword->opens;
     const BlockKind closes = statement.keyword == nullptr ? BlockKind::none : statement.keyword->closes;
     if (opens != BlockKind::none) {
@@ -591,11 +634,11 @@ void Reader::placeInBlocks(Statement& statement)
             closeInner(blocks[_innermost].parent, index);
         statement.block = _innermost;
         blocks.push_back({opens, index, kNone, kNone, _innermost});
-        _innermost = blocks.size() - 1;
+        _innermost = static_cast<std::uint32_t>(blocks.size() - 1);
         return;
     }
     if (closes != BlockKind::none) {
-        std::size_t closed = _innermost;
+        std::uint32_t closed = _innermost;
         while (closed != kNone && !isClosedBy(blocks[closed].kind, closes))
             closed = blocks[closed].parent;
         if (closed != kNone) {
@@ -613,7 +656,7 @@ void Reader::placeInBlocks(Statement& statement)
 }
 
 /// Ends the blocks inside of one (or all): nothing behind belongs to them.
-void Reader::closeInner(std::size_t until, std::size_t statement)
+void Reader::closeInner(std::uint32_t until, std::uint32_t statement)
 {
     for (; _innermost != until && _innermost != kNone; _innermost = _document._blocks[_innermost].parent)
         _document._blocks[_innermost].end = statement;

@@ -26,6 +26,9 @@ private:
     bool isLineEnd(std::size_t position) const;
     std::size_t endOfLine(std::size_t position);
     std::uint32_t offsetOf(std::size_t position) const;
+    std::uint32_t tokenCount() const { return static_cast<std::uint32_t>(_document._tokens.size()); }
+    std::uint32_t statementCount() const { return static_cast<std::uint32_t>(_document._statements.size()); }
+    bool isFamily() const;
     void push(TokenKind kind, std::size_t end);
     void pushLineEnd();
     void pushRest();
@@ -45,28 +48,28 @@ private:
     std::size_t wordEnd(std::size_t position) const;
 
     // What the tokens say.
-    void parseStatement(std::size_t firstToken, std::uint32_t firstLine);
-    void parseArgument(Statement& statement, std::size_t& token);
-    void parseValues(std::size_t token);
-    void parseString(std::size_t& token);
-    void parseNumber(std::size_t& token, bool isBehindComma);
-    bool takeNumber(std::size_t token, Number& number);
-    void takeRest(std::size_t& token, Number& number);
-    std::size_t nextToken(std::size_t token) const;
-    TokenKind kindOf(std::size_t token) const;
+    void parseStatement(std::uint32_t firstToken, std::uint32_t firstLine);
+    void parseArgument(Statement& statement, std::uint32_t& token);
+    void parseValues(std::uint32_t token);
+    void parseString(std::uint32_t& token);
+    void parseNumber(std::uint32_t& token, bool isBehindComma);
+    bool takeNumber(std::uint32_t token, Number& number);
+    void takeRest(std::uint32_t& token, Number& number);
+    std::uint32_t nextToken(std::uint32_t token) const;
+    TokenKind kindOf(std::uint32_t token) const;
     void placeInBlocks(Statement& statement);
-    void closeInner(std::size_t until, std::size_t statement);
+    void closeInner(std::uint32_t until, std::uint32_t statement);
 
     Document& _document;
     bool _returnEndsLines;
     bool _isInSection = false;
-    bool _isInString = false;       // of the line being read, over a continuation
-    bool _isContinuedAtEnd = false; // the file ends behind a continuation
-    bool _hasKeyword = false;       // of the line being read
-    bool _isFamily = false;         // its texts stand behind "@" without quotes
-    std::size_t _innermost = kNone; // block
-    std::vector<Value> _values;     // of the line being read
-    std::vector<Fault> _faults;     // of the line being read
+    bool _isInString = false;          // of the line being read, over a continuation
+    bool _isContinuedAtEnd = false;    // the file ends behind a continuation
+    bool _hasKeyword = false;          // of the line being read
+    const Keyword* _keyword = nullptr; // of the line being read
+    std::uint32_t _innermost = kNone;  // block
+    std::vector<Value> _values;        // of the line being read
+    std::vector<Fault> _faults;        // of the line being read
 };
 
 } // namespace typdescriptor::gsdfile

@@ -1,6 +1,7 @@
 #include "gsdfile/textForm.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace typdescriptor::gsdfile {
 
@@ -34,18 +35,34 @@ Encoding guessWide(std::string_view bytes)
     return Encoding::ascii;
 }
 
+/// The first byte from a position on that is no ASCII; the end when all are.
+std::size_t behindAscii(std::string_view bytes, std::size_t position)
+{
+    constexpr std::uint64_t kHighBits = 0x8080808080808080U;
+    std::uint64_t eight = 0;
+    for (; position + sizeof eight <= bytes.size(); position += sizeof eight) {
+        std::memcpy(&eight, bytes.data() + position, sizeof eight);
+        if ((eight & kHighBits) != 0)
+            break;
+    }
+    while (position < bytes.size() && byteAt(bytes, position) < 0x80U)
+        ++position;
+    return position;
+}
+
 /// ASCII, UTF-8 where every character above it is, else Latin-1.
 Encoding narrowEncoding(std::string_view bytes)
 {
-    bool isAscii = true;
-    for (std::size_t i = 0; i < bytes.size();) {
+    std::size_t i = behindAscii(bytes, 0);
+    if (i == bytes.size())
+        return Encoding::ascii;
+    while (i < bytes.size()) {
         const std::size_t length = utf8Length(bytes, i);
         if (length == 0)
             return Encoding::latin1;
-        isAscii = isAscii && length == 1;
-        i += length;
+        i = behindAscii(bytes, i + length);
     }
-    return isAscii ? Encoding::ascii : Encoding::utf8;
+    return Encoding::utf8;
 }
 
 } // namespace

@@ -91,7 +91,7 @@ private:
 
 std::string FactReader::textOf(const Value& value) const
 {
-    const std::string_view text = value.kind == Value::string ? value.content : value.text;
+    const std::string_view text = value.text;
     return isUtf8(text) ? fromUtf8(text) : fromLatin1(text);
 }
 

@@ -72,14 +72,13 @@ bool isAllowed(const Finding& finding, const std::vector<Allowance>& allowed)
 std::vector<Allowance> allowances(const gsdfile::Document& document)
 {
     std::vector<Allowance> found;
-    if (document.unit() != 1 || document.bytes().find(kMark) == std::string_view::npos)
+    if (document.unit() != 1)
         return found;
+    std::uint32_t next = 0; // token
     for (const gsdfile::Statement& statement : document.statements()) {
-        if (statement.commentToken == gsdfile::kNone)
-            continue;
         const Span whole{document.lines()[statement.firstLine - 1].begin, document.lines()[statement.lastLine - 1].end};
-        for (std::size_t i = statement.firstToken; i < statement.endToken; ++i) {
-            const gsdfile::Token& token = document.tokens()[i];
+        for (; next < statement.endToken; ++next) {
+            const gsdfile::Token& token = document.tokens()[next];
             if (token.kind == gsdfile::TokenKind::comment)
                 collect(document.text(token), spanOf(token), whole, found);
         }

@@ -1,7 +1,7 @@
 #pragma once
 
 // What a file allows itself: `; typdesc: allow NAME, NAME` in the comment of a line keeps quiet what these rules find in the
-// statement there, continued lines included.
+// statement there, continued lines included. Alone on its line it speaks for the next statement.
 
 #include "lint/finding.h"
 

@@ -1,6 +1,7 @@
 // Rules about what parameters are described with: ExtUserPrmData and PrmText blocks.
 
 #include "lint/deviceIndex.h"
+#include "lint/firstPlaces.h"
 #include "lint/phrases.h"
 #include "lint/tables.h"
 
@@ -17,15 +18,13 @@ constexpr std::size_t kLongestList = 16;
 template <typename Blocks>
 void checkNumbersOf(const Blocks& blocks, std::string_view keyword, Report& report)
 {
-    std::unordered_map<std::int64_t, Span> seen;
+    FirstPlaces<std::int64_t> seen;
     for (const auto& block : blocks) {
-        const auto [first, isNew] = seen.emplace(block.reference.value, block.reference.place);
-        if (isNew)
-            continue;
-        Finding& finding =
-            report.add(block.reference.place, std::string(keyword) + " " + std::to_string(block.reference.value) +
-                                                  " is defined already; references find the first");
-        finding.notes.push_back({first->second, "the first definition"});
+        if (const Span* first = seen.before(block.reference.value, block.reference.place))
+            report
+                .add(block.reference.place, std::string(keyword) + " " + std::to_string(block.reference.value) +
+                                                " is defined already; references find the first")
+                .note(*first, "the first definition");
     }
 }
 
@@ -61,8 +60,8 @@ void checkTypeCount(const Context& context, Report& report)
         for (std::size_t i = 1; i < definition.types.size(); ++i) {
             if (definition.types[i].keyword == definition.types.front().keyword)
                 continue; // a keyword that stands twice
-            Finding& finding = report.add(definition.types[i].place, "the parameter has a data type already");
-            finding.notes.push_back({definition.types.front().place, "its first data type"});
+            report.add(definition.types[i].place, "the parameter has a data type already")
+                .note(definition.types.front().place, "its first data type");
         }
     }
 }
@@ -119,8 +118,8 @@ void checkPresets(const Context& context, Report& report)
         }
         const std::string allowed = type.isRange ? "outside of " + rangeText(type.limits[0].value, type.limits[1].value)
                                                  : "none of the values listed";
-        Finding& finding = report.add(type.preset->place, "the default " + value + " is " + allowed);
-        finding.notes.push_back({joined(type.limits.front().place, type.limits.back().place), "what is allowed"});
+        report.add(type.preset->place, "the default " + value + " is " + allowed)
+            .note(joined(type.limits.front().place, type.limits.back().place), "what is allowed");
     });
 }
 
@@ -175,9 +174,10 @@ void checkTextReferences(const Context& context, Report& report)
             report.add(definition.textReference->place, "there is no PrmText " + number);
             continue;
         }
-        Finding& finding = report.add(definition.textReference->place,
-                                      "PrmText " + number + " stands further down; it comes before its first use");
-        finding.notes.push_back({definition.laterText->place, "it stands here"});
+        report
+            .add(definition.textReference->place,
+                 "PrmText " + number + " stands further down; it comes before its first use")
+            .note(definition.laterText->place, "it stands here");
     }
 }
 
@@ -205,10 +205,11 @@ void tellMissingTexts(const Definition& definition, const std::unordered_set<std
     if (missing <= 0)
         return;
     const std::string others = missing > 1 ? " and " + std::to_string(missing - 1) + " more" : "";
-    Finding& finding = report.add(definition.textReference->place,
-                                  "PrmText " + std::to_string(definition.textReference->value) +
-                                      " has no text for the allowed value " + std::to_string(first) + others);
-    finding.notes.push_back({definition.text->place, "the texts"});
+    report
+        .add(definition.textReference->place, "PrmText " + std::to_string(definition.textReference->value) +
+                                                  " has no text for the allowed value " + std::to_string(first) +
+                                                  others)
+        .note(definition.text->place, "the texts");
 }
 
 void checkMissingTexts(const Context& context, Report& report)
@@ -248,9 +249,10 @@ void checkSurplusTexts(const Context& context, Report& report)
             };
             if (std::ranges::any_of(all, mayHave))
                 continue;
-            Finding& finding = report.add(item.value.place, "no parameter with these texts may have the value " +
-                                                                std::to_string(item.value.value));
-            finding.notes.push_back({all.front()->type()->place, "what the parameter may have"});
+            report
+                .add(item.value.place,
+                     "no parameter with these texts may have the value " + std::to_string(item.value.value))
+                .note(all.front()->type()->place, "what the parameter may have");
         }
     }
 }
@@ -258,14 +260,11 @@ void checkSurplusTexts(const Context& context, Report& report)
 void checkRepeatedTexts(const Context& context, Report& report)
 {
     for (const TextBlock& block : context.device().textBlocks) {
-        std::unordered_map<std::int64_t, Span> seen;
+        FirstPlaces<std::int64_t> seen;
         for (const TextItem& item : block.items) {
-            const auto [first, isNew] = seen.emplace(item.value.value, item.value.place);
-            if (isNew)
-                continue;
-            Finding& finding =
-                report.add(item.value.place, "the value " + std::to_string(item.value.value) + " has a text already");
-            finding.notes.push_back({first->second, "the first text"});
+            if (const Span* first = seen.before(item.value.value, item.value.place))
+                report.add(item.value.place, "the value " + std::to_string(item.value.value) + " has a text already")
+                    .note(*first, "the first text");
         }
     }
 }
@@ -289,15 +288,13 @@ constexpr Rule kRules[] = {
      "PrmText = 9\nText(0) = \"off\"\nEndPrmText", "PrmText = 9\n...\nPrm_Text_Ref = 9", checkUse},
     {"one-data-type", Severity::error, Group::consistency, "An ExtUserPrmData block has exactly one data type.",
      "The line with the data type gives size, default and allowed values. Without it the parameter cannot be placed, "
-     "and of two "
-     "nobody knows which is meant.",
+     "and of two nobody knows which is meant.",
      "ExtUserPrmData = 1 \"Mode\"\nEndExtUserPrmData",
      "ExtUserPrmData = 1 \"Mode\"\nUnsigned8 0 0-3\nEndExtUserPrmData", checkTypeCount},
     {"default-not-allowed", Severity::error, Group::consistency,
      "The default of a parameter is one of its allowed values.",
      "Tools send the default until the user changes it. One outside of the range or the list is refused by the tool, "
-     "or by the "
-     "device.",
+     "or by the device.",
      "Unsigned8 5 0-3", "Unsigned8 3 0-3", checkPresets},
     {"reversed-range", Severity::error, Group::consistency, "The minimum of a parameter is not above its maximum.",
      "A range is written minimum-maximum. The other way round it allows no value at all.", "Unsigned8 2 3-0",
@@ -317,16 +314,14 @@ constexpr Rule kRules[] = {
      "Prm_Text_Ref = 7", "PrmText = 7\nText(0) = \"off\"\nEndPrmText\n...\nPrm_Text_Ref = 7", checkTextReferences},
     {"value-without-text", Severity::hint, Group::consistency, "Every allowed value of a parameter with texts has one.",
      "Tools offer the texts in place of numbers. A value without one cannot be chosen in some of them, and stands as a "
-     "bare "
-     "number in others.",
+     "bare number in others.",
      "PrmText = 1\nText(0) = \"off\"\nEndPrmText\n...\nBit(0) 0 0-1\nPrm_Text_Ref = 1",
      "PrmText = 1\nText(0) = \"off\"\nText(1) = \"on\"\nEndPrmText\n...\nBit(0) 0 0-1\nPrm_Text_Ref = 1",
      checkMissingTexts},
     {"text-without-value", Severity::warning, Group::consistency,
      "Every text of a PrmText block belongs to an allowed value.",
      "Tools show the text as a choice, and then refuse it or send a value that the device does not allow. Texts that "
-     "one of the "
-     "parameters with the block may have are right.",
+     "one of the parameters with the block may have are right.",
      "PrmText = 1\nText(0) = \"off\"\nText(2) = \"on\"\nEndPrmText\n...\nBit(0) 0 0-1\nPrm_Text_Ref = 1",
      "PrmText = 1\nText(0) = \"off\"\nText(1) = \"on\"\nEndPrmText\n...\nBit(0) 0 0-1\nPrm_Text_Ref = 1",
      checkSurplusTexts},

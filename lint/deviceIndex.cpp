@@ -8,23 +8,9 @@
 #include "gsdfile/document.h"
 #include "gsdfile/keywords.h"
 
-#include <unordered_map>
-
 namespace typdescriptor::lint {
 
 namespace {
-
-// The names of the keywords' table with the numbers of their rows.
-const std::unordered_map<std::string_view, std::size_t>& rowsByName()
-{
-    static const std::unordered_map<std::string_view, std::size_t> kRows = [] {
-        std::unordered_map<std::string_view, std::size_t> rows;
-        for (const gsdfile::Keyword& row : gsdfile::keywords())
-            rows.emplace(row.name, rows.size());
-        return rows;
-    }();
-    return kRows;
-}
 
 Span placeOf(const gsdfile::Token& token)
 {
@@ -81,7 +67,7 @@ private:
             break;
         case gsdfile::Value::string:
             if (!_statement.text)
-                _statement.text = Text{value.content, placeOf(_document.span(value))};
+                _statement.text = Text{value.text, placeOf(_document.span(value))};
             break;
         default:
             _statement.isWhole = false;
@@ -107,14 +93,14 @@ DeviceIndex::DeviceIndex(const gsdfile::Document& document)
 
 const Entry* DeviceIndex::entry(std::string_view keyword) const
 {
-    const auto row = rowsByName().find(keyword);
-    return row == rowsByName().end() ? nullptr : _station[row->second];
+    const gsdfile::Keyword* row = gsdfile::findKeyword(keyword);
+    return row == nullptr ? nullptr : _station[static_cast<std::size_t>(row - gsdfile::keywords().data())];
 }
 
 std::optional<std::int64_t> DeviceIndex::number(std::string_view keyword) const
 {
     const Entry* found = entry(keyword);
-    return found != nullptr && !found->numbers.empty() ? std::optional(found->number()) : std::nullopt;
+    return hasNumber(found) ? std::optional(found->number()) : std::nullopt;
 }
 
 bool DeviceIndex::isOn(std::string_view keyword) const

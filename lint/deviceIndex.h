@@ -7,9 +7,12 @@
 #include "lint/finding.h"
 #include "lint/moduleConfig.h"
 
+#include "gsdfile/lists.h"
+
 #include <cstdint>
 #include <deque>
 #include <optional>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -36,11 +39,23 @@ struct Entry {
     Span place;               // of the keyword
     std::optional<Number> argument;
     std::optional<Text> text;
-    std::vector<Number> numbers; // the values behind the text
+    std::span<const Number> numbers; // the values behind the text
 
     std::int64_t number() const { return numbers.front().value; }
     Span valuePlace() const { return numbers.empty() ? place : numbers.front().place; }
 };
+
+// Whether a statement is there and has a number.
+inline bool hasNumber(const Entry* entry)
+{
+    return entry != nullptr && !entry->numbers.empty();
+}
+
+// Where its value stands; nothing when there is no statement.
+inline std::optional<Span> valuePlaceOf(const Entry* entry)
+{
+    return entry != nullptr ? std::optional(entry->valuePlace()) : std::nullopt;
+}
 
 struct TextItem {
     Number value;
@@ -70,7 +85,7 @@ struct TypeLine {
     bool isKnown = true; // false: the argument is not one to go by
     bool hasReversedBits = false;
     std::optional<Number> preset;
-    std::vector<Number> limits; // the two of a range, or the values of a list
+    std::span<const Number> limits; // the two of a range, or the values of a list
     bool isRange = false;
     bool isList() const { return !limits.empty() && !isRange; }
 };
@@ -104,7 +119,7 @@ struct Constants {
     std::string_view keyword;
     Span place; // of the keyword
     Number offset;
-    std::vector<Number> bytes;
+    std::span<const Number> bytes;
 };
 
 // The parameter block of the station or of a module in one of the three telegrams that may carry it.
@@ -135,7 +150,7 @@ struct DataArea {
 struct Module {
     Span place; // of the keyword
     Text name;
-    std::vector<Number> bytes;
+    std::span<const Number> bytes;
     ModuleConfig config;
     std::optional<Number> reference;
     PrmBlocks prm;
@@ -149,7 +164,7 @@ struct Slot {
     Number number;
     Text name;
     Number preset;
-    std::vector<Number> allowed; // the two of a range, or references
+    std::span<const Number> allowed; // the two of a range, or references
     bool isRange = false;
 };
 
@@ -205,6 +220,7 @@ public:
 
 private:
     friend class DeviceReader;
+    gsdfile::Lists<Number> _numbers;    // of all entries
     std::vector<const Entry*> _station; // the first of each row of the keywords' table
 };
 

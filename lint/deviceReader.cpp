@@ -46,7 +46,7 @@ bool isOffset(const std::vector<Number>& argument)
     return argument.size() == 1 && argument.front().value >= 0 && argument.front().value <= kHighestOffset;
 }
 
-std::vector<std::uint8_t> bytesOf(const std::vector<Number>& numbers)
+std::vector<std::uint8_t> bytesOf(std::span<const Number> numbers)
 {
     std::vector<std::uint8_t> bytes;
     bytes.reserve(numbers.size());
@@ -150,19 +150,21 @@ const std::vector<DeviceReader::Handler>& DeviceReader::handlers()
 
 void DeviceReader::take(const Statement& statement)
 {
+    if (statement.keyword.empty()) { // no line that the library says anything about
+        takeModuleReference(statement);
+        return;
+    }
     Entry& entry = _device.entries.emplace_back();
     entry.keyword = statement.keyword;
     entry.place = statement.place;
     if (statement.argument.size() == 1)
         entry.argument = statement.argument.front();
     entry.text = statement.text;
-    entry.numbers = statement.numbers;
+    entry.numbers = _device._numbers.copy(statement.numbers);
     _entry = &entry;
 
     if (statement.row != nullptr)
         (this->*handlers()[static_cast<std::size_t>(statement.row - gsdfile::keywords().data())])(statement);
-    else if (statement.keyword.empty())
-        takeModuleReference(statement);
     else
         keepEntry(statement);
 }
@@ -278,7 +280,7 @@ void DeviceReader::takeType(const Statement& statement)
         setBits(type, statement);
     if (statement.isWhole && !statement.numbers.empty()) {
         type.preset = statement.numbers.front();
-        type.limits.assign(statement.numbers.begin() + 1, statement.numbers.end());
+        type.limits = _entry->numbers.subspan(1);
         type.isRange = statement.isRange && type.limits.size() == 2;
     }
     _definition->types.push_back(type);
@@ -305,7 +307,7 @@ void DeviceReader::beginModule(const Statement& statement)
     _module->isKgp = statement.keyword == "KGPModule";
     if (!statement.isWhole)
         return;
-    _module->bytes = statement.numbers;
+    _module->bytes = _entry->numbers;
     if (!_module->isKgp)
         _module->config = decodeModuleConfig(bytesOf(_module->bytes));
 }
@@ -347,7 +349,7 @@ void DeviceReader::takeConstants(const Statement& statement)
     keepEntry(statement);
     if (isOffset(statement.argument) && statement.isWhole)
         prmBlockOf(statement.keyword)
-            .constants.push_back({statement.keyword, statement.place, statement.argument.front(), statement.numbers});
+            .constants.push_back({statement.keyword, statement.place, statement.argument.front(), _entry->numbers});
 }
 
 void DeviceReader::beginDataArea(const Statement& statement)
@@ -380,7 +382,7 @@ void DeviceReader::takeSlot(const Statement& statement)
     slot.number = statement.argument.front();
     slot.name = statement.text.value_or(Text{});
     slot.preset = statement.numbers.front();
-    slot.allowed.assign(statement.numbers.begin() + 1, statement.numbers.end());
+    slot.allowed = _entry->numbers.subspan(1);
     slot.isRange = statement.isRange && slot.allowed.size() == 2;
 }
 

@@ -1,6 +1,7 @@
 // Rules about diagnostic texts: bits and areas of the device-related diagnosis, error types of channels.
 
 #include "lint/deviceIndex.h"
+#include "lint/firstPlaces.h"
 #include "lint/phrases.h"
 #include "lint/tables.h"
 
@@ -31,15 +32,14 @@ std::size_t listOf(const DiagBit& bit)
 void checkRepeatedBits(const Context& context, Report& report)
 {
     for (const DiagTexts& texts : context.device().diagTexts) {
-        std::unordered_map<std::int64_t, const Entry*> seen[kLists];
+        FirstPlaces<std::int64_t> seen[kLists];
         for (const DiagBit& bit : texts.bits) {
             const Number& number = *bit.entry->argument;
-            const auto [first, isNew] = seen[listOf(bit)].emplace(number.value, bit.entry);
-            if (isNew)
-                continue;
-            Finding& finding = report.add(number.place, "bit " + std::to_string(number.value) + " has a " +
-                                                            (bit.isHelp ? "help" : "text") + " already");
-            finding.notes.push_back({first->second->place, "the first one"});
+            if (const Span* first = seen[listOf(bit)].before(number.value, bit.entry->place))
+                report
+                    .add(number.place, "bit " + std::to_string(number.value) + " has a " +
+                                           (bit.isHelp ? "help" : "text") + " already")
+                    .note(*first, "the first one");
         }
     }
 }
@@ -59,7 +59,7 @@ void checkLength(const Context& context, Report& report)
 {
     const DeviceIndex& device = context.device();
     const Entry* longest = device.entry("Max_Diag_Data_Len");
-    if (longest == nullptr || longest->numbers.empty())
+    if (!hasNumber(longest))
         return;
     const std::int64_t bits = std::max<std::int64_t>(0, 8 * (longest->number() - kHeaderOctets));
     for (const DiagTexts& texts : device.diagTexts) {
@@ -67,10 +67,10 @@ void checkLength(const Context& context, Report& report)
             if (bit < bits || bit > kHighestBit)
                 return;
             const std::string room = bits == 0 ? "no bit" : "bits 0 to " + std::to_string(bits - 1);
-            Finding& finding =
-                report.add(place, "bit " + std::to_string(bit) + " can never be sent: a diagnosis of " +
-                                      std::to_string(longest->number()) + " octets has room for " + room);
-            finding.notes.push_back({longest->valuePlace(), "Max_Diag_Data_Len"});
+            report
+                .add(place, "bit " + std::to_string(bit) + " can never be sent: a diagnosis of " +
+                                std::to_string(longest->number()) + " octets has room for " + room)
+                .note(longest->valuePlace(), "Max_Diag_Data_Len");
         });
     }
 }
@@ -117,11 +117,11 @@ void checkAreaValues(const Context& context, Report& report)
             for (const DiagValue& value : area.values) {
                 if (!value.entry->argument || value.entry->argument->value <= highest)
                     continue;
-                Finding& finding =
-                    report.add(value.entry->argument->place,
-                               counted(static_cast<std::size_t>(width), "bit holds", "bits hold") + " values up to " +
-                                   std::to_string(highest) + ", not " + std::to_string(value.entry->argument->value));
-                finding.notes.push_back({joined(area.first->place, area.last->place), "the area"});
+                report
+                    .add(value.entry->argument->place,
+                         counted(static_cast<std::size_t>(width), "bit holds", "bits hold") + " values up to " +
+                             std::to_string(highest) + ", not " + std::to_string(value.entry->argument->value))
+                    .note(joined(area.first->place, area.last->place), "the area");
             }
         }
     }
@@ -131,17 +131,16 @@ void checkRepeatedValues(const Context& context, Report& report)
 {
     for (const DiagTexts& texts : context.device().diagTexts) {
         for (const DiagArea& area : texts.areas) {
-            std::unordered_map<std::int64_t, Span> seen[2];
+            FirstPlaces<std::int64_t> seen[2];
             for (const DiagValue& value : area.values) {
                 if (!value.entry->argument)
                     continue;
                 const Number& number = *value.entry->argument;
-                const auto [first, isNew] = seen[value.isHelp ? 1 : 0].emplace(number.value, number.place);
-                if (isNew)
-                    continue;
-                Finding& finding = report.add(number.place, "the value " + std::to_string(number.value) + " has a " +
-                                                                (value.isHelp ? "help" : "text") + " already");
-                finding.notes.push_back({first->second, "the first one"});
+                if (const Span* first = seen[value.isHelp ? 1 : 0].before(number.value, number.place))
+                    report
+                        .add(number.place, "the value " + std::to_string(number.value) + " has a " +
+                                               (value.isHelp ? "help" : "text") + " already")
+                        .note(*first, "the first one");
             }
         }
     }
@@ -187,8 +186,8 @@ void checkOverlaps(const Context& context, Report& report)
                 const char* what = !earlier.isArea ? " has a text of its own as well"
                                    : later.isArea  ? " belongs to another area as well"
                                                    : " belongs to an area";
-                Finding& finding = report.add(later.place, "bit " + std::to_string(one.first) + what);
-                finding.notes.push_back({earlier.place, "the other place"});
+                report.add(later.place, "bit " + std::to_string(one.first) + what)
+                    .note(earlier.place, "the other place");
             }
             if (one.isArea && (widest == nullptr || one.last > widest->last))
                 widest = &one;
@@ -232,16 +231,14 @@ bool isChannelText(const Entry& entry)
 // The error types of one level: the station's, or those of a module.
 void checkChannels(const std::vector<const Entry*>& entries, Report& report)
 {
-    std::unordered_map<std::int64_t, Span> seen;
+    FirstPlaces<std::int64_t> seen;
     for (const Entry* entry : entries) {
         if (!isChannelText(*entry))
             continue;
         const Number& type = *entry->argument;
-        const auto [first, isNew] = seen.emplace(type.value, type.place);
-        if (isNew)
-            continue;
-        Finding& finding = report.add(type.place, "error type " + std::to_string(type.value) + " has a text already");
-        finding.notes.push_back({first->second, "the first one"});
+        if (const Span* first = seen.before(type.value, type.place))
+            report.add(type.place, "error type " + std::to_string(type.value) + " has a text already")
+                .note(*first, "the first one");
     }
 }
 
@@ -279,16 +276,14 @@ void checkAllHelp(const Context& context, Report& report)
 constexpr Rule kRules[] = {
     {"duplicate-diagnostic-bit", Severity::warning, Group::consistency, "A diagnostic bit has one text for its state.",
      "Unit_Diag_Bit gives the text of a set bit, Unit_Diag_Not_Bit that of a clear one. Of two texts for one state "
-     "tools show "
-     "the first, the last or both.",
+     "tools show the first, the last or both.",
      "Unit_Diag_Bit(7) = \"hot\"\nUnit_Diag_Bit(7) = \"cold\"",
      "Unit_Diag_Bit(7) = \"hot\"\nUnit_Diag_Bit(8) = \"cold\"", checkRepeatedBits},
     {"diagnosis-beyond-length", Severity::warning, Group::consistency,
      "Diagnostic texts are for bits that the station can send.",
      "A diagnosis has six octets that every station sends and one octet as the header of a block; Max_Diag_Data_Len "
-     "less those "
-     "seven is the room for bits. A text for a bit beyond it is never shown: either it has a wrong number, or "
-     "Max_Diag_Data_Len is too small.",
+     "less those seven is the room for bits. A text for a bit beyond it is never shown: either it has a wrong number, "
+     "or Max_Diag_Data_Len is too small.",
      "Max_Diag_Data_Len = 8\nUnit_Diag_Bit(8) = \"hot\"", "Max_Diag_Data_Len = 9\nUnit_Diag_Bit(8) = \"hot\"",
      checkLength},
     {"diagnostic-bit-too-high", Severity::warning, Group::consistency, "The highest diagnostic bit is 495.",
@@ -316,8 +311,7 @@ constexpr Rule kRules[] = {
      checkOverlaps},
     {"help-without-text", Severity::warning, Group::consistency, "Help stands beside a text.",
      "The _Help keywords say more about a bit, a value or an error type whose text another keyword gives. Without the "
-     "text there "
-     "is nothing to help with.",
+     "text there is nothing to help with.",
      "Unit_Diag_Bit_Help(7) = \"check the fan\"",
      "Unit_Diag_Bit(7) = \"hot\"\nUnit_Diag_Bit_Help(7) = \"check the fan\"", checkAllHelp},
     {"duplicate-channel-text", Severity::error, Group::consistency,

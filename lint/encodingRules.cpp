@@ -1,9 +1,11 @@
 // A GSD file has one byte for each character and lines that end in CR LF or LF. Files that were saved otherwise are named as
 // what they are, and written back as they should be where no character is lost by it.
 
+#include "lint/phrases.h"
+#include "lint/places.h"
 #include "lint/tables.h"
 
-#include "gsdfile/document.h"
+#include "gsdfile/textForm.h"
 
 #include <algorithm>
 #include <array>
@@ -25,92 +27,50 @@ std::uint8_t byteAt(std::string_view bytes, std::size_t i)
     return static_cast<std::uint8_t>(bytes[i]);
 }
 
-std::string counted(std::size_t n, const char* one, const char* many)
-{
-    return std::to_string(n) + ' ' + (n == 1 ? one : many);
-}
-
 // UTF-16
 
-enum class Order { low, high }; // which byte of a character comes first
-
-std::optional<Order> utf16Order(std::string_view bytes)
+bool isUtf16(const gsdfile::Document& document)
 {
-    if (bytes.starts_with("\xFF\xFE"))
-        return Order::low;
-    if (bytes.starts_with("\xFE\xFF"))
-        return Order::high;
-    // Without a mark: text of which every second byte is NUL, near enough.
-    const std::string_view sample = bytes.substr(0, 512);
-    std::size_t nuls[2] = {0, 0};
-    for (std::size_t i = 0; i < sample.size(); ++i)
-        nuls[i % 2] += sample[i] == '\0' ? 1U : 0U;
-    const std::size_t most = sample.size() / 2;
-    const std::size_t few = most / 8;
-    if (most < 4)
-        return std::nullopt;
-    if (nuls[1] + few >= most && nuls[0] <= few)
-        return Order::low;
-    if (nuls[0] + few >= most && nuls[1] <= few)
-        return Order::high;
-    return std::nullopt;
+    return document.unit() == 2;
 }
 
-std::optional<std::string> latin1OfUtf16(std::string_view bytes, Order order)
+// The text of a file in UTF-16; nothing where ISO 8859-1 does not have all of it.
+std::optional<std::string> latin1OfUtf16(const gsdfile::Document& document)
 {
+    const std::string_view bytes = document.bytes();
+    const std::size_t low = document.encoding() == gsdfile::Encoding::utf16Little ? 0 : 1;
     std::string text;
-    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
-        const std::size_t low = order == Order::low ? i : i + 1;
-        const std::size_t high = order == Order::low ? i + 1 : i;
-        const bool isMark = i == 0 && byteAt(bytes, high) == 0xFE && byteAt(bytes, low) == 0xFF;
-        if (isMark)
-            continue;
-        if (bytes[high] != '\0')
+    for (std::size_t i = document.hasMark() ? 2 : 0; i + 1 < bytes.size(); i += 2) {
+        if (bytes[i + 1 - low] != '\0')
             return std::nullopt;
-        text += bytes[low];
+        text += bytes[i + low];
     }
     return text;
 }
 
 void checkUtf16(const Context& context, Report& report)
 {
-    const std::string_view bytes = context.document.bytes();
-    const std::optional<Order> order = utf16Order(bytes);
-    if (!order)
+    if (!isUtf16(context.document))
         return;
-    Finding& finding = report.add({}, std::string("the file is UTF-16, ") + (*order == Order::low ? "low" : "high") +
+    const bool isLittle = context.document.encoding() == gsdfile::Encoding::utf16Little;
+    Finding& finding = report.add({}, std::string("the file is UTF-16, ") + (isLittle ? "low" : "high") +
                                           " byte first: no GSD reader finds a keyword in it; save it as ISO 8859-1");
-    if (const std::optional<std::string> text = latin1OfUtf16(bytes, *order))
-        finding.mend.push_back({{0, offset(bytes.size())}, *text});
+    if (const std::optional<std::string> text = latin1OfUtf16(context.document))
+        finding.mend.push_back({{0, offset(context.document.bytes().size())}, *text});
 }
 
 // UTF-8
 
-// The bytes of the character that begins there, 0 when that is none of several bytes.
-std::size_t utf8Length(std::string_view bytes, std::size_t i)
-{
-    const std::uint8_t first = byteAt(bytes, i);
-    const std::size_t length = first >= 0xF0 && first < 0xF5 ? 4 : first >= 0xE0 ? 3 : first >= 0xC2 ? 2 : 0;
-    if (length == 0 || first >= 0xF5 || i + length > bytes.size())
-        return 0;
-    for (std::size_t n = 1; n < length; ++n)
-        if ((byteAt(bytes, i + n) & 0xC0U) != 0x80U)
-            return 0;
-    return length;
-}
-
-// The places of the characters of several bytes; none when the text is not UTF-8 throughout.
+// The places of the characters of several bytes, in a file that is UTF-8.
 std::vector<Span> utf8Characters(std::string_view bytes)
 {
     std::vector<Span> characters;
-    for (std::size_t i = bytes.starts_with(kUtf8Mark) ? kUtf8Mark.size() : 0; i < bytes.size(); ++i) {
-        if (byteAt(bytes, i) < 0x80)
-            continue;
-        const std::size_t length = utf8Length(bytes, i);
-        if (length == 0)
-            return {};
-        characters.push_back({offset(i), offset(i + length)});
-        i += length - 1;
+    std::size_t length = 1;
+    for (std::size_t i = bytes.starts_with(kUtf8Mark) ? kUtf8Mark.size() : 0; i < bytes.size(); i += length) {
+        length = gsdfile::utf8Length(bytes, i);
+        if (length > 1)
+            characters.push_back({offset(i), offset(i + length)});
+        length = std::max<std::size_t>(length, 1);
     }
     return characters;
 }
@@ -170,7 +130,7 @@ void checkNul(const Context& context, Report& report)
 {
     const std::string_view bytes = context.document.bytes();
     const std::size_t first = bytes.find('\0');
-    if (first == std::string_view::npos || utf16Order(bytes))
+    if (first == std::string_view::npos || isUtf16(context.document))
         return;
     report.add({offset(first), offset(first + 1)},
                "the file holds " +
@@ -178,29 +138,43 @@ void checkNul(const Context& context, Report& report)
                    "; a reader ends the line there");
 }
 
-enum LineEnd : std::size_t { kCrLf, kLf, kCr };
+enum LineEndKind : std::size_t { kCrLf, kLf, kCr };
 constexpr std::array<std::string_view, 3> kLineEndBytes = {"\r\n", "\n", "\r"};
 
+// The line ends of a file, and the CRs that end no line.
 struct LineEnds {
     std::array<std::vector<Span>, 3> places;
 
-    explicit LineEnds(std::string_view bytes)
+    explicit LineEnds(const gsdfile::Document& document)
     {
-        for (std::size_t i = bytes.find_first_of("\r\n"); i < bytes.size(); i = bytes.find_first_of("\r\n", i)) {
-            const LineEnd kind = bytes[i] == '\n' ? kLf : bytes.substr(i).starts_with("\r\n") ? kCrLf : kCr;
-            const std::size_t end = i + kLineEndBytes[kind].size();
-            places[kind].push_back({offset(i), offset(end)});
-            i = end;
+        const std::string_view bytes = document.bytes();
+        for (const gsdfile::Line& line : document.lines()) {
+            const std::string_view upToEnd = bytes.substr(0, line.end);
+            for (std::size_t i = upToEnd.find('\r', line.begin); i < line.end; i = upToEnd.find('\r', i + 1))
+                add(kCr, i);
+            if (line.lineEnd == gsdfile::LineEnd::none)
+                continue;
+            add(line.lineEnd == gsdfile::LineEnd::carriageReturnLineFeed ? kCrLf
+                : line.lineEnd == gsdfile::LineEnd::lineFeed             ? kLf
+                                                                         : kCr,
+                line.end);
         }
+    }
+
+private:
+    void add(LineEndKind kind, std::size_t begin)
+    {
+        places[kind].push_back({offset(begin), offset(begin + kLineEndBytes[kind].size())});
     }
 };
 
 void checkCrOnly(const Context& context, Report& report)
 {
     const std::string_view bytes = context.document.bytes();
-    if (bytes.find('\n') != std::string_view::npos || bytes.find('\r') == std::string_view::npos || utf16Order(bytes))
+    if (bytes.find('\n') != std::string_view::npos || bytes.find('\r') == std::string_view::npos ||
+        isUtf16(context.document))
         return;
-    const std::vector<Span> ends = LineEnds(bytes).places[kCr];
+    const std::vector<Span> ends = LineEnds(context.document).places[kCr];
     Finding& finding = report.add(ends.front(), "the " + counted(ends.size(), "line ends", "lines end") +
                                                     " in CR alone: the whole file is read as one line");
     for (const Span end : ends)
@@ -222,10 +196,10 @@ bool isUniform(const gsdfile::Document& document)
 
 void checkMixedLineEnds(const Context& context, Report& report)
 {
-    const std::string_view bytes = context.document.bytes();
-    if (isUniform(context.document) || bytes.find('\n') == std::string_view::npos || context.document.unit() != 1)
+    const gsdfile::Document& document = context.document;
+    if (document.unit() != 1 || document.bytes().find('\n') == std::string_view::npos || isUniform(document))
         return;
-    const LineEnds ends(bytes);
+    const LineEnds ends(document);
     const std::size_t usual = ends.places[kLf].size() > ends.places[kCrLf].size() ? kLf : kCrLf;
     constexpr const char* kNames[] = {"CR LF", "LF", "CR alone"};
     for (std::size_t kind = 0; kind < ends.places.size(); ++kind) {
@@ -242,33 +216,27 @@ void checkMixedLineEnds(const Context& context, Report& report)
 constexpr Rule kRules[] = {
     {"utf-16", Severity::error, Group::encoding, "A GSD file is not UTF-16.",
      "A GSD file has one byte for each character. Saved as UTF-16 (\"Unicode\" in some editors) every second byte is "
-     "NUL, and no "
-     "reader finds a keyword. Save it as ISO 8859-1 (\"ANSI\", \"Western\").",
+     "NUL, and no reader finds a keyword. Save it as ISO 8859-1 (\"ANSI\", \"Western\").",
      "FF FE 23 00 50 00 72 00", "23 50 72 6F (#Pro)", checkUtf16},
     {"utf-8", Severity::warning, Group::encoding, "A GSD file is not UTF-8.",
      "A GSD file has one byte for each character. In UTF-8 a letter such as u with two dots has two: device texts show "
-     "two wrong "
-     "characters in its place, and a text may grow beyond its longest length. Save the file as ISO 8859-1. A file that "
-     "has "
-     "such letters only in comments is read as it is meant.",
+     "two wrong characters in its place, and a text may grow beyond its longest length. Save the file as ISO 8859-1. A "
+     "file that has such letters only in comments is read as it is meant.",
      "Model_Name = \"Ger<C3><A4>t\"", "Model_Name = \"Ger<E4>t\"", checkUtf8},
     {"utf-8-mark", Severity::warning, Group::encoding, "A GSD file does not begin with a byte order mark.",
      "Three bytes (EF BB BF) that some editors put in front of UTF-8. When #Profibus_DP is the first line, they hide "
-     "it and the "
-     "whole file is empty to a reader. Save the file without the mark.",
+     "it and the whole file is empty to a reader. Save the file without the mark.",
      "EF BB BF #Profibus_DP", "#Profibus_DP", checkUtf8Mark},
     {"nul-byte", Severity::error, Group::encoding, "A GSD file holds no NUL byte.",
      "Readers take NUL for the end of the line; what follows is lost. It comes from a damaged copy or from a program "
-     "that "
-     "wrote more than its text.",
+     "that wrote more than its text.",
      "Max_Module = 4<NUL>", "Max_Module = 4", checkNul},
     {"cr-only-line-ends", Severity::error, Group::encoding, "Lines end in CR LF or LF.",
      "A file whose lines end in CR alone, as old Macintosh programs wrote them, is one single line to a reader.",
      "#Profibus_DP<CR>GSD_Revision = 1<CR>", "#Profibus_DP<CR><LF>GSD_Revision = 1<CR><LF>", checkCrOnly},
     {"mixed-line-ends", Severity::hint, Group::encoding, "All lines end in the same way.",
      "CR LF and LF are both right, and readers take a file that has both. Editors and version control may change the "
-     "whole file "
-     "without being asked, though. A CR that is followed by no LF ends no line.",
+     "whole file without being asked, though. A CR that is followed by no LF ends no line.",
      "FMS_supp = 0<CR><LF>\nRedundancy = 0<LF>", "FMS_supp = 0<LF>\nRedundancy = 0<LF>", checkMixedLineEnds},
 };
 

@@ -40,8 +40,29 @@ const char* groupName(Group group)
     return kNames[static_cast<unsigned>(group)];
 }
 
+void Report::begin(const Rule& rule)
+{
+    endRule();
+    _rule = &rule;
+}
+
+void Report::endRule()
+{
+    if (_count > kMostOfRule)
+        _findings.back().message += "; " + std::to_string(_count - kMostOfRule) + " more findings of this rule follow";
+    _count = 0;
+}
+
+std::vector<Finding> Report::take()
+{
+    endRule();
+    return std::move(_findings);
+}
+
 Finding& Report::add(Severity severity, Span place, std::string message)
 {
+    if (++_count > kMostOfRule)
+        return _leftOut = Finding{_rule, severity, place, std::move(message), {}, {}, 0};
     return _findings.emplace_back(Finding{_rule, severity, place, std::move(message), {}, {}, 0});
 }
 

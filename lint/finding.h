@@ -4,7 +4,9 @@
 // belong to it, and, where nothing can be lost by it, the change that mends it.
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace typdescriptor::lint {
@@ -43,6 +45,14 @@ struct Finding {
     std::vector<Note> notes;
     std::vector<Edit> mend; // empty: nothing that a program may safely do
     int code = 0;           // the library's result or warning code, 0 for none
+
+    // Without a place there is nothing to note.
+    Finding& note(std::optional<Span> where, std::string text)
+    {
+        if (where)
+            notes.push_back({*where, std::move(text)});
+        return *this;
+    }
 };
 
 } // namespace typdescriptor::lint

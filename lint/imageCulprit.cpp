@@ -14,11 +14,6 @@ namespace {
 
 using Found = std::optional<Culprit>;
 
-bool hasNumber(const Entry* entry)
-{
-    return entry != nullptr && !entry->numbers.empty();
-}
-
 // A number above the most that a type file has room for.
 Found above(const Entry* entry, std::int64_t most)
 {

@@ -1,10 +1,15 @@
 // Rules about keywords: which one it is, how it is spelled, where it may stand and how often.
 
+#include "lint/phrases.h"
 #include "lint/places.h"
 #include "lint/statementIndex.h"
 #include "lint/tables.h"
+#include "lint/valueGrammar.h"
 
 #include <algorithm>
+#include <iterator>
+#include <set>
+#include <utility>
 
 namespace typdescriptor::lint {
 
@@ -27,39 +32,93 @@ std::string levelName(BlockKind kind)
     return kind == BlockKind::none ? "outside of all blocks" : std::string("in ") + gsdfile::openingName(kind);
 }
 
+bool mayStandOnce(const Keyword& keyword)
+{
+    return keyword.repeat == Repeat::once || keyword.repeat == Repeat::oncePerBlock;
+}
+
 // Whether a keyword is wanted where a statement stands: it may stand there, and not twice.
 bool isWanted(const Keyword& keyword, const Context& context, const Statement& statement)
 {
     if (!mayStand(keyword, blockKindOf(context.document, statement)))
         return false;
-    if (keyword.repeat == Repeat::repeatable || keyword.repeat == Repeat::oncePerArgument)
+    if (!mayStandOnce(keyword))
         return true;
     const StatementIndex& index = context.statements();
     return !(statement.block == gsdfile::kNone ? index.outside(keyword) : index.inside(statement.block, keyword));
 }
 
+// The characters of a name without which it means something else, whatever the distance: "19.2_supp", "Unit_Diag_!Bit".
+std::string fixedCharacters(std::string_view name)
+{
+    std::string fixed;
+    std::ranges::copy_if(name, std::back_inserter(fixed),
+                         [](char c) { return (c >= '0' && c <= '9') || c == '.' || c == '!'; });
+    return fixed;
+}
+
+// Whether what stands behind an unknown keyword is what the one that is meant takes.
+bool hasFormOf(const Keyword& keyword, const Statement& statement)
+{
+    const bool takesEquals = keyword.form == gsdfile::Form::value || keyword.form == gsdfile::Form::argument;
+    const bool isRightForm = (keyword.form == gsdfile::Form::argument) == (statement.argument != nullptr) &&
+                             takesEquals == (statement.equalsToken != gsdfile::kNone) && statement.faults.empty();
+    if (!isRightForm || (statement.argument && !keyword.arguments.holds(statement.argument->first.value)))
+        return false;
+    bool isRight = true;
+    forEachItem(
+        statement.values, keyword.type,
+        [&](const Item& item, std::span<const gsdfile::Value> values) {
+            isRight =
+                isRight && values.size() >= item.least && std::ranges::all_of(values, [&](const gsdfile::Value& value) {
+                    return isOfKind(value, item.want) &&
+                           (value.kind != gsdfile::Value::number || gsdfile::allowsValue(keyword, value.first.value));
+                });
+        },
+        [&](std::span<const gsdfile::Value>) { isRight = false; });
+    return isRight;
+}
+
+// Whether nothing speaks against writing the near keyword: no other one is as near, it is one of the format and of the
+// file's revision, and the statement has its form.
+bool isSurelyMeant(const gsdfile::Nearest& nearest, const Context& context, const Statement& statement)
+{
+    static const Keyword& kRevision = *gsdfile::findKeyword("GSD_Revision");
+    const Keyword& keyword = *nearest.keyword;
+    return nearest.other == nullptr && keyword.origin == gsdfile::Origin::genuine &&
+           keyword.revision <= context.statements().number(kRevision).value_or(keyword.revision) &&
+           fixedCharacters(keyword.name) == fixedCharacters(statement.name) && hasFormOf(keyword, statement);
+}
+
 void checkUnknown(const Context& context, Report& report)
 {
+    std::set<std::pair<const Keyword*, std::uint32_t>> taken; // meant before, in a block
     for (const Statement* unknown : context.statements().unknown()) {
         const Statement& statement = *unknown;
         if (gsdfile::isMasterKeyword(statement.name))
             continue;
         const Span place = keywordPlace(context.document, statement);
         const std::string message = "unknown keyword " + std::string(statement.name);
-        const Keyword* near = context.statements().nearest(statement);
-        if (!near) {
+        const gsdfile::Nearest nearest = context.statements().nearest(statement);
+        if (!nearest.keyword) {
             const bool isAssignment = statement.equalsToken != gsdfile::kNone || statement.argument;
             if (isAssignment || statement.values.empty())
                 report.add(Severity::hint, place, message + "; readers skip it");
-        } else if (!isWanted(*near, context, statement)) {
-            report.add(Severity::hint, place,
-                       message + "; it is like " + near->name + ", which has no place here or stands there already");
-        } else {
-            const bool isMissing = std::string_view(near->duty) == "mandatory";
-            Finding& finding =
-                report.add(place, message + "; did you mean " + near->name + (isMissing ? ", which is missing?" : "?"));
-            finding.mend.push_back({place, near->name});
+            continue;
         }
+        const Keyword& near = *nearest.keyword;
+        const bool isSecond = mayStandOnce(near) && !taken.emplace(&near, statement.block).second;
+        if (isSecond || !isWanted(near, context, statement)) {
+            report.add(Severity::hint, place,
+                       message + "; it is like " + near.name + ", which has no place here or stands there already");
+            continue;
+        }
+        const bool isMissing = std::string_view(near.duty) == "mandatory";
+        const std::string other = nearest.other ? std::string(" or ") + nearest.other->name : "";
+        Finding& finding = report.add(place, message + "; did you mean " + near.name + other +
+                                                 (isMissing ? ", which is missing?" : "?"));
+        if (isSurelyMeant(nearest, context, statement))
+            finding.mend.push_back({place, near.name});
     }
 }
 
@@ -110,7 +169,7 @@ void checkLetterCase(const Context& context, Report& report)
     if (edits.empty() || context.document.unit() != 1)
         return;
     const std::string others =
-        edits.size() == 1 ? "" : ", as in " + amount(edits.size() - 1, "more place", "more places");
+        edits.size() == 1 ? "" : ", as in " + counted(edits.size() - 1, "more place", "more places");
     Finding& finding = report.add(edits.front().place, textAt(context.document, edits.front().place) + " is " +
                                                            edits.front().text + " in other letters" + others);
     finding.mend = std::move(edits);
@@ -128,6 +187,22 @@ void checkExtension(const Context& context, Report& report)
     }
 }
 
+// Keywords whose first revision is beyond doubt.
+constexpr std::string_view kSureRevisions[] = {
+    "3M_supp",
+    "6M_supp",
+    "12M_supp",
+    "31.25_supp",
+    "45.45_supp",
+    "DPV1_Data_Types",
+    "WD_Base_1ms_supp",
+    "Check_Cfg_Mode",
+    "Pull_Plug_Alarm_required",
+    "Status_Alarm_required",
+    "Update_Alarm_required",
+    "Manufacturer_Specific_Alarm_required",
+};
+
 void checkRevision(const Context& context, Report& report)
 {
     static const Keyword& kRevision = *gsdfile::findKeyword("GSD_Revision");
@@ -135,17 +210,21 @@ void checkRevision(const Context& context, Report& report)
     if (!stated)
         return;
     const Span place = valuePlace(context.document, context.statements().outside(kRevision)->values.front());
+    bool isNoted = false; // the same place once
     const std::vector<Statement>& statements = context.document.statements();
     for (std::size_t i = 0; i < statements.size(); ++i) {
         const Keyword* keyword = statements[i].keyword;
         if (!keyword || keyword->revision <= *stated || keyword->closes != BlockKind::none ||
             !context.statements().isFirst(i))
             continue;
+        const bool isSure = std::ranges::find(kSureRevisions, keyword->name) != std::end(kSureRevisions);
         Finding& finding =
-            report.add(keywordPlace(context.document, statements[i]),
+            report.add(isSure ? Severity::warning : Severity::hint, keywordPlace(context.document, statements[i]),
                        std::string(keyword->name) + " came with revision " + std::to_string(keyword->revision) +
                            "; the file states " + std::to_string(*stated));
-        finding.notes.push_back({place, "the revision of the file"});
+        if (!isNoted)
+            finding.note(place, "the revision of the file");
+        isNoted = true;
     }
 }
 
@@ -167,16 +246,16 @@ void checkDuplicate(const Context& context, Report& report)
     const std::vector<Statement>& statements = context.document.statements();
     for (std::size_t i = 0; i < statements.size(); ++i) {
         const Keyword* keyword = statements[i].keyword;
-        if (!keyword || keyword->closes != BlockKind::none || keyword->name == kSection ||
-            (keyword->repeat != Repeat::once && keyword->repeat != Repeat::oncePerBlock))
+        if (!keyword || keyword->closes != BlockKind::none || keyword->name == kSection || !mayStandOnce(*keyword))
             continue;
         const Statement* first = context.statements().earlier(i);
         if (!first)
             continue;
-        Finding& finding = report.add(keywordPlace(context.document, statements[i]),
-                                      std::string(keyword->name) + " may stand once " +
-                                          levelName(blockKindOf(context.document, statements[i])));
-        finding.notes.push_back({keywordPlace(context.document, *first), "it stands here first"});
+        report
+            .add(keywordPlace(context.document, statements[i]),
+                 std::string(keyword->name) + " may stand once " +
+                     levelName(blockKindOf(context.document, statements[i])))
+            .note(keywordPlace(context.document, *first), "it stands here first");
     }
 }
 
@@ -222,12 +301,12 @@ void checkClosed(const Context& context, Report& report)
         const bool isAtEnd = block.end >= statements.size();
         const Statement& behind = isAtEnd ? statements.back() : statements[block.end];
         const std::string missing = gsdfile::closingName(block.kind);
-        Finding& finding =
-            report.add(behind.keywordToken == gsdfile::kNone ? spanOf(document.tokens()[behind.firstToken])
-                                                             : keywordPlace(document, behind),
-                       missing + (isAtEnd ? " is missing at the end of the file" : " is missing before this line"));
-        finding.notes.push_back({keywordPlace(document, statements[block.opening]),
-                                 std::string(gsdfile::openingName(block.kind)) + " begins here"});
+        report
+            .add(behind.keywordToken == gsdfile::kNone ? spanOf(document.tokens()[behind.firstToken])
+                                                       : keywordPlace(document, behind),
+                 missing + (isAtEnd ? " is missing at the end of the file" : " is missing before this line"))
+            .note(keywordPlace(document, statements[block.opening]),
+                  std::string(gsdfile::openingName(block.kind)) + " begins here");
     }
 }
 
@@ -250,36 +329,30 @@ void checkEnd(const Context& context, Report& report)
 constexpr Rule kRules[] = {
     {"unknown-keyword", Severity::warning, Group::form, "A keyword is one of the format's.",
      "Readers skip a keyword that they do not know, so a misspelt one is silently without effect, and a mandatory one "
-     "is missing. "
-     "When a keyword of the format is near and would be right in that place, it is named. Without one this is a hint: "
-     "makers add "
-     "keywords of their own, which does no harm.",
+     "is missing. When a keyword of the format is near and would be right in that place, it is named. Without one this "
+     "is a hint: makers add keywords of their own, which does no harm.",
      "Max_Diag_Data_Length = 16", "Max_Diag_Data_Len = 16", checkUnknown},
     {"field-spelling", Severity::warning, Group::form, "A keyword is spelled as the format spells it.",
      "Some misspellings are so common that a number of readers take them: PrmTextRef for Prm_Text_Ref, ChannelDiag for "
      "Channel_Diag. The spelling of the format is understood by all. Module_Reference is no keyword of the format: the "
-     "reference of "
-     "a module stands alone on the line behind Module.",
+     "reference of a module stands alone on the line behind Module.",
      "ChannelDiag(16) = \"No supply\"", "Channel_Diag(16) = \"No supply\"", checkVariant},
     {"letter-case", Severity::hint, Group::form, "Keywords are written with the format's capital and small letters.",
      "Readers compare keywords without regard to case, so this harms nobody; files are easier to search and to compare "
-     "when all are "
-     "written alike. One finding stands for the whole file.",
+     "when all are written alike. One finding stands for the whole file.",
      "gsd_revision = 3", "GSD_Revision = 3", checkLetterCase},
     {"extension-keyword", Severity::hint, Group::form, "A keyword is one that all readers know.",
      "The library reads some keywords that are not part of the format. Other readers skip them, so the device must be "
-     "complete "
-     "without them. One finding stands for all statements of a keyword.",
+     "complete without them. One finding stands for all statements of a keyword.",
      "Preset = 1", "; the module is plugged from the start", checkExtension},
     {"newer-than-revision", Severity::hint, Group::form, "A keyword is not newer than the file's GSD_Revision.",
-     "A reader may know no more than what the stated revision has. Raise GSD_Revision, or leave the keyword out. For "
-     "some keywords "
-     "the revision that brought them is not certain. One finding stands for all statements of a keyword.",
+     "A reader may know no more than what the stated revision has. Raise GSD_Revision, or leave the keyword out. Where "
+     "the revision that brought the keyword is certain, this is a warning. One finding stands for all statements of a "
+     "keyword.",
      "GSD_Revision = 1\nDPV1_Slave = 1", "GSD_Revision = 3\nDPV1_Slave = 1", checkRevision},
     {"master-keyword", Severity::warning, Group::form, "The file of a slave has no keywords of masters.",
      "Keywords such as Download_supp or Max_MPS_Length describe a master of class 1. In the file of a slave they have "
-     "no effect; they "
-     "are left over from a template, as a rule.",
+     "no effect; they are left over from a template, as a rule.",
      "Station_Type = 0\nMax_MPS_Length = 0", "Station_Type = 0", checkMaster},
     {"duplicate-keyword", Severity::error, Group::form, "A keyword that may stand once stands once.",
      "Some readers take the first statement, some the last, and some refuse the file.",

@@ -276,37 +276,32 @@ std::span<const Rule> libraryRules()
     static constexpr Rule kRules[] = {
         {"library-refuses", Severity::error, Group::library, "The library compiles the file.",
          "The library ends a compilation at the first thing that it does not take, with a code. It is stricter than "
-         "the format in "
-         "places: it knows 106 keywords, skips every other one, but takes a keyword that begins with one of its own "
-         "for that "
-         "one; it takes texts of 32 characters at most; and it knows DP slaves only.",
+         "the format in places: it knows 106 keywords, skips every other one, but takes a keyword that begins with one "
+         "of its own for that one; it takes texts of 32 characters at most; and it knows DP slaves only.",
          "Unit_Diag_Bit_Help(0) = \"check the fan\"", "; Unit_Diag_Bit_Help(0) = \"check the fan\"", checkCompilation},
         {"library-refuses-type-file", Severity::error, Group::library,
          "The library's check takes what was compiled from the file.",
          "A file may compile and still describe a device that no type file can: the check of the compiled type file "
-         "then gives a "
-         "code. The statement that leads to it is looked for by the limits of the type file.",
+         "then gives a code. The statement that leads to it is looked for by the limits of the type file.",
          "Max_Input_Len = 0\nMax_Output_Len = 0", "Max_Input_Len = 8\nMax_Output_Len = 0", checkImage},
         {"library-cuts-text", Severity::hint, Group::library, "A text fits into its field of the type file.",
          "GSD allows texts of 32 characters; a type file has room for 10 of Vendor_Name, 17 of Model_Name, 7 of "
-         "Bitmap_Device, 10 of "
-         "Periphery and 30 of most others. Blanks are taken out first, the last one first; then the text is cut.",
+         "Bitmap_Device, 10 of Periphery and 30 of most others. Blanks are taken out first, the last one first; then "
+         "the text is cut.",
          "Vendor_Name = \"Example Devices Ltd.\"", "Vendor_Name = \"Example\"", checkTexts},
         {"library-narrows-parameter", Severity::hint, Group::library,
          "A parameter has a data type that the type file has.",
          "A type file has parameters of one byte without and two bytes with or without a sign. Of Unsigned32 and "
-         "Signed32 the "
-         "lower 16 bits are kept, Signed8 loses its sign.",
+         "Signed32 the lower 16 bits are kept, Signed8 loses its sign.",
          "Unsigned32 100000 0-200000", "Unsigned16 10000 0-20000", checkTypes},
         {"library-cuts-area", Severity::hint, Group::library, "A diagnostic area lies within one octet.",
          "A type file has areas of at most eight bits in one octet. Of others the bits in the octet of the last one "
-         "are dropped, and "
-         "of the values what does not fit.",
+         "are dropped, and of the values what does not fit.",
          "Unit_Diag_Area = 6-9", "Unit_Diag_Area = 8-11", checkAreas},
         {"library-skips-keyword", Severity::hint, Group::library, "The library reads every keyword of the file.",
          "The library reads the keywords that its type file has room for and skips every other one. Such a line is "
-         "right; a host of "
-         "the library just does not learn what it says. The finding stands once in a file, at the first of them.",
+         "right; a host of the library just does not learn what it says. The finding stands once in a file, at the "
+         "first of them.",
          "C1_Max_Data_Len = 64", "C1_Max_Data_Len = 64 ; right as it is", checkSkipped},
     };
     return kRules;

@@ -1,11 +1,15 @@
 // Rules about lines: the start of the section, lines that are no statement, long ones, and what a comment allows.
 
 #include "lint/allowed.h"
+#include "lint/phrases.h"
 #include "lint/places.h"
 #include "lint/statementIndex.h"
 #include "lint/tables.h"
 
+#include "gsdfile/textForm.h"
+
 #include <algorithm>
+#include <iterator>
 
 namespace typdescriptor::lint {
 
@@ -57,34 +61,53 @@ void checkSecondStart(const Context& context, Report& report)
     const Document& document = context.document;
     if (document.section() == gsdfile::kNone)
         return;
-    const Span first = keywordPlace(document, document.statements()[document.section()]);
+    const Statement& section = document.statements()[document.section()];
+    const Span first = keywordPlace(document, section);
+    const auto tell = [&](Span place) {
+        report.add(place, "the section is opened a second time").note(first, "it begins here");
+    };
+    for (const Statement& statement : document.statements())
+        if (statement.keyword == section.keyword && &statement != &section)
+            tell(keywordPlace(document, statement));
     for (const Token& token : document.tokens()) {
-        if (token.begin < first.end || (token.kind != TokenKind::freeText && token.kind != TokenKind::keyword))
+        if (token.kind != TokenKind::freeText || token.begin < first.end)
             continue;
         const Span place = trimmed(document, token);
-        if (document.text(place.begin, place.end).starts_with('#') && isStart(document.text(place.begin, place.end)))
-            report.add(place, "the section is opened a second time").notes.push_back({first, "it begins here"});
+        if (isStart(document.text(place.begin, place.end)))
+            tell(place);
     }
+}
+
+// How many characters a line has. Bytes are counted first: it has no more of the one than of the other.
+std::size_t lengthOf(const Document& document, const gsdfile::Line& line)
+{
+    const std::size_t units = (line.end - line.begin) / document.unit();
+    return units <= kLongestLine ? units : document.place(line.end).character - 1;
+}
+
+// What stands beyond the longest length of a line.
+Span surplusOf(const Document& document, const gsdfile::Line& line)
+{
+    std::size_t begin = line.begin;
+    for (std::size_t i = 0; i < kLongestLine; ++i)
+        begin += document.encoding() == gsdfile::Encoding::utf8
+                     ? std::max<std::size_t>(gsdfile::utf8Length(document.bytes(), begin), 1)
+                     : document.unit();
+    return {static_cast<std::uint32_t>(begin), line.end};
 }
 
 void checkLength(const Context& context, Report& report)
 {
     const Document& document = context.document;
-    const auto length = [&](const gsdfile::Line& line) { return (line.end - line.begin) / document.unit(); };
-    const gsdfile::Line* first = nullptr;
-    std::size_t count = 0;
-    for (const gsdfile::Line& line : document.lines()) {
-        if (length(line) <= kLongestLine)
-            continue;
-        first = first ? first : &line;
-        ++count;
-    }
-    if (!first)
+    const auto isLong = [&](const gsdfile::Line& line) { return lengthOf(document, line) > kLongestLine; };
+    const auto first = std::ranges::find_if(document.lines(), isLong);
+    if (first == document.lines().end())
         return;
-    std::string others =
-        count == 1 ? "" : "; the file has " + amount(count - 1, "more line", "more lines") + " above 80";
-    report.add({first->begin, first->end},
-               "the line has " + std::to_string(length(*first)) + " characters; the format allows 80" + others);
+    const auto count = static_cast<std::size_t>(std::count_if(std::next(first), document.lines().end(), isLong));
+    const std::string others =
+        count == 0 ? "" : "; the file has " + counted(count, "more line", "more lines") + " above 80";
+    report.add(surplusOf(document, *first), "the line has " + std::to_string(lengthOf(document, *first)) +
+                                                " characters; the format allows 80" + others);
 }
 
 // The first token of a statement that is no blank.
@@ -99,7 +122,7 @@ const Token& firstWord(const Document& document, const Statement& statement)
 bool looksLikeProse(const Context& context, const Statement& statement)
 {
     return !statement.keyword && statement.equalsToken == gsdfile::kNone && !statement.argument &&
-           !context.statements().nearest(statement) && (!statement.values.empty() || !statement.faults.empty());
+           !context.statements().nearest(statement).keyword && (!statement.values.empty() || !statement.faults.empty());
 }
 
 void checkStatement(const Context& context, Report& report)
@@ -158,29 +181,26 @@ constexpr Rule kRules[] = {
      "GSD_Revision = 1", "#Profibus_DP\nGSD_Revision = 1", checkStart},
     {"section-start-twice", Severity::error, Group::form, "#Profibus_DP stands once.",
      "The next line that begins with # ends the section, so what follows a second #Profibus_DP is read by some and "
-     "skipped by "
-     "others. It is left over, as a rule, when files were put together.",
+     "skipped by others. It is left over, as a rule, when files were put together.",
      "#Profibus_DP\nGSD_Revision = 1\n#Profibus_DP", "#Profibus_DP\nGSD_Revision = 1", checkSecondStart},
     {"line-too-long", Severity::hint, Group::form, "A line has 80 characters at most.",
      "The format allows 80 characters in a line, each line of a continued statement counted by itself. Nearly all "
-     "readers take "
-     "longer ones. End the line with a backslash and go on in the next. One finding stands for the whole file.",
+     "readers take longer ones. End the line with a backslash and go on in the next. One finding stands for the whole "
+     "file.",
      "User_Prm_Data = 0x00, 0x00, and so on for more than 80 characters",
      "User_Prm_Data = 0x00, 0x00, \\\n    0x00, 0x00", checkLength},
     {"no-statement", Severity::warning, Group::form, "A line is a statement, a comment or empty.",
      "A comment begins with a semicolon. A line that begins with something else than a keyword is often a comment "
-     "without it, or "
-     "the second half of a statement whose first line lacks its backslash. Readers skip it or refuse the file.",
+     "without it, or the second half of a statement whose first line lacks its backslash. Readers skip it or refuse "
+     "the file.",
      "Rates:\n9.6_supp = 1", "; Rates:\n9.6_supp = 1", checkStatement},
     {"stray-character", Severity::error, Group::form, "A statement has no characters without a meaning.",
      "Behind a value only a comma, a comment or a backslash at the line's end can follow. Readers refuse the rest, or "
-     "lose what "
-     "stands behind it.",
+     "lose what stands behind it.",
      "Max_Module = 4 !", "Max_Module = 4 ; !", checkStrays},
     {"unknown-rule-allowed", Severity::warning, Group::form, "A comment \"typdesc: allow\" names rules that exist.",
-     "The comment keeps quiet what the rules it names find in the statement of its line. A name that no rule has keeps "
-     "nothing "
-     "quiet.",
+     "The comment keeps quiet what the rules it names find in the statement of its line, or in the next statement when "
+     "it stands alone on its line. A name that no rule has keeps nothing quiet.",
      "Max_Module = 250 ; typdesc: allow value-out-of-rage", "Max_Module = 250 ; typdesc: allow value-out-of-range",
      checkAllowances},
 };

@@ -129,8 +129,8 @@ bool isCause(When when, const Statement& statement)
 void noteMisspelt(const Context& context, const Keyword& missing, Finding& finding)
 {
     for (const Statement* statement : context.statements().unknown())
-        if (context.statements().nearest(*statement) == &missing)
-            finding.notes.push_back({keywordPlace(context.document, *statement), "perhaps meant here"});
+        if (context.statements().nearest(*statement).keyword == &missing)
+            finding.note(keywordPlace(context.document, *statement), "perhaps meant here");
 }
 
 // The cause with its value.
@@ -179,7 +179,7 @@ void checkBlocks(const Context& context, Report& report)
     static const std::vector<const Keyword*> missing =
         rowsOf(kBlockDuties, [](const BlockDuty& duty) { return duty.missing; });
     const Document& document = context.document;
-    for (std::size_t block = 0; block < document.blocks().size(); ++block) {
+    for (std::uint32_t block = 0; block < document.blocks().size(); ++block) {
         const gsdfile::Block& within = document.blocks()[block];
         for (std::size_t i = 0; i < std::size(kBlockDuties); ++i)
             if (kBlockDuties[i].block == within.kind && !context.statements().inside(block, *missing[i]))
@@ -207,8 +207,7 @@ void checkMandatory(const Context& context, Report& report)
 constexpr Rule kRules[] = {
     {"missing-mandatory-keyword", Severity::error, Group::form, "A file has all keywords that are mandatory.",
      "Some keywords always stand in the file of a slave; others are made mandatory by a statement, such as MaxTsdr_9.6 "
-     "by 9.6_supp = 1. "
-     "Where the condition is not certain, or readers take the keyword's absence, this is a warning.",
+     "by 9.6_supp = 1. Where the condition is not certain, or readers take the keyword's absence, this is a warning.",
      "9.6_supp = 1", "9.6_supp = 1\nMaxTsdr_9.6 = 60", checkMandatory},
 };
 

@@ -43,11 +43,6 @@ void forEachBlock(const DeviceIndex& device, Function function)
             function(OwnedBlock{module.prm.blocks[i], &module, kNames[i].moduleLength});
 }
 
-bool hasNumber(const Entry* entry)
-{
-    return entry != nullptr && !entry->numbers.empty();
-}
-
 std::int64_t lengthOf(const PrmBlock& block)
 {
     return hasNumber(block.length) ? block.length->number() : 0;
@@ -92,9 +87,9 @@ void checkLengthStated(const Context& context, Report& report)
         Finding& finding =
             report.add(place, owner + " has no length for its parameters: " + std::string(owned.lengthKeyword) + why);
         if (owned.block.length != nullptr)
-            finding.notes.push_back({owned.block.length->valuePlace(), "the length"});
+            finding.note(owned.block.length->valuePlace(), "the length");
         else if (owned.module != nullptr)
-            finding.notes.push_back({owned.module->place, "the module"});
+            finding.note(owned.module->place, "the module");
     });
 }
 
@@ -141,9 +136,8 @@ void checkConstantOverlap(const Context& context, Report& report)
             }
             if (other == nullptr)
                 continue;
-            Finding& finding =
-                report.add(bytesPlace(constants), "byte " + std::to_string(where) + " has a constant already");
-            finding.notes.push_back({other->place, "the other constant"});
+            report.add(bytesPlace(constants), "byte " + std::to_string(where) + " has a constant already")
+                .note(other->place, "the other constant");
         }
     });
 }
@@ -174,11 +168,11 @@ void checkBitsOf(const PrmBlock& block, Report& report)
             const bool isBehind = farthest->placement->place.begin < one.placement->place.begin;
             const Placement& later = isBehind ? *one.placement : *farthest->placement;
             const Placement& earlier = isBehind ? *farthest->placement : *one.placement;
-            Finding& finding =
-                report.add(later.offset.place, "parameter " + std::to_string(later.reference.value) + " takes " +
-                                                   (later.definition->type()->isBits ? "bits" : "a byte") +
-                                                   " of parameter " + std::to_string(earlier.reference.value));
-            finding.notes.push_back({earlier.place, "the other parameter"});
+            report
+                .add(later.offset.place, "parameter " + std::to_string(later.reference.value) + " takes " +
+                                             (later.definition->type()->isBits ? "bits" : "a byte") + " of parameter " +
+                                             std::to_string(earlier.reference.value))
+                .note(earlier.place, "the other parameter");
         }
         if (farthest == nullptr || one.last > farthest->last)
             farthest = &one;
@@ -231,10 +225,10 @@ void checkDefinitions(const Context& context, Report& report)
                 report.add(placement.reference.place, "there is no ExtUserPrmData " + number);
                 continue;
             }
-            Finding& finding =
-                report.add(placement.reference.place,
-                           "ExtUserPrmData " + number + " stands further down; it comes before its first use");
-            finding.notes.push_back({placement.laterDefinition->place, "it stands here"});
+            report
+                .add(placement.reference.place,
+                     "ExtUserPrmData " + number + " stands further down; it comes before its first use")
+                .note(placement.laterDefinition->place, "it stands here");
         }
     });
 }
@@ -275,11 +269,11 @@ void checkSums(const Context& context, Report& report)
         const std::int64_t length = lengthOf(block);
         if (length <= 0 || budget.station + length <= budget.most->number())
             continue;
-        Finding& finding = report.add(block.length->valuePlace(),
-                                      "the module's " + counted(static_cast<std::size_t>(length), "byte", "bytes") +
-                                          budget.stationText() + " are more than the " +
-                                          std::to_string(budget.most->number()) + " of the station");
-        finding.notes.push_back({budget.most->valuePlace(), "Max_User_Prm_Data_Len"});
+        report
+            .add(block.length->valuePlace(),
+                 "the module's " + counted(static_cast<std::size_t>(length), "byte", "bytes") + budget.stationText() +
+                     " are more than the " + std::to_string(budget.most->number()) + " of the station")
+            .note(budget.most->valuePlace(), "Max_User_Prm_Data_Len");
     }
 }
 
@@ -296,11 +290,11 @@ void checkFullStation(const Context& context, Report& report)
     const std::int64_t needed = budget.station + largest * most->number();
     if (largest == 0 || budget.station + largest > budget.most->number() || needed <= budget.most->number())
         return;
-    Finding& finding = report.add(budget.most->valuePlace(),
-                                  std::to_string(most->number()) + " modules of " + std::to_string(largest) + " bytes" +
-                                      budget.stationText() + " take " + std::to_string(needed) +
-                                      ": not every configuration can be parametrised");
-    finding.notes.push_back({most->valuePlace(), "Max_Module"});
+    report
+        .add(budget.most->valuePlace(), std::to_string(most->number()) + " modules of " + std::to_string(largest) +
+                                            " bytes" + budget.stationText() + " take " + std::to_string(needed) +
+                                            ": not every configuration can be parametrised")
+        .note(most->valuePlace(), "Max_Module");
 }
 
 void checkFixedData(const Context& context, Report& report)
@@ -314,9 +308,10 @@ void checkFixedData(const Context& context, Report& report)
     const Span place = joined(data->numbers.front().place, data->numbers.back().place);
     if (!hasNumber(length) || length->number() == count)
         return;
-    Finding& finding = report.add(place, "User_Prm_Data has " + counted(data->numbers.size(), "byte", "bytes") +
-                                             ", User_Prm_Data_Len says " + std::to_string(length->number()));
-    finding.notes.push_back({length->valuePlace(), "the length"});
+    report
+        .add(place, "User_Prm_Data has " + counted(data->numbers.size(), "byte", "bytes") +
+                        ", User_Prm_Data_Len says " + std::to_string(length->number()))
+        .note(length->valuePlace(), "the length");
 }
 
 void checkTwoDescriptions(const Context& context, Report& report)
@@ -326,10 +321,10 @@ void checkTwoDescriptions(const Context& context, Report& report)
     const Entry* described = device.entry("Max_User_Prm_Data_Len");
     if (fixed == nullptr || described == nullptr)
         return;
-    Finding& finding =
-        report.add(fixed->place, "the parameters are described twice, with User_Prm_Data and with "
-                                 "Max_User_Prm_Data_Len; tools that know the second leave out the first");
-    finding.notes.push_back({described->place, "the other description"});
+    report
+        .add(fixed->place, "the parameters are described twice, with User_Prm_Data and with "
+                           "Max_User_Prm_Data_Len; tools that know the second leave out the first")
+        .note(described->place, "the other description");
 }
 
 constexpr Rule kRules[] = {
@@ -356,8 +351,7 @@ constexpr Rule kRules[] = {
     {"unset-parameter-bytes", Severity::hint, Group::consistency,
      "Every byte of a module's parameter block has a value.",
      "The value comes from a constant or from the default of a parameter. What has neither is sent as 0, which not "
-     "every device "
-     "takes for \"leave it as it is\".",
+     "every device takes for \"leave it as it is\".",
      "Ext_Module_Prm_Data_Len = 3\nExt_User_Prm_Data_Const(0) = 1,2",
      "Ext_Module_Prm_Data_Len = 3\nExt_User_Prm_Data_Const(0) = 1,2,0", checkUnsetBytes},
     {"unknown-parameter-reference", Severity::error, Group::consistency,
@@ -375,8 +369,7 @@ constexpr Rule kRules[] = {
     {"module-parameters-too-long", Severity::warning, Group::consistency,
      "The parameters of the station and of one module fit into Max_User_Prm_Data_Len.",
      "Max_User_Prm_Data_Len limits the whole telegram, the station's part and the modules' parts together. A module "
-     "that is too "
-     "long by itself can never be parametrised.",
+     "that is too long by itself can never be parametrised.",
      "Max_User_Prm_Data_Len = 4\nModule = \"AI\" 0x50\nExt_Module_Prm_Data_Len = 6",
      "Max_User_Prm_Data_Len = 6\nModule = \"AI\" 0x50\nExt_Module_Prm_Data_Len = 6", checkSums},
     {"parameters-of-full-station", Severity::hint, Group::consistency,

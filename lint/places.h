@@ -38,10 +38,4 @@ inline gsdfile::BlockKind blockKindOf(const gsdfile::Document& document, const g
     return statement.block == gsdfile::kNone ? gsdfile::BlockKind::none : document.blocks()[statement.block].kind;
 }
 
-/// "1 value", "3 values".
-inline std::string amount(std::size_t n, const char* one, const char* many)
-{
-    return std::to_string(n) + ' ' + (n == 1 ? one : many);
-}
-
 } // namespace typdescriptor::lint

@@ -58,7 +58,10 @@ struct Context {
 // Takes the findings of one rule after the other.
 class Report {
 public:
-    void begin(const Rule& rule) { _rule = &rule; }
+    // Of one rule a file has so many findings at most; the last one tells how many more there are.
+    static constexpr std::size_t kMostOfRule = 1000;
+
+    void begin(const Rule& rule);
 
     // The reference holds until the next call; notes, mends and a code are added to it.
     Finding& add(Span place, std::string message) { return add(_rule->severity, place, std::move(message)); }
@@ -67,11 +70,15 @@ public:
     // What the rules before this one found, for a rule that has more to say about the same fault.
     std::vector<Finding>& findings() { return _findings; }
 
-    std::vector<Finding> take() { return std::move(_findings); }
+    std::vector<Finding> take();
 
 private:
+    void endRule();
+
     const Rule* _rule = nullptr;
+    std::size_t _count = 0; // findings of the rule
     std::vector<Finding> _findings;
+    Finding _leftOut; // the last one beyond the limit
 };
 
 // Every rule there is: form, encoding, consistency, library.
@@ -87,7 +94,7 @@ struct Options {
 };
 
 // All findings in the order of their places, the same for the same file every time. Findings that the file itself allows in a
-// comment (`; typdesc: allow NAME, NAME`, for the statement on that line) are not among them.
+// comment (`; typdesc: allow NAME, NAME`, for the statement on that line, or the next one) are not among them.
 std::vector<Finding> check(const gsdfile::Document& document, const Options& options = {});
 
 // `bytes` after the mends of the findings; of mends that overlap the first is made. Checking the result again shows what is left.

@@ -13,11 +13,6 @@ namespace typdescriptor::lint {
 
 namespace {
 
-bool hasNumber(const Entry* entry)
-{
-    return entry != nullptr && !entry->numbers.empty();
-}
-
 // What makes a station a DPV1 slave. Services of a class 2 master are not among them: they are offered without it as well.
 constexpr std::array<std::string_view, 21> kDpv1Keywords = {
     "C1_Read_Write_supp",
@@ -64,10 +59,9 @@ void checkDpv1(const Context& context, Report& report)
         report.add(used.front()->place,
                    std::string(used.front()->keyword) + " is a keyword of DPV1 slaves, and DPV1_Slave is not 1" +
                        (used.size() > 1 ? "; so are " + std::to_string(used.size() - 1) + " more" : ""));
-    if (const Entry* dpv1 = device.entry("DPV1_Slave"))
-        finding.notes.push_back({dpv1->valuePlace(), "the station is no DPV1 slave"});
+    finding.note(valuePlaceOf(device.entry("DPV1_Slave")), "the station is no DPV1 slave");
     for (std::size_t i = 1; i < used.size(); ++i)
-        finding.notes.push_back({used[i]->place, "another keyword of DPV1 slaves"});
+        finding.note(used[i]->place, "another keyword of DPV1 slaves");
 }
 
 void checkDpv1Parameters(const Context& context, Report& report)
@@ -88,7 +82,7 @@ void checkDpv1Parameters(const Context& context, Report& report)
         report.add(stated != nullptr ? stated->valuePlace() : dpv1->place,
                    "a DPV1 slave has at least three octets of user parameters, this one has " + std::to_string(length));
     if (stated != nullptr)
-        finding.notes.push_back({dpv1->place, "the station is a DPV1 slave"});
+        finding.note(dpv1->place, "the station is a DPV1 slave");
 }
 
 struct Requirement {
@@ -117,10 +111,8 @@ void checkRequirement(const DeviceIndex& device, const Entry& entry, Report& rep
         return;
     const Entry* supported = device.entry(row->supported);
     const std::string why = supported != nullptr ? " is 0" : " is not given";
-    Finding& finding =
-        report.add(entry.place, std::string(entry.keyword) + " is 1, but " + std::string(row->supported) + why);
-    if (supported != nullptr)
-        finding.notes.push_back({supported->valuePlace(), "not supported"});
+    report.add(entry.place, std::string(entry.keyword) + " is 1, but " + std::string(row->supported) + why)
+        .note(valuePlaceOf(supported), "not supported");
 }
 
 void checkRequirements(const Context& context, Report& report)
@@ -149,8 +141,8 @@ void checkAlarmMode(const Context& context, Report& report)
     const Entry* mode = device.entry("Alarm_Type_Mode_supp");
     if (alarm == nullptr || !hasNumber(mode) || mode->number() != 0)
         return;
-    Finding& finding = report.add(mode->valuePlace(), "Alarm_Type_Mode_supp is 1 for every station that sends alarms");
-    finding.notes.push_back({alarm->place, "an alarm of the station"});
+    report.add(mode->valuePlace(), "Alarm_Type_Mode_supp is 1 for every station that sends alarms")
+        .note(alarm->place, "an alarm of the station");
 }
 
 void checkAlarmLength(const Context& context, Report& report)
@@ -161,10 +153,10 @@ void checkAlarmLength(const Context& context, Report& report)
     const Entry* length = device.entry("Max_Diag_Data_Len");
     if (alarm == nullptr || !hasNumber(length) || length->number() >= kShortestAlarm)
         return;
-    Finding& finding =
-        report.add(length->valuePlace(), "a diagnosis with an alarm has at least 10 octets, Max_Diag_Data_Len is " +
-                                             std::to_string(length->number()));
-    finding.notes.push_back({alarm->place, "an alarm of the station"});
+    report
+        .add(length->valuePlace(), "a diagnosis with an alarm has at least 10 octets, Max_Diag_Data_Len is " +
+                                       std::to_string(length->number()))
+        .note(alarm->place, "an alarm of the station");
 }
 
 struct Service {
@@ -185,9 +177,8 @@ void checkServices(const Context& context, Report& report)
         const Entry* value = device.entry(service.value);
         if (!device.isOn(service.supported) || !hasNumber(value) || value->number() != 0)
             continue;
-        Finding& finding =
-            report.add(value->valuePlace(), std::string(service.value) + " is 0: the service cannot be used");
-        finding.notes.push_back({device.entry(service.supported)->place, "the service is supported"});
+        report.add(value->valuePlace(), std::string(service.value) + " is 0: the service cannot be used")
+            .note(device.entry(service.supported)->place, "the service is supported");
     }
 }
 
@@ -212,11 +203,10 @@ void checkExtendedTelegram(const Context& context, Report& report)
     if (used == nullptr || device.isOn("X_Prm_SAP_supp"))
         return;
     const Entry* supported = device.entry("X_Prm_SAP_supp");
-    Finding& finding =
-        report.add(used->place, std::string(used->keyword) + " belongs to the extended parameter telegram, and " +
-                                    (supported != nullptr ? "X_Prm_SAP_supp is 0" : "X_Prm_SAP_supp is not given"));
-    if (supported != nullptr)
-        finding.notes.push_back({supported->valuePlace(), "the telegram is not supported"});
+    report
+        .add(used->place, std::string(used->keyword) + " belongs to the extended parameter telegram, and " +
+                              (supported != nullptr ? "X_Prm_SAP_supp is 0" : "X_Prm_SAP_supp is not given"))
+        .note(valuePlaceOf(supported), "the telegram is not supported");
 }
 
 void checkCycle(const Context& context, Report& report)
@@ -226,10 +216,10 @@ void checkCycle(const Context& context, Report& report)
     const Entry* longest = device.entry("TDP_MAX");
     if (!hasNumber(shortest) || !hasNumber(longest) || shortest->number() <= longest->number())
         return;
-    Finding& finding =
-        report.add(shortest->valuePlace(), "the shortest cycle, " + std::to_string(shortest->number()) +
-                                               ", is longer than the longest, " + std::to_string(longest->number()));
-    finding.notes.push_back({longest->valuePlace(), "TDP_MAX"});
+    report
+        .add(shortest->valuePlace(), "the shortest cycle, " + std::to_string(shortest->number()) +
+                                         ", is longer than the longest, " + std::to_string(longest->number()))
+        .note(longest->valuePlace(), "TDP_MAX");
 }
 
 void checkRedundancy(const Context& context, Report& report)
@@ -285,8 +275,7 @@ void checkSafetyLength(const Context& context, Report& report)
 constexpr Rule kRules[] = {
     {"keyword-of-dpv1-slave", Severity::warning, Group::consistency, "Keywords of DPV1 stand in files of DPV1 slaves.",
      "Class 1 services, alarms and the fine setting of watchdog and configuration check come with DPV1_Slave = 1. "
-     "Without it "
-     "tools do not look at them.",
+     "Without it tools do not look at them.",
      "DPV1_Slave = 0\nC1_Read_Write_supp = 1", "DPV1_Slave = 1\nC1_Read_Write_supp = 1", checkDpv1},
     {"dpv1-parameters", Severity::error, Group::consistency,
      "A DPV1 slave has at least three octets of user parameters.",
@@ -325,8 +314,7 @@ constexpr Rule kRules[] = {
     {"safety-parameters", Severity::warning, Group::consistency,
      "Safety parameters are sent to DPV1 slaves in structured blocks.",
      "The F_ parameters form a block with a head of its own. The station has to take structured blocks, which are a "
-     "part of "
-     "DPV1.",
+     "part of DPV1.",
      "F_Ext_User_Prm_Data_Ref(4) = 1",
      "DPV1_Slave = 1\nPrm_Block_Structure_supp = 1\n...\nF_Ext_User_Prm_Data_Ref(4) = 1", checkSafety},
     {"safety-block-length", Severity::warning, Group::consistency,

@@ -1,12 +1,12 @@
 // Rules about the slots of a modular station and the modules that they take.
 
 #include "lint/deviceIndex.h"
+#include "lint/firstPlaces.h"
 #include "lint/phrases.h"
 #include "lint/tables.h"
 
 #include <algorithm>
 #include <iterator>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -42,28 +42,24 @@ void checkCompact(const Context& context, Report& report)
     const DeviceIndex& device = context.device();
     if (device.slotDefinition == nullptr || device.isOn("Modular_Station"))
         return;
-    Finding& finding = report.add(device.slotDefinition->place, "a compact station has no slots to define");
-    if (const Entry* modular = device.entry("Modular_Station"))
-        finding.notes.push_back({modular->valuePlace(), "the station is compact"});
+    report.add(device.slotDefinition->place, "a compact station has no slots to define")
+        .note(valuePlaceOf(device.entry("Modular_Station")), "the station is compact");
 }
 
 void checkNumbers(const Context& context, Report& report)
 {
     const DeviceIndex& device = context.device();
     const Entry* most = device.entry("Max_Module");
-    std::unordered_map<std::int64_t, const Slot*> seen;
+    FirstPlaces<std::int64_t> seen;
     for (const Slot& slot : device.slots) {
-        const auto [first, isNew] = seen.emplace(slot.number.value, &slot);
-        if (!isNew) {
-            Finding& finding =
-                report.add(slot.number.place, "slot " + std::to_string(slot.number.value) + " is defined already");
-            finding.notes.push_back({first->second->number.place, "the first time"});
-        } else if (most != nullptr && !most->numbers.empty() && slot.number.value > most->number()) {
-            Finding& finding =
-                report.add(slot.number.place, "the station has only " +
-                                                  counted(static_cast<std::size_t>(most->number()), "slot", "slots"));
-            finding.notes.push_back({most->valuePlace(), "Max_Module of the station"});
-        }
+        if (const Span* first = seen.before(slot.number.value, slot.number.place))
+            report.add(slot.number.place, "slot " + std::to_string(slot.number.value) + " is defined already")
+                .note(*first, "the first time");
+        else if (hasNumber(most) && most->number() >= 0 && slot.number.value > most->number())
+            report
+                .add(slot.number.place,
+                     "the station has only " + counted(static_cast<std::size_t>(most->number()), "slot", "slots"))
+                .note(most->valuePlace(), "Max_Module of the station");
     }
 }
 
@@ -96,9 +92,10 @@ void checkPresets(const Context& context, Report& report)
     for (const Slot& slot : context.device().slots) {
         if (slot.allowed.empty() || isReversed(slot) || allows(slot, slot.preset.value))
             continue;
-        Finding& finding = report.add(slot.preset.place, "the slot does not allow its own default module " +
-                                                             std::to_string(slot.preset.value));
-        finding.notes.push_back({joined(slot.allowed.front().place, slot.allowed.back().place), "what it allows"});
+        report
+            .add(slot.preset.place,
+                 "the slot does not allow its own default module " + std::to_string(slot.preset.value))
+            .note(joined(slot.allowed.front().place, slot.allowed.back().place), "what it allows");
     }
 }
 
@@ -131,12 +128,12 @@ void checkGaps(const Context& context, Report& report)
                                              std::to_string(numbers[i]) + ": none in between is defined");
         return;
     }
-    if (most == nullptr || most->numbers.empty() || last >= most->number())
+    if (!hasNumber(most) || last >= most->number())
         return;
-    Finding& finding =
-        report.add(most->valuePlace(), "the station has " + std::to_string(most->number()) +
-                                           " slots, only those up to " + std::to_string(last) + " are defined");
-    finding.notes.push_back({device.slotDefinition->place, "the definition of the slots"});
+    report
+        .add(most->valuePlace(), "the station has " + std::to_string(most->number()) + " slots, only those up to " +
+                                     std::to_string(last) + " are defined")
+        .note(device.slotDefinition->place, "the definition of the slots");
 }
 
 // All numbers that some slot allows.
@@ -201,8 +198,7 @@ constexpr Rule kRules[] = {
      "Slot(1) = \"A\" 1 1-4", checkRanges},
     {"slot-gap", Severity::warning, Group::consistency, "The slots from 1 to Max_Module are all defined.",
      "A slot between others that is not defined, or slots up to Max_Module without a definition, take any module or "
-     "none, "
-     "depending on the tool.",
+     "none, depending on the tool.",
      "Max_Module = 3\nSlot(1) = \"A\" 1 1\nSlot(3) = \"C\" 1 1",
      "Max_Module = 3\nSlot(1) = \"A\" 1 1\nSlot(2) = \"B\" 1 1\nSlot(3) = \"C\" 1 1", checkGaps},
     {"module-in-no-slot", Severity::warning, Group::consistency, "Every module is allowed in some slot.",

@@ -44,15 +44,15 @@ void StatementIndex::addUnknown(const Statement& statement)
         return;
     _unknown.push_back(&statement);
     const bool isOneTooMany = _nearest.size() >= kMostNames;
-    const auto [entry, isNew] = _nearest.emplace(statement.name, nullptr);
+    const auto [entry, isNew] = _nearest.try_emplace(statement.name);
     if (isNew && !isOneTooMany && !gsdfile::isMasterKeyword(statement.name))
         entry->second = gsdfile::nearestKeyword(statement.name);
 }
 
-const Keyword* StatementIndex::nearest(const Statement& statement) const
+gsdfile::Nearest StatementIndex::nearest(const Statement& statement) const
 {
     const auto entry = _nearest.find(statement.name);
-    return entry == _nearest.end() ? nullptr : entry->second;
+    return entry == _nearest.end() ? gsdfile::Nearest{} : entry->second;
 }
 
 const Statement* StatementIndex::outside(const Keyword& keyword) const
@@ -69,7 +69,7 @@ std::optional<std::int64_t> StatementIndex::number(const Keyword& keyword) const
     return statement->values.front().first.value;
 }
 
-const Statement* StatementIndex::inside(std::size_t block, const Keyword& keyword) const
+const Statement* StatementIndex::inside(std::uint32_t block, const Keyword& keyword) const
 {
     const gsdfile::Block& within = _document.blocks()[block];
     for (std::size_t i = within.opening + 1; i < within.end; ++i) {

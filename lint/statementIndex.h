@@ -22,13 +22,13 @@ public:
     /// The number that is its first value; nothing when it is not there or its value is none.
     std::optional<std::int64_t> number(const gsdfile::Keyword& keyword) const;
     /// The first statement of a keyword in a block, blocks inside of it apart; null when there is none.
-    const gsdfile::Statement* inside(std::size_t block, const gsdfile::Keyword& keyword) const;
+    const gsdfile::Statement* inside(std::uint32_t block, const gsdfile::Keyword& keyword) const;
     /// A statement of the same keyword that stands before in the same block, or outside as this one; null when there is none.
     const gsdfile::Statement* earlier(std::size_t statement) const;
     /// Whether no other statement of the file has its keyword before.
     bool isFirst(std::size_t statement) const { return _earlier[statement] == kNoStatement; }
-    /// The keyword that an unknown one most likely stands for; null when none is near.
-    const gsdfile::Keyword* nearest(const gsdfile::Statement& statement) const;
+    /// The keyword that an unknown one most likely stands for, and one that is as near.
+    gsdfile::Nearest nearest(const gsdfile::Statement& statement) const;
 
     /// The statements with an unknown keyword.
     const std::vector<const gsdfile::Statement*>& unknown() const { return _unknown; }
@@ -41,7 +41,7 @@ private:
     const gsdfile::Document& _document;
     std::vector<std::uint32_t> _outside; // for each keyword
     std::vector<const gsdfile::Statement*> _unknown;
-    std::unordered_map<std::string_view, const gsdfile::Keyword*> _nearest; // for the name of each unknown keyword
+    std::unordered_map<std::string_view, gsdfile::Nearest> _nearest; // for the name of each unknown keyword
     std::vector<std::uint32_t> _earlier; // for each statement: the one of the same keyword before, in whatever block
 };
 

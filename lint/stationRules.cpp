@@ -65,10 +65,8 @@ void checkUnusedTimes(const Context& context, Report& report)
         if (supported != nullptr && supported->numbers.empty())
             continue;
         const std::string why = supported == nullptr ? " is not given" : " is 0";
-        Finding& finding = report.add(time->place, std::string(rate.responseTime) +
-                                                       " has no use: " + std::string(rate.supported) + why);
-        if (supported != nullptr)
-            finding.notes.push_back({supported->valuePlace(), "the rate is not supported"});
+        report.add(time->place, std::string(rate.responseTime) + " has no use: " + std::string(rate.supported) + why)
+            .note(valuePlaceOf(supported), "the rate is not supported");
     }
 }
 
@@ -76,7 +74,7 @@ void checkReservedNumber(const Context& context, Report& report)
 {
     constexpr std::int64_t kHighest = 0xFFFF;
     const Entry* entry = context.device().entry("Ident_Number");
-    if (entry == nullptr || entry->numbers.empty())
+    if (!hasNumber(entry))
         return;
     if (entry->number() == 0 || entry->number() == kHighest)
         report.add(entry->valuePlace(),
@@ -100,7 +98,7 @@ void checkFileName(const Context& context, Report& report)
 {
     const Entry* entry = context.device().entry("Ident_Number");
     const long number = numberOfName(context.fileName);
-    if (number >= 0 && entry != nullptr && !entry->numbers.empty() && entry->number() != number)
+    if (number >= 0 && hasNumber(entry) && entry->number() != number)
         report.add(entry->valuePlace(), "the Ident_Number is " + inHex(entry->number(), 4) +
                                             ", but the name of the file ends in " + inHex(number, 4).substr(2));
 }
@@ -109,12 +107,11 @@ void checkCompactModules(const Context& context, Report& report)
 {
     const DeviceIndex& device = context.device();
     const Entry* most = device.entry("Max_Module");
-    if (!isCompact(device) || most == nullptr || most->numbers.empty() || most->number() == 1)
+    if (!isCompact(device) || !hasNumber(most) || most->number() == 1)
         return;
-    Finding& finding = report.add(most->valuePlace(), "a compact station has one module, Max_Module says " +
-                                                          std::to_string(most->number()));
-    if (const Entry* modular = device.entry("Modular_Station"))
-        finding.notes.push_back({modular->valuePlace(), "Modular_Station is 0"});
+    report
+        .add(most->valuePlace(), "a compact station has one module, Max_Module says " + std::to_string(most->number()))
+        .note(valuePlaceOf(device.entry("Modular_Station")), "Modular_Station is 0");
 }
 
 struct DataLengths {
@@ -127,15 +124,11 @@ struct DataLengths {
           both(device.entry("Max_Data_Len"))
     {}
 
-    bool isWhole() const
-    {
-        const auto hasNumber = [](const Entry* entry) { return entry != nullptr && !entry->numbers.empty(); };
-        return hasNumber(input) && hasNumber(output) && hasNumber(both);
-    }
+    bool isWhole() const { return hasNumber(input) && hasNumber(output) && hasNumber(both); }
     void addNotes(Finding& finding) const
     {
-        finding.notes.push_back({input->valuePlace(), "Max_Input_Len is " + std::to_string(input->number())});
-        finding.notes.push_back({output->valuePlace(), "Max_Output_Len is " + std::to_string(output->number())});
+        finding.note(input->valuePlace(), "Max_Input_Len is " + std::to_string(input->number()));
+        finding.note(output->valuePlace(), "Max_Output_Len is " + std::to_string(output->number()));
     }
 };
 
@@ -183,8 +176,7 @@ constexpr Rule kRules[] = {
      "9.6_supp = 0\n19.2_supp = 0", "9.6_supp = 1\n19.2_supp = 0", checkRates},
     {"unused-response-time", Severity::hint, Group::consistency, "A MaxTsdr belongs to a supported rate.",
      "The response time of a rate that the station does not support has no use. Either the rate is missing, or the "
-     "line is left "
-     "over.",
+     "line is left over.",
      "3M_supp = 0\nMaxTsdr_3M = 250", "3M_supp = 1\nMaxTsdr_3M = 250", checkUnusedTimes},
     {"reserved-ident-number", Severity::warning, Group::consistency,
      "0x0000 and 0xFFFF are no Ident_Number of a device.",
@@ -194,10 +186,8 @@ constexpr Rule kRules[] = {
     {"ident-number-in-name", Severity::hint, Group::consistency,
      "A file name of eight characters ends in the Ident_Number.",
      "The usual name of a GSD file has four characters of the maker's choice, then the Ident_Number in hexadecimal. "
-     "Tools that "
-     "look for a device by its number go by the name. A name whose last four characters are no hexadecimal number is "
-     "not "
-     "looked at.",
+     "Tools that look for a device by its number go by the name. A name whose last four characters are no hexadecimal "
+     "number is not looked at.",
      "DRIV0C22.GSD with Ident_Number = 0x0C21", "DRIV0C21.GSD with Ident_Number = 0x0C21", checkFileName},
     {"compact-max-module", Severity::warning, Group::consistency, "A compact station has one module.",
      "Without Modular_Station = 1 the station has one fixed configuration, and Max_Module can only be 1.",
@@ -205,8 +195,7 @@ constexpr Rule kRules[] = {
     {"data-length-above-sum", Severity::error, Group::consistency,
      "Max_Data_Len is at most Max_Input_Len plus Max_Output_Len.",
      "Max_Data_Len limits inputs and outputs together. More than both have at most is a limit that is none, and as a "
-     "rule a "
-     "slip in one of the three.",
+     "rule a slip in one of the three.",
      "Max_Input_Len = 16\nMax_Output_Len = 16\nMax_Data_Len = 64",
      "Max_Input_Len = 16\nMax_Output_Len = 16\nMax_Data_Len = 32", checkDataAboveSum},
     {"data-length-below-direction", Severity::warning, Group::consistency,
@@ -216,8 +205,7 @@ constexpr Rule kRules[] = {
      "Max_Input_Len = 32\nMax_Output_Len = 8\nMax_Data_Len = 40", checkDataBelowLarger},
     {"bitmap-extension", Severity::warning, Group::consistency, "The name of a bitmap has no extension.",
      "Bitmap_Device, Bitmap_Diag and Bitmap_SF have the name of the picture's file, at most eight characters; tools "
-     "add the "
-     "extension.",
+     "add the extension.",
      "Bitmap_Device = \"DRV.BMP\"", "Bitmap_Device = \"DRV\"", checkBitmapNames},
 };
 

@@ -24,13 +24,12 @@ std::span<const Item> itemsOf(gsdfile::ValueType type);
 
 bool isOfKind(const gsdfile::Value& value, Want want);
 
-/// Calls visit(item, values) for each item, `values` being the ones that fall to it whatever their kind, and at last
-/// surplus(values) with those that nothing takes.
+/// Calls visit(item, values) for each item of a type, `values` being the ones that fall to it whatever their kind, and at
+/// last surplus(values) with those that nothing takes.
 template <typename Visit, typename Surplus>
-void forEachItem(const gsdfile::Statement& statement, Visit visit, Surplus surplus)
+void forEachItem(std::span<const gsdfile::Value> left, gsdfile::ValueType type, Visit visit, Surplus surplus)
 {
-    std::span<const gsdfile::Value> left = statement.values;
-    for (const Item& item : itemsOf(statement.keyword->type)) {
+    for (const Item& item : itemsOf(type)) {
         std::size_t count = 0;
         while (count < left.size() && count < item.most && (count < item.least || isOfKind(left[count], item.want)))
             ++count;
@@ -39,6 +38,13 @@ void forEachItem(const gsdfile::Statement& statement, Visit visit, Surplus surpl
     }
     if (!left.empty())
         surplus(left);
+}
+
+/// The same for a statement with a keyword that is known.
+template <typename Visit, typename Surplus>
+void forEachItem(const gsdfile::Statement& statement, Visit visit, Surplus surplus)
+{
+    forEachItem(statement.values, statement.keyword->type, visit, surplus);
 }
 
 } // namespace typdescriptor::lint

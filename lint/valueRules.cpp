@@ -1,5 +1,6 @@
 // Rules about what stands behind a keyword: its form, its values, their ranges and lengths.
 
+#include "lint/phrases.h"
 #include "lint/places.h"
 #include "lint/tables.h"
 #include "lint/valueGrammar.h"
@@ -89,7 +90,7 @@ bool isLost(const Statement& statement)
 // What is wrong with the parentheses behind a keyword; true when something is.
 bool reportArgument(const Document& document, const Statement& statement, const Keyword& keyword, Report& report)
 {
-    if (statement.faults.empty() && statement.argument.has_value() == takesArgument(keyword) &&
+    if (statement.faults.empty() && (statement.argument != nullptr) == takesArgument(keyword) &&
         !(statement.argument && statement.argument->last))
         return false;
     const std::string name = keyword.name;
@@ -146,7 +147,7 @@ std::string wanted(const Item& item, const Keyword& keyword)
         return "a text in double quotes";
     if (item.want == Want::range)
         return "a range such as 8-11";
-    return (item.least == 1 ? "a number" : amount(item.least, "number", "numbers")) + " from " +
+    return (item.least == 1 ? "a number" : counted(item.least, "number", "numbers")) + " from " +
            std::to_string(keyword.values.lowest) + " to " + std::to_string(keyword.values.highest);
 }
 
@@ -199,10 +200,39 @@ void checkSurplus(const Context& context, Report& report)
             statement, [&](const Item&, std::span<const Value> values) { most += values.size(); },
             [&](std::span<const Value> surplus) {
                 const Span place{valuePlace(document, surplus.front()).begin, valuePlace(document, surplus.back()).end};
-                report.add(place, std::string(keyword.name) + " takes " +
-                                      (most == 0 ? "no value" : amount(most, "value", "values")) + " here, and " +
-                                      amount(statement.values.size(), "stands", "stand") + " there");
+                const Severity severity = keyword.type == ValueType::family ? Severity::warning : Severity::error;
+                report.add(severity, place,
+                           std::string(keyword.name) + " takes " +
+                               (most == 0 ? "no value" : counted(most, "value", "values")) + " here, and " +
+                               counted(statement.values.size(), "stands", "stand") + " there");
             });
+    });
+}
+
+// Numbers of one list stand behind one another with a comma between them; the first is told.
+void checkCommas(const Context& context, Report& report)
+{
+    const Document& document = context.document;
+    forEachKnown(context, [&](const Statement& statement, const Keyword& keyword) {
+        if (statement.values.size() < 2 || isLost(statement))
+            return;
+        forEachItem(
+            statement,
+            [&](const Item& item, std::span<const Value> values) {
+                if (values.size() < 2 || item.want == Want::text || item.want == Want::family)
+                    return;
+                const auto isBare = [](const Value& value) { return !value.isBehindComma; };
+                const auto bare = std::ranges::find_if(values.subspan(1), isBare);
+                if (bare == values.end())
+                    return;
+                const auto count = static_cast<std::size_t>(std::ranges::count_if(values.subspan(1), isBare));
+                const std::string others = count == 1 ? "" : ", nor ahead of " + std::to_string(count - 1) + " more";
+                report
+                    .add(valuePlace(document, *bare),
+                         "no comma stands ahead of this value of " + std::string(keyword.name) + others)
+                    .note(valuePlace(document, *std::prev(bare)), "the value before");
+            },
+            [](std::span<const Value>) {});
     });
 }
 
@@ -264,27 +294,6 @@ void checkText(const Context& context, Report& report)
 
 // Ranges
 
-// Keywords whose numbers are not one range.
-struct NumberSet {
-    std::string_view keyword;
-    const char* allowed;
-    std::vector<Range> ranges;
-};
-
-const std::vector<NumberSet>& numberSets()
-{
-    static const std::vector<Range> bases = {{375, 375},   {750, 750},   {1500, 1500},
-                                             {3000, 3000}, {6000, 6000}, {12000, 12000}};
-    static const std::vector<NumberSet> sets = {
-        {"TBASE_DP", "375, 750, 1500, 3000, 6000 and 12000", bases},
-        {"TBASE_IO", "375, 750, 1500, 3000, 6000 and 12000", bases},
-        {"Alarm_Sequence_Mode_Count", "0 and 2 to 32", {{0, 0}, {2, 32}}},
-        {"C2_Max_Data_Len", "0 and 48 to 240", {{0, 0}, {48, 240}}},
-        {"Max_Initiate_PDU_Length", "0 and 52 to 244", {{0, 0}, {52, 244}}},
-    };
-    return sets;
-}
-
 // Their types are certain and their ranges likely.
 constexpr std::string_view kLikelyRanges[] = {"GSD_Revision",
                                               "Min_Slave_Intervall",
@@ -315,25 +324,17 @@ std::string allowed(Range range)
 void checkNumberRange(const gsdfile::Number& number, const Keyword& keyword, const Item* item, const Document& document,
                       Report& report)
 {
-    const Range range = item ? keyword.values : keyword.arguments; // without an item the number in parentheses
-    if (range.holds(number.value) && !number.isTooLarge)
+    // Without an item it is the number in parentheses.
+    const bool isAllowed = item ? allowsValue(keyword, number.value) : keyword.arguments.holds(number.value);
+    if (isAllowed && !number.isTooLarge)
         return;
     const Span place = spanOf(document.tokens()[number.token]);
     const std::string name =
         item ? nameOf(keyword, *item) : std::string("the number in parentheses of ") + keyword.name;
     report.add(item ? rangeSeverity(keyword) : Severity::error, place,
-               sentence(name) + " is " + textAt(document, place) + "; " + allowed(range));
-}
-
-void checkSet(const gsdfile::Number& number, const Keyword& keyword, const Document& document, Report& report)
-{
-    const auto set = std::ranges::find(numberSets(), std::string_view(keyword.name), &NumberSet::keyword);
-    if (set == numberSets().end() ||
-        std::ranges::any_of(set->ranges, [&](Range range) { return range.holds(number.value); }))
-        return;
-    const Span place = spanOf(document.tokens()[number.token]);
-    report.add(rangeSeverity(keyword), place,
-               std::string(keyword.name) + " is " + textAt(document, place) + "; allowed are " + set->allowed);
+               sentence(name) + " is " + textAt(document, place) + "; " +
+                   (item && keyword.type == ValueType::numberSet ? "allowed are " + allowedValues(keyword)
+                                                                 : allowed(item ? keyword.values : keyword.arguments)));
 }
 
 void checkRange(const Context& context, Report& report)
@@ -349,8 +350,6 @@ void checkRange(const Context& context, Report& report)
     forEachValue(context, [&](const Statement&, const Keyword& keyword, const Item& item, const Value& value) {
         if (item.want == Want::text || item.want == Want::family || !isOfKind(value, item.want))
             return;
-        if (keyword.type == ValueType::numberSet)
-            return checkSet(value.first, keyword, document, report);
         checkNumberRange(value.first, keyword, &item, document, report);
         if (value.kind == Value::range)
             checkNumberRange(value.last, keyword, &item, document, report);
@@ -375,16 +374,16 @@ void checkLength(const Context& context, Report& report)
             if (item.want != Want::text || value.kind != Value::string || keyword.maxText == 0 ||
                 hasFault(statement, FaultKind::openQuote))
                 return;
-            const std::size_t length = characters(value.content, document.encoding());
+            const std::size_t length = characters(value.text, document.encoding());
+            if (length > 0 && length <= keyword.maxText)
+                return;
             const std::string most = std::to_string(keyword.maxText);
             const Severity severity = keyword.sureness == gsdfile::Sureness::sure ? Severity::error : Severity::warning;
             const std::string name = sentence(nameOf(keyword, item));
-            if (length > keyword.maxText)
-                report.add(severity, valuePlace(document, value),
-                           name + " has " + std::to_string(length) + " characters; at most " + most + " are allowed");
-            if (length == 0)
-                report.add(severity, valuePlace(document, value),
-                           name + " is empty; 1 to " + most + " characters are allowed");
+            report.add(severity, valuePlace(document, value),
+                       length == 0
+                           ? name + " is empty; 1 to " + most + " characters are allowed"
+                           : name + " has " + std::to_string(length) + " characters; at most " + most + " are allowed");
         });
 }
 
@@ -392,31 +391,41 @@ void checkVisible(const Context& context, Report& report)
 {
     const Document& document = context.document;
     forEachValue(context, [&](const Statement&, const Keyword& keyword, const Item& item, const Value& value) {
-        const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
-        const auto control = std::ranges::find_if(value.content, isControl);
-        if (control == value.content.end())
+        const bool isLatin1 = document.encoding() == gsdfile::Encoding::latin1;
+        const auto isControl = [isLatin1](char c) {
+            const auto code = static_cast<unsigned char>(c);
+            return code < 0x20 || code == 0x7F || (isLatin1 && code >= 0x80 && code < 0xA0);
+        };
+        const auto control = std::ranges::find_if(value.text, isControl);
+        if (value.kind != Value::string || control == value.text.end())
             return;
         const int code = static_cast<unsigned char>(*control);
-        report.add(valuePlace(document, value), sentence(nameOf(keyword, item)) +
-                                                    " has a character that nobody can see: " +
-                                                    (code == '\t' ? "a tab" : "code " + std::to_string(code)));
+        Span place = valuePlace(document, value);
+        if (value.firstToken == value.lastToken && document.unit() == 1) { // else it may stand on another line
+            place.begin += static_cast<std::uint32_t>(control - value.text.begin()) + 1; // behind the quote
+            place.end = place.begin + 1;
+        }
+        report.add(place, sentence(nameOf(keyword, item)) + " has a character that nobody can see: " +
+                              (code == '\t' ? "a tab" : "code " + std::to_string(code)));
     });
 }
 
 constexpr Rule kRules[] = {
     {"wrong-form", Severity::error, Group::form, "A statement has the form of its keyword.",
      "Most keywords stand before \"=\" and a value. Block ends and a few others stand alone, data types have no \"=\", "
-     "and some "
-     "keywords need a number in parentheses. Written otherwise, a statement is refused or skipped.",
+     "and some keywords need a number in parentheses. Written otherwise, a statement is refused or skipped.",
      "Station_Type 0\nUnit_Diag_Bit = \"Fault\"", "Station_Type = 0\nUnit_Diag_Bit(0) = \"Fault\"", checkForm},
     {"missing-value", Severity::error, Group::form, "A statement has all the values of its keyword.",
      "A keyword without its value describes nothing, and readers refuse it or take 0.",
      "Station_Type =\nModule = \"DI 8\"", "Station_Type = 0\nModule = \"DI 8\" 0x10", checkMissing},
     {"surplus-value", Severity::error, Group::form, "A statement has no more values than its keyword takes.",
      "What follows the last value that the keyword takes is refused by some readers and overlooked by others. A "
-     "comment begins with a "
-     "semicolon; a comma announces another value.",
+     "comment begins with a semicolon; a comma announces another value.",
      "Max_Module = 4, 8\nFMS_supp = 0 DP only", "Max_Module = 4\nFMS_supp = 0 ; DP only", checkSurplus},
+    {"missing-comma", Severity::error, Group::form, "A comma stands between the values of a list.",
+     "Bytes, identifier bytes and the allowed values of a parameter are lists. Without the comma readers stop at the "
+     "blank, refuse the line, or take two numbers for one. It is often missing where a list goes on in the next line.",
+     "User_Prm_Data = 0x00, 0x01 0x02", "User_Prm_Data = 0x00, 0x01, 0x02", checkCommas},
     {"malformed-number", Severity::error, Group::form, "A number is decimal, or 0x and hexadecimal digits.",
      "Numbers have no decimal point, no unit and no quotes. A negative number is written in decimal digits.",
      "Ident_Number = 4A17h\nMax_Module = \"4\"", "Ident_Number = 0x4A17\nMax_Module = 4", checkNumber},
@@ -430,11 +439,11 @@ constexpr Rule kRules[] = {
     {"text-too-long", Severity::error, Group::form,
      "A text has as many characters as its keyword allows, and at least one.",
      "Names and texts have 1 to 32 characters, names of pictures 1 to 8, help texts and Info_Text 1 to 256. Some "
-     "readers cut longer "
-     "ones, others refuse the file.",
+     "readers cut longer ones, others refuse the file.",
      "Bitmap_Device = \"HALDENDI8\"", "Bitmap_Device = \"HALDENDI\"", checkLength},
     {"invisible-character", Severity::warning, Group::form, "Texts have visible characters only.",
-     "A tab or another control character in a text shows as a box or a gap, or breaks the line of a list.",
+     "A tab or another control character in a text shows as a box or a gap, or breaks the line of a list. Codes 128 to "
+     "159 are control characters in ISO 8859-1; some editors save dashes and curved quotes with them.",
      "Vendor_Name = \"Halden<TAB>Feldbus\"", "Vendor_Name = \"Halden Feldbus\"", checkVisible},
 };
 

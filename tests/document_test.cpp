@@ -22,7 +22,7 @@ std::string valueText(const Value& value)
     case Value::range:
         return text + std::to_string(value.first.value) + ".." + std::to_string(value.last.value);
     case Value::string:
-        return text + '\'' + std::string(value.content) + '\'';
+        return text + '\'' + std::string(value.text) + '\'';
     default:
         return text + std::string(value.text);
     }
@@ -148,10 +148,10 @@ TEST(GsdKeywords, AreFoundInAnyCaseAndNearby)
                  {"Freeze_Mode_sup", "Freeze_Mode_supp"},
                  {"WB_Base_1ms_supp", "WD_Base_1ms_supp"}};
     for (const auto& known : cases) {
-        ASSERT_NE(nearestKeyword(known.written), nullptr) << known.written;
-        EXPECT_STREQ(nearestKeyword(known.written)->name, known.meant);
+        ASSERT_NE(nearestKeyword(known.written).keyword, nullptr) << known.written;
+        EXPECT_STREQ(nearestKeyword(known.written).keyword->name, known.meant);
     }
-    EXPECT_EQ(nearestKeyword("Wholly_Unknown_Thing"), nullptr);
+    EXPECT_EQ(nearestKeyword("Wholly_Unknown_Thing").keyword, nullptr);
     EXPECT_TRUE(isMasterKeyword("trdy_9.6") && !isMasterKeyword("Vendor_Name"));
     EXPECT_STREQ(closingName(BlockKind::kgpModule), "EndModule");
     EXPECT_EQ(allowedValues(*findKeyword("C2_Max_Data_Len")), "0 or 48 to 240");

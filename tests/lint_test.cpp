@@ -4,6 +4,7 @@
 #include "tests/testFiles.h"
 
 #include "gsdfile/document.h"
+#include "gsdfile/keywords.h"
 #include "lint/rule.h"
 #include "lint/typeFile.h"
 
@@ -127,6 +128,62 @@ TEST(Lint, MendsMend)
     EXPECT_GT(mends, 0);
 }
 
+std::size_t countErrors(const std::vector<lint::Finding>& findings)
+{
+    return static_cast<std::size_t>(
+        std::ranges::count(findings, lint::Severity::error, [](const auto& finding) { return finding.severity; }));
+}
+
+TEST(Lint, AllMendsTogetherMakeNoErrors)
+{
+    for (const auto& path : cases()) {
+        const std::string bytes = fileContents(path.string());
+        const std::vector<lint::Finding> findings = findingsIn(bytes, path);
+        EXPECT_LE(countErrors(findingsIn(lint::mended(bytes, findings), path)), countErrors(findings)) << path;
+    }
+}
+
+// A keyword of an example with a letter left out, or two of them swapped, becomes that keyword again or stays as it is.
+TEST(Lint, MendsMisspeltKeywordsToWhatTheyWere)
+{
+    std::vector<const lint::Rule*> others;
+    for (const lint::Rule& rule : lint::allRules())
+        if (rule.name != std::string_view("unknown-keyword"))
+            others.push_back(&rule);
+    std::set<std::string_view> tried;
+    std::size_t mended = 0;
+    const auto tryMisspelt = [&](const std::string& bytes, std::uint32_t begin, std::string_view name) {
+        const lint::Edit* mend = nullptr;
+        const auto findings = lint::check(gsdfile::Document(bytes), {.fileName = "", .path = "", .leftOut = others});
+        for (const lint::Finding& finding : findings)
+            if (finding.place.begin == begin && !finding.mend.empty())
+                mend = &finding.mend.front();
+        mended += mend != nullptr ? 1U : 0U;
+        const std::string_view now = mend == nullptr ? name : std::string_view(mend->text);
+        EXPECT_TRUE(now == name || (now == "Channel_Diag" && name == "ChannelDiag") ||
+                    (now == "Prm_Text_Ref" && name == "PrmTextRef"))
+            << name << " became " << now;
+    };
+    for (const auto& entry : std::filesystem::directory_iterator(TYPDESCRIPTOR_SOURCE_DIR "/examples/gsd")) {
+        const std::string whole = fileContents(entry.path().string());
+        const gsdfile::Document document(whole);
+        for (const gsdfile::Statement& statement : document.statements()) {
+            if (!statement.keyword || statement.name != statement.keyword->name ||
+                !tried.insert(statement.keyword->name).second)
+                continue;
+            const std::uint32_t begin = document.tokens()[statement.keywordToken].begin;
+            for (std::size_t i = 0; i < statement.name.size(); ++i) {
+                tryMisspelt(std::string(whole).erase(begin + i, 1), begin, statement.keyword->name);
+                std::string swapped = whole;
+                if (i > 0)
+                    std::swap(swapped[begin + i - 1], swapped[begin + i]);
+                tryMisspelt(swapped, begin, statement.keyword->name);
+            }
+        }
+    }
+    EXPECT_GT(mended, 1000U);
+}
+
 TEST(Lint, TenFaultsAreTenFindings)
 {
     const std::filesystem::path path = kFolder / "ten-faults.gsd";
@@ -134,6 +191,20 @@ TEST(Lint, TenFaultsAreTenFindings)
     std::erase_if(findings, [](const auto& finding) { return finding.rule->group == lint::Group::library; });
     EXPECT_EQ(findings.size(), 10U);
     EXPECT_EQ(countByRule(findings).size(), 10U);
+}
+
+// A file that is full of one fault does not fill the report, and every fault is counted.
+TEST(Lint, FindingsOfOneRuleAreLimited)
+{
+    std::string bytes = "#Profibus_DP\n";
+    for (std::size_t i = 0; i < lint::Report::kMostOfRule + 7; ++i)
+        bytes += "Unit_Diag_Bit(1) = 0\n";
+    const auto findings = findingsIn(bytes, "many.gsd");
+    EXPECT_EQ(countByRule(findings)["malformed-text"], static_cast<int>(lint::Report::kMostOfRule));
+    const auto isLast = [](const lint::Finding& finding) {
+        return finding.message.ends_with("; 7 more findings of this rule follow");
+    };
+    EXPECT_TRUE(std::ranges::any_of(findings, isLast));
 }
 
 // What stands in the file stays where it stood: a rule sees tokens, not bytes that it makes up.

@@ -120,7 +120,8 @@ struct Outcome { // NOLINT(bugprone-exception-escape): moving JSON only asserts
 class Checker {
 public:
     Checker(const Options& wanted, const CheckOptions& howToCheck, const Baseline* baseline)
-        : options(wanted), rules(howToCheck), known(baseline), inColour(wanted.format == "text" && isColourWanted())
+        : options(wanted), rules(howToCheck), known(baseline), inColour(wanted.format == "text" && isColourWanted()),
+          columns(terminalColumns())
     {}
 
     Outcome check(FileReport& report) const
@@ -159,7 +160,7 @@ private:
             if (!report.before.empty())
                 outcome.text = unifiedDiff(report.file, report.before, report.document->bytes());
         } else if (options.format == "text") {
-            outcome.text = reportText(report, inColour);
+            outcome.text = reportText(report, inColour, columns);
         } else if (options.format == "github") {
             outcome.text = githubText(report);
         } else {
@@ -173,6 +174,7 @@ private:
     const CheckOptions& rules;
     const Baseline* known;
     bool inColour;
+    std::size_t columns;
 };
 
 ExitStatus describeRules(const Options& options)

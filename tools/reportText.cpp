@@ -5,6 +5,8 @@
 #include "tools/terminal.h"
 
 #include <algorithm>
+#include <set>
+#include <utility>
 
 namespace {
 
@@ -18,8 +20,9 @@ std::string codeText(int code)
 /// Writes the findings of one file.
 class TextReport {
 public:
-    TextReport(const FileReport& checked, bool isColoured)
-        : report(checked), source(*checked.document), inColour(isColoured)
+    TextReport(const FileReport& checked, bool isColoured, std::size_t columns)
+        : report(checked), source(*checked.document), inColour(isColoured), mostColumns(columns),
+          name(readable(checked.file) + ':')
     {}
 
     std::string text()
@@ -41,13 +44,14 @@ private:
         addMend(finding);
         for (const lint::Note& note : finding.notes) {
             addHead(note.place, "note", Colour::kCyan, readable(note.text));
-            addExcerpt(note.place, Colour::kCyan);
+            if (noted.emplace(note.place.begin, note.place.end).second)
+                addExcerpt(note.place, Colour::kCyan);
         }
     }
 
     void addHead(lint::Span place, const std::string& kind, Colour colour, const std::string& message)
     {
-        std::string where = readable(report.file) + ':';
+        std::string where = name;
         if (!isWholeFile(place)) {
             const Position position = source.positionOf(place.begin);
             where += std::to_string(position.line) + ':' + std::to_string(position.column) + ':';
@@ -61,11 +65,20 @@ private:
         if (isWholeFile(place) || place == shown) // the same place is shown once
             return;
         shown = place;
-        const Excerpt excerpt = source.excerpt(place);
+        const Excerpt excerpt = source.excerpt(place, excerptColumns());
         const std::string number = std::to_string(source.positionOf(place.begin).line);
         addBeside(number, excerpt.text);
         const std::string mark = '^' + std::string(excerpt.width - 1, '~');
         addBeside("", std::string(excerpt.begin, ' ') + coloured(mark, colour, inColour));
+    }
+
+    /// What a terminal has room for beside the line number.
+    std::size_t excerptColumns() const
+    {
+        constexpr std::size_t kFewest = 40;
+        const std::size_t beside = gutter + std::string_view("   | ").size();
+        const std::size_t room = std::max(mostColumns, beside + kFewest) - beside;
+        return mostColumns == 0 ? SourceText::kMostColumns : std::min(room, SourceText::kMostColumns);
     }
 
     /// A line behind the number of the line it belongs to.
@@ -112,8 +125,11 @@ private:
     const FileReport& report;
     SourceText source;
     bool inColour;
-    lint::Span shown;       // by the excerpt above
-    std::size_t gutter = 1; // digits of the highest line number of a finding
+    std::size_t mostColumns;                                 // of the terminal, 0 for none
+    std::set<std::pair<std::uint32_t, std::uint32_t>> noted; // places of notes whose lines were shown
+    std::string name;                                        // of the file, with a colon
+    lint::Span shown;                                        // by the excerpt above
+    std::size_t gutter = 1;                                  // digits of the highest line number of a finding
     std::string written;
 };
 
@@ -139,9 +155,9 @@ std::string escaped(const std::string& text, std::string_view special)
 
 } // namespace
 
-std::string reportText(const FileReport& report, bool inColour)
+std::string reportText(const FileReport& report, bool inColour, std::size_t columns)
 {
-    return report.findings.empty() ? std::string() : TextReport(report, inColour).text();
+    return report.findings.empty() ? std::string() : TextReport(report, inColour, columns).text();
 }
 
 std::string totalsText(const Totals& totals)

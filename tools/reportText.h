@@ -7,7 +7,8 @@
 
 #include <string>
 
-std::string reportText(const FileReport& report, bool inColour);
+/// @param columns  of the terminal; 0 when there is none
+std::string reportText(const FileReport& report, bool inColour, std::size_t columns = 0);
 /// For example "9 files: 3 ok, 6 with warnings, 0 failed; 14 warnings, 2 hints".
 std::string totalsText(const Totals& totals);
 

@@ -13,7 +13,6 @@ namespace lint = typdescriptor::lint;
 namespace {
 
 constexpr std::size_t kTabStop = 8;
-constexpr std::size_t kMostColumns = 150;
 constexpr std::string_view kLeftOut = "...";
 
 void addUtf8(std::string& text, char32_t code)
@@ -95,24 +94,31 @@ std::size_t bytesOfColumns(std::string_view utf8, std::size_t columns)
     return bytes;
 }
 
-/// Cuts an excerpt that is too wide: the mark stays in it, or its beginning.
-void cut(Excerpt& excerpt, std::size_t columns)
+/// Whether every character is a visible one or a blank of ASCII, each in a column of its own.
+bool isPlain(std::string_view text)
 {
-    constexpr std::size_t kAhead = 40; // columns that stay ahead of the mark
-    if (columns <= kMostColumns)
+    return std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; });
+}
+
+/// Cuts an excerpt that is too wide: the mark stays in it, or its beginning.
+void cut(Excerpt& excerpt, std::size_t columns, std::size_t most)
+{
+    constexpr std::size_t kMostAhead = 40;
+    const std::size_t ahead = std::min(kMostAhead, most / 3); // columns that stay ahead of the mark
+    if (columns <= most)
         return;
-    if (excerpt.begin + excerpt.width > kMostColumns - kLeftOut.size() && excerpt.begin > kAhead) {
-        const std::size_t bytes = bytesOfColumns(excerpt.text, excerpt.begin - kAhead);
+    if (excerpt.begin + excerpt.width > most - kLeftOut.size() && excerpt.begin > ahead) {
+        const std::size_t bytes = bytesOfColumns(excerpt.text, excerpt.begin - ahead);
         const std::size_t gone = columnsOf(std::string_view(excerpt.text).substr(0, bytes));
         excerpt.text.replace(0, bytes, kLeftOut);
         excerpt.begin = excerpt.begin - gone + kLeftOut.size();
         columns = columns - gone + kLeftOut.size();
     }
-    if (columns > kMostColumns) {
-        excerpt.text.resize(bytesOfColumns(excerpt.text, kMostColumns - kLeftOut.size()));
+    if (columns > most) {
+        excerpt.text.resize(bytesOfColumns(excerpt.text, most - kLeftOut.size()));
         excerpt.text += kLeftOut;
     }
-    excerpt.width = std::min(excerpt.width, kMostColumns - kLeftOut.size() - excerpt.begin);
+    excerpt.width = std::min(excerpt.width, most - kLeftOut.size() - excerpt.begin);
 }
 
 } // namespace
@@ -156,19 +162,30 @@ Position SourceText::positionOf(std::uint32_t offset) const
     return {place.line, place.character};
 }
 
-Excerpt SourceText::excerpt(lint::Span place) const
+Excerpt SourceText::excerpt(lint::Span place, std::size_t most) const
 {
-    const lint::Span span = lineSpan(document.place(place.begin).line);
+    constexpr std::uint32_t kSurroundings = 1024; // bytes, more than an excerpt has room for
+    lint::Span span = lineSpan(document.place(place.begin).line);
     const std::uint32_t begin = std::clamp(place.begin, span.begin, span.end);
+    span.begin = std::max(span.begin, begin - std::min(begin, kSurroundings));
+    span.end = std::min(span.end, begin + kSurroundings);
     const std::uint32_t end = std::clamp(place.end, begin, span.end);
+    const std::string_view bytes = document.bytes().substr(span.begin, span.end - span.begin);
     Excerpt excerpt;
     std::size_t columns = 0;
+    if (document.unit() == 1 && isPlain(bytes)) {
+        excerpt.text = bytes.substr(0, bytes.find_last_not_of(' ') + 1);
+        excerpt.begin = begin - span.begin;
+        excerpt.width = std::max<std::size_t>(end - begin, 1);
+        cut(excerpt, excerpt.text.size(), most);
+        return excerpt;
+    }
     excerpt.text = expanded(utf8(span.begin, begin), columns);
     excerpt.begin = columns;
     excerpt.text += expanded(utf8(begin, end), columns);
     excerpt.width = std::max<std::size_t>(columns - excerpt.begin, 1);
     excerpt.text += expanded(utf8(end, span.end), columns);
     excerpt.text.resize(excerpt.text.find_last_not_of(' ') + 1);
-    cut(excerpt, columns);
+    cut(excerpt, columns, most);
     return excerpt;
 }

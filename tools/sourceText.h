@@ -38,8 +38,11 @@ public:
     std::string line(std::size_t number) const;
     /// Bytes of the file as UTF-8.
     std::string utf8(std::string_view part) const;
+    static constexpr std::size_t kMostColumns = 150;
+
     /// The line on which a place begins, with the place marked as far as it stands on that line.
-    Excerpt excerpt(typdescriptor::lint::Span place) const;
+    /// @param most  columns of the excerpt, 40 at least
+    Excerpt excerpt(typdescriptor::lint::Span place, std::size_t most = kMostColumns) const;
 
 private:
     /// Offsets of a line in the file, without a byte order mark and its end.

@@ -7,6 +7,7 @@
 #include <iostream>
 #include <langinfo.h>
 #include <locale.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 using namespace typdescriptor;
@@ -39,6 +40,12 @@ bool isColourWanted()
 bool isTerminal()
 {
     return isatty(STDOUT_FILENO) == 1;
+}
+
+std::size_t terminalColumns()
+{
+    winsize size{};
+    return isTerminal() && ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
 bool isErrorTerminal()

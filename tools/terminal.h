@@ -10,6 +10,8 @@
 bool isColourWanted();
 /// Whether standard output is a terminal.
 bool isTerminal();
+/// The columns of that terminal; 0 when there is none or it does not tell.
+std::size_t terminalColumns();
 /// Whether messages on standard error are read as they come.
 bool isErrorTerminal();
 
