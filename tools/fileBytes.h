@@ -2,12 +2,13 @@
 
 #pragma once
 
+#include "host/inputFile.h"
+
 #include <filesystem>
 #include <string>
 #include <string_view>
 
-/// Why a file cannot be read; empty when it can.
-std::string whyUnreadable(const std::string& file);
+using typdescriptor::whyUnreadable;
 
 /// Reads a file, or standard input.
 /// @param problem  receives why that is not possible; it stays empty otherwise

@@ -1,7 +1,6 @@
 #include "tools/loadDevice.h"
 
-#include "host/gsdFacts.h"
-#include "tools/fileBytes.h"
+#include "host/loadDevice.h"
 #include "tools/reportText.h"
 #include "tools/terminal.h"
 
@@ -21,27 +20,18 @@ FileReport refusalReport(const std::string& file, int code)
 
 ExitStatus loadDevice(const std::string& file, Device& device)
 {
-    if (const std::string problem = whyUnreadable(file); !problem.empty()) {
-        reportProblem(file, problem);
-        return kExitUnusable;
-    }
-    cTypDescriptor descriptor(file.c_str(), 0, nullptr);
-    const int code = descriptor.getStatus() != kOk ? descriptor.getStatus() : descriptor.checkTypeFileContents();
-    if (code < 0) {
-        const FileReport report = refusalReport(file, code);
+    try {
+        device = typdescriptor::loadDevice(file);
+        return kExitGood;
+    } catch (const LoadError& error) {
+        if (error.code == kOk) {
+            std::cerr << "typdesc: " << error.what() << '\n';
+            return kExitUnusable;
+        }
+        const FileReport report = refusalReport(file, error.code);
         std::cerr << reportText(report, false);
         if (!report.problem.empty())
             reportProblem(file, report.problem);
         return kExitFindings;
     }
-    device = readDevice(descriptor);
-    if (device.isFromGsd) {
-        std::string problem;
-        addGsdFacts(device, readFile(file, problem));
-        if (!problem.empty()) {
-            reportProblem(file, problem);
-            return kExitUnusable;
-        }
-    }
-    return kExitGood;
 }
