@@ -11,6 +11,12 @@ using Json = nlohmann::ordered_json;
 
 namespace {
 
+template <class Value>
+Json knownJson(const std::optional<Value>& value)
+{
+    return value ? Json(*value) : Json();
+}
+
 Json telegramJson(const std::vector<TelegramByte>& telegram)
 {
     Json bytes = Json::array();
@@ -20,6 +26,12 @@ Json telegramJson(const std::vector<TelegramByte>& telegram)
 }
 
 } // namespace
+
+Json refusalJson(const Refusal& refusal)
+{
+    return {{"name", refusal.name},           {"text", refusal.text},   {"slot", knownJson(refusal.slot)},
+            {"parameter", refusal.parameter}, {"value", refusal.value}, {"allowed", refusal.allowed}};
+}
 
 Json configurationJson(const Configuration& configuration)
 {
@@ -33,10 +45,12 @@ Json configurationJson(const Configuration& configuration)
     return {{"slots", slots},
             {"inputBytes", configuration.inputBytes},
             {"outputBytes", configuration.outputBytes},
+            {"parameters", telegramJson(configuration.parameters)},
             {"userParameters", telegramJson(configuration.userParameters)},
             {"configuration", telegramJson(configuration.configuration)},
             {"notes", configuration.notes},
-            {"problems", configuration.problems}};
+            {"problems", configuration.problems},
+            {"refusals", listJson(configuration.refusals, refusalJson)}};
 }
 
 } // namespace typdescriptor
