@@ -90,7 +90,7 @@ std::string countedBytes(std::size_t count)
 
 void explainIdent(const Device& device, const Bytes& telegram, Diagnosis& diagnosis)
 {
-    const unsigned ident = telegram[kIdentByte] * 256U + telegram[kIdentByte + 1];
+    const unsigned ident = identNumberIn(telegram).value_or(0);
     diagnosis.station.identNumber = ident;
     if (ident != device.header.identNumber)
         diagnosis.problems.push_back(
@@ -402,6 +402,13 @@ const char* kindName(DiagnosisBlock::Kind kind)
     constexpr std::array<const char*, 8> kNames = {"device", "identifier", "channel",      "revision",
                                                    "alarm",  "status",     "moduleStatus", "linkStatus"};
     return kNames[kind];
+}
+
+std::optional<unsigned> identNumberIn(const Bytes& telegram)
+{
+    if (telegram.size() < kStationBytes || (telegram[0] & kAbsent) != 0)
+        return std::nullopt;
+    return telegram[kIdentByte] * 256U + telegram[kIdentByte + 1];
 }
 
 Diagnosis explainDiagnosis(const Device& device, const Bytes& telegram, const DiagnosisOptions& options)

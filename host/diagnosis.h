@@ -124,6 +124,9 @@ struct DiagnosisOptions {
     const Configuration* configuration = nullptr;
 };
 
+/// The ident number in an answer; nothing when it is cut, or the station does not exist.
+TYPDESCRIPTOR_HOST_API std::optional<unsigned> identNumberIn(const std::vector<std::uint8_t>& telegram);
+
 TYPDESCRIPTOR_HOST_API Diagnosis explainDiagnosis(const Device& device, const std::vector<std::uint8_t>& telegram,
                                                   const DiagnosisOptions& options = {});
 

@@ -103,6 +103,17 @@ std::string replaceFile(const std::string& name, std::string_view bytes)
     return problem;
 }
 
+std::string saveFile(const std::string& name, std::string_view bytes)
+{
+    std::error_code error;
+    if (fs::is_regular_file(name, error))
+        return replaceFile(name, bytes);
+    std::ofstream sink(name, std::ios::binary);
+    sink << bytes;
+    sink.close();
+    return sink ? std::string() : "cannot be written";
+}
+
 ScratchFile::ScratchFile(const std::string& name, std::string_view bytes)
 {
     std::error_code error;

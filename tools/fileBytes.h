@@ -20,6 +20,10 @@ std::string readStandardInput(std::string& problem);
 /// @return empty, or what went wrong
 std::string replaceFile(const std::string& name, std::string_view bytes);
 
+/// Makes a file of bytes, or puts them into the one that is there, whole or not at all.
+/// @return empty, or what went wrong
+std::string saveFile(const std::string& name, std::string_view bytes);
+
 /// Bytes under a file name of their own choice, for as long as the object lives: the library reads files alone, and the
 /// name tells it the kind and the language.
 class ScratchFile {
