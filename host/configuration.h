@@ -30,7 +30,8 @@ TYPDESCRIPTOR_HOST_API std::vector<std::uint8_t> valuesOf(const std::vector<Tele
 struct Slot {
     enum Origin { kFree, kPreset, kChosen };
 
-    std::string name; // in full where the device knows it
+    std::string name;     // of what is in it, in full where the device knows it
+    std::string slotName; // of the place itself, from a GSD file's SlotDefinition; often empty
     Origin origin = kFree;
     bool isFixed = false;
     std::optional<std::size_t> module = {}; // in Device::modules; none for what only the presets have

@@ -40,6 +40,8 @@ Json configurationJson(const Configuration& configuration)
     for (const Slot& slot : configuration.slots)
         slots.push_back({{"slot", slots.size() + 1},
                          {"name", slot.name},
+                         {"slotName", slot.slotName},
+                         {"module", slot.module ? Json(*slot.module + 1) : Json()},
                          {"origin", kOrigins[slot.origin]},
                          {"fixed", slot.isFixed}});
     return {{"slots", slots},

@@ -19,6 +19,9 @@ void refuseOtherStations(const Device& device);
 /// @throws ChoiceError  for a slot behind the last one
 void refuseEmptySlot(const Configuration& configuration, unsigned slot);
 
+/// What a preset is called.
+std::string nameOf(const PresetSlot& preset);
+
 /// Adds a refusal that does not end the work.
 void addProblem(Configuration& result, Refusal why);
 

@@ -102,6 +102,7 @@ struct Module {
 };
 
 struct PresetSlot {
+    std::string name; // of its module, from a GSD file only
     std::string orderNumber;
     Identifier identifier;
     int block = kNoBlock;

@@ -44,6 +44,7 @@ struct GsdModule {
     std::vector<ValueText> channelTexts;
     std::vector<const Statement*> parameterReferences;
     bool hasSafetyParameters = false;
+    bool isPreset = false;
 };
 
 bool is(const Statement& statement, std::string_view keyword)
@@ -97,6 +98,7 @@ private:
 
     std::vector<ValueText> textsOf(std::int64_t reference) const;
     void applyModules();
+    void namePresets();
     void applyParameters(const std::vector<const Statement*>& references, ParameterArea& area) const;
     int ownBlock(int index, const GsdModule& module);
 
@@ -186,6 +188,8 @@ void FactReader::readModule(const Statement& statement)
             if (text.value == statement.argument->first.value)
                 text.help = textOf(statement);
         }
+    } else if (is(statement, "Preset")) {
+        module.isPreset = numberOf(statement).value_or(0) != 0;
     } else if (isSafetyKeyword(statement)) {
         module.hasSafetyParameters = true;
     }
@@ -297,6 +301,8 @@ void FactReader::readSlot(const Statement& statement)
         else
             rule.allowed.push_back({first, last});
     }
+    if (rule.allowed.empty() && rule.preset)
+        rule.allowed.push_back({*rule.preset, *rule.preset});
     device.gsd->slots.push_back(std::move(rule));
 }
 
@@ -435,6 +441,7 @@ void FactReader::read()
         device.diagnosisTexts = std::move(stationTexts);
     applyParameters(stationReferences, device.parameters);
     applyModules();
+    namePresets();
 }
 
 std::vector<ValueText> FactReader::textsOf(std::int64_t reference) const
@@ -535,6 +542,21 @@ void FactReader::applyModules()
                 }
             }
             break;
+        }
+    }
+}
+
+/// The presets are the identifiers of the modules that are preset, in the order of the file; of a device with a single
+/// module they are that module's.
+void FactReader::namePresets()
+{
+    std::size_t slot = 0;
+    for (const GsdModule& module : modules) {
+        if (!module.isPreset && modules.size() > 1)
+            continue;
+        for (std::size_t bytes = 0; slot < device.presetSlots.size() && bytes < module.bytes.size(); ++slot) {
+            device.presetSlots[slot].name = module.name;
+            bytes += device.presetSlots[slot].identifier.wireBytes.size();
         }
     }
 }

@@ -188,8 +188,7 @@ CapturedSlot BackReader::slotOf(const std::vector<SlotContent>& contents, std::s
     captured.identifiers = best.identifiers;
     if (best.kind == SlotContent::kPreset) {
         captured.origin = Slot::kPreset;
-        captured.name = device.presetSlots[slot].orderNumber;
-        captured.name = captured.name.empty() ? "preset" : captured.name;
+        captured.name = nameOf(device.presetSlots[slot]);
         return captured; // modules that are like it change no byte
     }
     if (best.kind == SlotContent::kFree)

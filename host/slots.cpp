@@ -24,11 +24,20 @@ void addPresets(const Device& device, std::vector<Slot>& slots)
 {
     for (const PresetSlot& preset : device.presetSlots) {
         Slot slot;
-        slot.name = preset.orderNumber.empty() ? "preset" : preset.orderNumber;
+        slot.name = nameOf(preset);
         slot.origin = Slot::kPreset;
         slot.isFixed = preset.isFixed;
         fillPart(device, preset.identifier, preset.block, slot);
         slots.push_back(std::move(slot));
+    }
+}
+
+/// The names that a SlotDefinition gives the slots.
+void nameSlots(const Device& device, std::vector<Slot>& slots)
+{
+    for (const SlotRule& rule : device.gsd ? device.gsd->slots : std::vector<SlotRule>()) {
+        if (rule.slot >= 1 && rule.slot <= slots.size())
+            slots[rule.slot - 1].slotName = rule.name;
     }
 }
 
@@ -104,6 +113,13 @@ void checkSlotRule(const Device& device, unsigned slot, const Module& module, Co
 
 } // namespace
 
+std::string nameOf(const PresetSlot& preset)
+{
+    if (!preset.name.empty())
+        return preset.name;
+    return preset.orderNumber.empty() ? "preset" : preset.orderNumber;
+}
+
 void fillSlots(const Device& device, const std::vector<ModuleChoice>& choices, Configuration& result)
 {
     const std::size_t most = device.slotCount();
@@ -136,6 +152,7 @@ void fillSlots(const Device& device, const std::vector<ModuleChoice>& choices, C
             slot = slotWith(device, index, Slot::kChosen);
         checkSlotRule(device, choice.slot, module, result);
     }
+    nameSlots(device, result.slots);
     for (std::size_t i = 0; i < result.slots.size(); ++i) {
         const Slot& slot = result.slots[i];
         if (slot.origin == Slot::kFree)

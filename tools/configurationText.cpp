@@ -63,7 +63,7 @@ std::string slotsText(const Configuration& configuration)
     std::string text;
     for (std::size_t i = 0; i < configuration.slots.size(); ++i) {
         const Slot& slot = configuration.slots[i];
-        text += slotLabel(i) + slot.name +
+        text += slotLabel(i) + slot.name + (slot.slotName.empty() ? "" : ", in \"" + slot.slotName + '"') +
                 (slot.isFixed                   ? " (fixed)"
                  : slot.origin == Slot::kPreset ? " (not chosen)"
                                                 : "") +
