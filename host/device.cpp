@@ -298,8 +298,11 @@ bool Parameter::allows(std::int64_t value) const
 
 std::string Parameter::allowedInWords() const
 {
+    const std::string range = std::to_string(minimum) + " to " + std::to_string(maximum);
+    if (minimum > maximum)
+        return "none (" + range + " is the wrong way round)";
     if (allowed.empty())
-        return std::to_string(minimum) + " to " + std::to_string(maximum);
+        return range;
     std::string words;
     for (std::size_t i = 0; i < allowed.size(); ++i)
         words += (i == 0 ? "" : i + 1 == allowed.size() ? " or " : ", ") + std::to_string(allowed[i]);

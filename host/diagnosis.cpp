@@ -425,7 +425,7 @@ const char* kindName(DiagnosisBlock::Kind kind)
 {
     constexpr std::array<const char*, 8> kNames = {"device", "identifier", "channel",      "revision",
                                                    "alarm",  "status",     "moduleStatus", "linkStatus"};
-    return kNames[kind];
+    return kNames.at(kind);
 }
 
 std::optional<unsigned> identNumberIn(const Bytes& telegram)

@@ -21,6 +21,8 @@ using gsdfile::kNone;
 using gsdfile::Statement;
 using gsdfile::Value;
 
+constexpr unsigned kKeptBits = 16; // of a parameter, by the library
+
 /// An ExtUserPrmData block, but for its place. Of several blocks with one reference the first counts, as for the library.
 struct Definition {
     std::size_t block = kNone;
@@ -96,6 +98,7 @@ private:
     void addValue(DiagnosisTexts& texts, const Statement& statement, std::size_t area, bool isHelp) const;
     void addArea(const Statement& statement, std::size_t block);
 
+    const Definition* definitionOf(const Statement& statement) const;
     std::vector<ValueText> textsOf(std::int64_t reference) const;
     void applyModules();
     void namePresets();
@@ -165,7 +168,8 @@ void FactReader::readStation(const Statement& statement)
         facts.maxModule = small(*number);
     else if (name == "DPV1_Slave")
         device.isDpv1 = *number != 0;
-    else if (statement.keyword->readerId == gsdfile::kNotRead && statement.keyword->form == gsdfile::Form::value)
+    else if (statement.keyword->readerId == gsdfile::kNotRead && statement.keyword->form == gsdfile::Form::value &&
+             !isSafetyKeyword(statement))
         facts.others.push_back({std::string(name), *number});
     if (name == "Ext_User_Prm_Data_Ref")
         stationReferences.push_back(&statement);
@@ -223,22 +227,17 @@ void FactReader::readType(const Statement& statement, Parameter& parameter) cons
             parameter.bitCount = static_cast<unsigned>(statement.argument->last->value & 7) - parameter.firstBit + 1;
     }
     const std::int64_t span = std::int64_t{1} << parameter.bitCount;
-    const bool isSigned = parameter.isSigned();
-    parameter.minimum = isSigned ? -span / 2 : 0;
+    parameter.minimum = parameter.isSigned() ? -span / 2 : 0;
     parameter.maximum = parameter.minimum + span - 1;
-    // Negative numbers may be written as the bits that they are.
-    const auto valueOf = [isSigned, span](const gsdfile::Number& number) {
-        return isSigned && number.value >= span / 2 && number.value < span ? number.value - span : number.value;
-    };
-    if (!statement.values.empty() && statement.values.front().kind == Value::number)
-        parameter.defaultValue = valueOf(statement.values.front().first);
+    if (const auto number = numberOf(statement))
+        parameter.defaultValue = *number;
     for (std::size_t i = 1; i < statement.values.size(); ++i) {
         const Value& value = statement.values[i];
         if (value.kind == Value::range) {
-            parameter.minimum = valueOf(value.first);
-            parameter.maximum = valueOf(value.last);
+            parameter.minimum = value.first.value;
+            parameter.maximum = value.last.value;
         } else if (value.kind == Value::number) {
-            parameter.allowed.push_back(valueOf(value.first));
+            parameter.allowed.push_back(value.first.value);
         }
     }
     if (!parameter.allowed.empty()) {
@@ -444,6 +443,15 @@ void FactReader::read()
     namePresets();
 }
 
+const Definition* FactReader::definitionOf(const Statement& statement) const
+{
+    const auto reference = numberOf(statement);
+    if (!reference)
+        return nullptr;
+    const auto known = definitions.find(*reference);
+    return known == definitions.end() ? nullptr : &known->second;
+}
+
 std::vector<ValueText> FactReader::textsOf(std::int64_t reference) const
 {
     const auto texts = valueTexts.find(reference);
@@ -463,7 +471,6 @@ void placeSlotNumber(unsigned byte, ParameterArea& area)
 /// What the library keeps of a parameter; null when it leaves it out.
 Parameter* placedAs(const Parameter& parameter, ParameterArea& area)
 {
-    constexpr unsigned kKeptBits = 16;
     for (Parameter& known : area.parameters) {
         if (known.byte == parameter.byte && known.firstBit == parameter.firstBit &&
             known.bitCount == std::min(parameter.bitCount, kKeptBits))
@@ -475,21 +482,19 @@ Parameter* placedAs(const Parameter& parameter, ParameterArea& area)
 /// Describes the parameters of an area as the file does, and puts in the defaults that the library's 16 bits do not hold.
 void FactReader::applyParameters(const std::vector<const Statement*>& references, ParameterArea& area) const
 {
-    constexpr unsigned kKeptBits = 16;
     for (const Statement* statement : references) {
-        const auto reference = numberOf(*statement);
-        const auto definition = reference ? definitions.find(*reference) : definitions.end();
-        if (definition == definitions.end() || !statement->argument)
+        const Definition* const definition = definitionOf(*statement);
+        if (definition == nullptr || !statement->argument)
             continue;
-        Parameter parameter = definition->second.parameter;
+        Parameter parameter = definition->parameter;
         parameter.byte = small(statement->argument->first.value);
-        if (definition->second.isSlotNumber) {
+        if (definition->isSlotNumber) {
             placeSlotNumber(parameter.byte, area);
             continue;
         }
         const bool isLong = parameter.bitCount > kKeptBits;
-        if (definition->second.texts)
-            parameter.texts = textsOf(*definition->second.texts);
+        if (definition->texts)
+            parameter.texts = textsOf(*definition->texts);
         Parameter* const known = placedAs(parameter, area);
         if (known == nullptr)
             continue;

@@ -72,8 +72,7 @@ std::vector<std::size_t> indexesOfWhole(const std::vector<std::string>& names, c
         return found;
     return indexesOf(names, [&](const std::string& name) {
         const std::string denseName = withoutBlanks(name);
-        const bool isCut = characterCount(name) >= kNameWidth;
-        return isSameText(denseName, isCut ? dense.substr(0, denseName.size()) : dense);
+        return isSameText(denseName, mayBeCut(name) ? dense.substr(0, denseName.size()) : dense);
     });
 }
 

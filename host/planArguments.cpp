@@ -68,7 +68,8 @@ Configuration plannedModules(const Device& device, const Plan& plan)
 /// Puts modules over those of a plan with whole names.
 void changeModules(const Device& device, const std::vector<ModuleChoice>& changes, Plan& plan)
 {
-    for (const ModuleChoice& change : withWholeNames(device, {changes, {}, {}}).modules) {
+    const Plan whole = withWholeNames(device, {changes, {}, {}});
+    for (const ModuleChoice& change : whole.modules) {
         const auto isSame = [&change](const ModuleChoice& known) {
             return known.slot == change.slot && known.module == change.module;
         };

@@ -151,7 +151,7 @@ const char* headingOf(DiagnosisBlock::Kind kind)
                                                       "Status",
                                                       "Module status",
                                                       "Link status"};
-    return kHeadings[kind];
+    return kHeadings.at(kind);
 }
 
 } // namespace
