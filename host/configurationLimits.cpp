@@ -15,7 +15,7 @@ void checkLimit(const char* name, const std::string& what, std::size_t value, st
 {
     if (value > most)
         addProblem(result, {name,
-                            what + ": " + std::to_string(value) + ", the device allows at most " + std::to_string(most),
+                            what + ": " + std::to_string(value) + ", allowed are at most " + std::to_string(most),
                             std::nullopt,
                             {},
                             std::to_string(value),

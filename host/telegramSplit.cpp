@@ -122,10 +122,11 @@ Splitter::Splitter(const Device& source, const Bytes& chkCfg, const Bytes* userP
     }
 }
 
-/// Whether the file's SlotDefinition keeps a module out of a slot.
+/// Whether the file's SlotDefinition keeps a module out of a slot. What was planned is there all the same.
 bool Splitter::isForbidden(std::size_t slot, std::size_t module) const
 {
-    if (!device.gsd)
+    const bool isWanted = planned != nullptr && slot < planned->slots.size() && planned->slots[slot].module == module;
+    if (!device.gsd || isWanted)
         return false;
     const auto& reference = device.modules[module].reference;
     const auto& rules = device.gsd->slots;
@@ -280,7 +281,8 @@ TelegramSplit Splitter::best()
             if (transition.cost != state->cost)
                 continue;
             SlotContent content = contentOf(slot, transition.choice, state->position.first);
-            const bool isBest = contents.empty() || (isPlanned(slot, content) && !isPlanned(slot, contents.front()));
+            const bool isWanted = isPlanned(slot, content);
+            const bool isBest = contents.empty() || (isWanted && !isPlanned(slot, contents.front()));
             if (isBest)
                 next = transition.next;
             contents.insert(isBest ? contents.begin() : contents.end(), std::move(content));

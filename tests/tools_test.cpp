@@ -238,7 +238,7 @@ TEST(ToolShow, SaysTheSameInTextAndJson)
     nlohmann::ordered_json json;
     for (const std::string& section : sectionNames()) {
         json[section] = sectionJson(device, section);
-        EXPECT_FALSE(json[section].is_null()) << section;
+        EXPECT_EQ(json[section].is_null(), section == "gsd") << section;
         EXPECT_GT(sectionText(device, section, false).size(), section.size()) << section;
     }
     EXPECT_EQ(json["identification"]["identNumber"], 0xB30F);
