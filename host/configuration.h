@@ -9,7 +9,9 @@
 #include "host/device.h"
 #include "host/plan.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -28,9 +30,11 @@ TYPDESCRIPTOR_HOST_API std::vector<std::uint8_t> valuesOf(const std::vector<Tele
 struct Slot {
     enum Origin { kFree, kPreset, kChosen };
 
-    std::string name;
+    std::string name;     // of what is in it, in full where the device knows it
+    std::string slotName; // of the place itself, from a GSD file's SlotDefinition; often empty
     Origin origin = kFree;
     bool isFixed = false;
+    std::optional<std::size_t> module = {}; // in Device::modules; none for what only the presets have
     std::vector<Identifier> identifiers;
     std::vector<ParameterArea> blocks;
 };
@@ -44,17 +48,20 @@ struct Configuration {
     unsigned outputBytes = 0;
     std::vector<std::string> notes;
     std::vector<std::string> problems; // the telegrams are not what the device allows
+    std::vector<Refusal> refusals;     // the same, taken apart: one for each problem, in their order
 };
 
 /// A problem is what the device does not allow; the telegrams are made all the same.
 /// @throws ChoiceError  for a choice that cannot be understood, or a device without such telegrams
 TYPDESCRIPTOR_HOST_API Configuration configure(const Device& device, const Plan& plan);
 
-/// The choices of a command line. Names may hold "=" and ":" themselves.
+/// The choices of a command line, put over a plan: a module takes the place of the one that was chosen for its slot, whose
+/// values go with it; a value takes that of the same parameter. Names may hold "=" and ":" themselves.
 /// @param slots   "N=MODULE", one for each slot
 /// @param values  "SLOT:PARAM=VALUE"; slot 0 is the station
-/// @throws ChoiceError  for a text of another form, or a parameter that is not there
+/// @param base    the plan that is changed; its standard part stays
+/// @throws ChoiceError  for a text of another form, or a module or parameter that is not there
 TYPDESCRIPTOR_HOST_API Plan planFromArguments(const Device& device, const std::vector<std::string>& slots,
-                                              const std::vector<std::string>& values);
+                                              const std::vector<std::string>& values, const Plan& base = {});
 
 } // namespace typdescriptor

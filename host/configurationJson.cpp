@@ -11,6 +11,12 @@ using Json = nlohmann::ordered_json;
 
 namespace {
 
+template <class Value>
+Json knownJson(const std::optional<Value>& value)
+{
+    return value ? Json(*value) : Json();
+}
+
 Json telegramJson(const std::vector<TelegramByte>& telegram)
 {
     Json bytes = Json::array();
@@ -21,6 +27,12 @@ Json telegramJson(const std::vector<TelegramByte>& telegram)
 
 } // namespace
 
+Json refusalJson(const Refusal& refusal)
+{
+    return {{"name", refusal.name},           {"text", refusal.text},   {"slot", knownJson(refusal.slot)},
+            {"parameter", refusal.parameter}, {"value", refusal.value}, {"allowed", refusal.allowed}};
+}
+
 Json configurationJson(const Configuration& configuration)
 {
     constexpr std::array<const char*, 3> kOrigins = {"free", "preset", "chosen"};
@@ -28,15 +40,19 @@ Json configurationJson(const Configuration& configuration)
     for (const Slot& slot : configuration.slots)
         slots.push_back({{"slot", slots.size() + 1},
                          {"name", slot.name},
+                         {"slotName", slot.slotName},
+                         {"module", slot.module ? Json(*slot.module + 1) : Json()},
                          {"origin", kOrigins[slot.origin]},
                          {"fixed", slot.isFixed}});
     return {{"slots", slots},
             {"inputBytes", configuration.inputBytes},
             {"outputBytes", configuration.outputBytes},
+            {"parameters", telegramJson(configuration.parameters)},
             {"userParameters", telegramJson(configuration.userParameters)},
             {"configuration", telegramJson(configuration.configuration)},
             {"notes", configuration.notes},
-            {"problems", configuration.problems}};
+            {"problems", configuration.problems},
+            {"refusals", listJson(configuration.refusals, refusalJson)}};
 }
 
 } // namespace typdescriptor

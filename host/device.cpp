@@ -1,5 +1,6 @@
 #include "host/device.h"
 
+#include "host/standardPart.h"
 #include "host/text.h"
 
 #include <algorithm>
@@ -10,7 +11,6 @@ namespace typdescriptor {
 
 namespace {
 
-constexpr unsigned kStandardBytes = 7; // of the parameter telegram, ahead of the user parameters
 constexpr unsigned kTextWidth = 30;
 constexpr unsigned kReferenceWidth = 5;
 constexpr unsigned kReferenceTag = 2;
@@ -68,17 +68,19 @@ Parameter readParameter(const _parastruct& record, unsigned firstByte)
     parameter.defaultValue = isBinaryText ? binary(record.defaultValue) : decimal(record.defaultValue);
     parameter.minimum = decimal(record.minValue);
     parameter.maximum = decimal(record.maxValue);
+    parameter.mayBeShortened = parameter.type == Parameter::kUint;
     return parameter;
 }
 
 /// The library keeps a signed parameter that is not an INT as an unsigned one: its negative limits, default and value
-/// texts come back as large numbers. Limits on both sides of zero give it away, for then the minimum is above the maximum.
+/// texts come back as large numbers. Limits on both sides of zero give it away: the minimum is then a large number and the
+/// maximum a small one. (A range that stands the wrong way round, 10-0, is none of a signed parameter.)
 void unwrapSigned(Parameter& parameter)
 {
     const bool isUnsigned = parameter.type == Parameter::kByte || parameter.type == Parameter::kUint;
-    if (!isUnsigned || parameter.minimum <= parameter.maximum)
-        return;
     const std::int64_t modulus = std::int64_t{1} << parameter.bitCount;
+    if (!isUnsigned || parameter.minimum < modulus / 2 || parameter.maximum >= modulus / 2)
+        return;
     parameter.minimum -= modulus;
     if (parameter.defaultValue > parameter.maximum)
         parameter.defaultValue -= modulus;
@@ -184,7 +186,7 @@ void readPresetSlots(const cTypDescriptor& descriptor, Device& device)
         MLFB_ITEM item = {};
         descriptor.getFixedSlotId(i, &item);
         device.presetSlots.push_back(
-            {fromField(item.mlfb), decodeIdentifier(item.preset), item.spIndex, item.preset.xSlot == 0});
+            {{}, fromField(item.mlfb), decodeIdentifier(item.preset), item.spIndex, item.preset.xSlot == 0});
     }
 }
 
@@ -296,8 +298,11 @@ bool Parameter::allows(std::int64_t value) const
 
 std::string Parameter::allowedInWords() const
 {
+    const std::string range = std::to_string(minimum) + " to " + std::to_string(maximum);
+    if (minimum > maximum)
+        return "none (" + range + " is the wrong way round)";
     if (allowed.empty())
-        return std::to_string(minimum) + " to " + std::to_string(maximum);
+        return range;
     std::string words;
     for (std::size_t i = 0; i < allowed.size(); ++i)
         words += (i == 0 ? "" : i + 1 == allowed.size() ? " or " : ", ") + std::to_string(allowed[i]);
@@ -337,6 +342,8 @@ bool SlotRule::allows(unsigned reference) const
 unsigned Device::slotCount() const
 {
     const auto preset = static_cast<unsigned>(presetSlots.size());
+    if (!isModular)
+        return std::max(1U, preset); // a compact station has one configuration out of several
     if (gsd && gsd->maxModule)
         return std::max(*gsd->maxModule, preset);
     return std::max(static_cast<unsigned>(std::max(data.maxModule, 0)), preset);
@@ -344,8 +351,8 @@ unsigned Device::slotCount() const
 
 unsigned Device::parameterBudget() const
 {
-    const auto length = static_cast<unsigned>(data.userPrmDataLenRead);
-    return length > kStandardBytes ? length - kStandardBytes : 0;
+    const auto length = static_cast<std::size_t>(std::max<int>(data.userPrmDataLenRead, 0));
+    return length > kStandardBytes ? static_cast<unsigned>(length - kStandardBytes) : 0;
 }
 
 Device readDevice(cTypDescriptor& descriptor)

@@ -39,6 +39,7 @@ struct Parameter {
     std::vector<std::int64_t> allowed; // where a GSD file lists single values; else empty
     bool isChangeable = true;          // a GSD file may say that it is not; so isVisible
     bool isVisible = true;
+    bool mayBeShortened = false; // of a type file, which keeps parameters of 32 bits in 16
     std::vector<ValueText> texts;
 
     unsigned byteCount() const { return type == kBit || type == kBitGroup ? 1 : bitCount / 8; }
@@ -86,17 +87,22 @@ struct KgpModule {
 
 struct Module {
     std::string name;
-    bool isFromOrderList = true; // else from the module lists
-    bool isFixed = false;        // a module list that may not be changed
+    bool isFromOrderList = true;      // else from the module lists
+    bool isFixed = false;             // a module list that may not be changed
+    bool hasSafetyParameters = false; // F_ keywords; from a GSD file only
     std::vector<ModulePart> parts;
     std::optional<KgpModule> kgp;
     std::string fullName; // these from a GSD file only
     std::optional<unsigned> reference;
     std::string infoText;
     std::vector<ValueText> channelTexts; // of its channels' maker-specific errors; from a GSD file only
+
+    /// In full where it is known.
+    const std::string& wholeName() const { return fullName.empty() ? name : fullName; }
 };
 
 struct PresetSlot {
+    std::string name; // of its module, from a GSD file only
     std::string orderNumber;
     Identifier identifier;
     int block = kNoBlock;
@@ -162,7 +168,7 @@ struct GsdFacts {
     std::vector<NamedNumber> maxTsdr; // by rate, "1.5M"; in bit times
     std::optional<unsigned> maxModule;
     std::vector<SlotRule> slots;
-    bool hasSafetyParameters = false; // F_ keywords: neither the library nor this one carries them
+    bool hasSafetyParameters = false; // F_ keywords of the station: neither the library nor this one carries them
     std::vector<NamedNumber> others;  // keywords of the station with a number that the library does not read
 };
 

@@ -54,7 +54,7 @@ Json identificationJson(const Device& device)
 
 Json featuresJson(const Device& device)
 {
-    Json json = {{"modular", device.isModular}};
+    Json json = {{"modular", device.isModular}, {"dpv1", device.isDpv1 ? Json(*device.isDpv1) : Json()}};
     for (const FeatureName& feature : featureNames())
         json[feature.name] = device.has(feature.feature);
     return json;
@@ -95,6 +95,7 @@ Json slotsJson(const Device& device)
     for (const PresetSlot& slot : device.presetSlots) {
         preset.push_back({{"slot", preset.size() + 1},
                           {"fixed", slot.isFixed},
+                          {"name", slot.name},
                           {"orderNumber", slot.orderNumber},
                           {"identifier", identifierJson(slot.identifier)},
                           {"block", blockJson(slot.block)}});
@@ -120,6 +121,11 @@ Json modulesJson(const Device& device)
     for (const Module& module : device.modules) {
         Json entry = {{"number", list.size() + 1},
                       {"name", module.name},
+                      {"fullName", module.fullName},
+                      {"reference", module.reference ? Json(*module.reference) : Json()},
+                      {"infoText", module.infoText},
+                      {"channelErrors", valueTextsJson(module.channelTexts)},
+                      {"safetyParameters", module.hasSafetyParameters},
                       {"source", module.isFromOrderList ? "orderNumberList" : "moduleList"},
                       {"fixed", module.isFixed}};
         if (module.kgp) {
@@ -137,7 +143,7 @@ const char* typeName(Parameter::Type type)
 {
     constexpr std::array<const char*, 9> kNames = {"bit",      "binary", "uint8", "int16", "uint16",
                                                    "bitGroup", "int8",   "int32", "uint32"};
-    return kNames[static_cast<std::size_t>(type)];
+    return kNames.at(static_cast<std::size_t>(type));
 }
 
 Json parameterJson(const Parameter& parameter)
@@ -193,9 +199,44 @@ Json diagnosticsJson(const Device& device)
                 {"lastBit", entry.lastBit},
                 {"texts", valueTextsJson(entry.texts)}};
     };
+    const auto type = [&](const DiagnosisType& entry) -> Json {
+        return {{"number", entry.number},
+                {"bits", listJson(entry.texts.bits, bit)},
+                {"areas", listJson(entry.texts.areas, area)}};
+    };
     return {{"bits", listJson(device.diagnosisTexts.bits, bit)},
             {"areas", listJson(device.diagnosisTexts.areas, area)},
+            {"types", listJson(device.diagnosisTypes, type)},
             {"channelErrors", valueTextsJson(device.channelTexts)}};
+}
+
+/// null for a type file.
+Json gsdJson(const Device& device)
+{
+    if (!device.gsd)
+        return nullptr;
+    const GsdFacts& facts = *device.gsd;
+    const auto named = [](const NamedNumber& entry) -> Json { return {{"name", entry.name}, {"value", entry.value}}; };
+    const auto rule = [](const SlotRule& entry) -> Json {
+        const auto range = [](const SlotRule::References& allowed) -> Json {
+            return {{"first", allowed.first}, {"last", allowed.last}};
+        };
+        return {{"slot", entry.slot},
+                {"name", entry.name},
+                {"preset", entry.preset ? Json(*entry.preset) : Json()},
+                {"allowed", listJson(entry.allowed, range)}};
+    };
+    return {{"modelName", facts.modelName},
+            {"vendorName", facts.vendorName},
+            {"revision", facts.revision},
+            {"hardwareRelease", facts.hardwareRelease},
+            {"softwareRelease", facts.softwareRelease},
+            {"infoText", facts.infoText},
+            {"maxModules", facts.maxModule ? Json(*facts.maxModule) : Json()},
+            {"maxTsdr", listJson(facts.maxTsdr, named)},
+            {"slotDefinitions", listJson(facts.slots, rule)},
+            {"safetyParameters", facts.hasSafetyParameters},
+            {"others", listJson(facts.others, named)}};
 }
 
 Json warningsJson(const Device& device)
@@ -209,7 +250,7 @@ struct Section {
     const char* name;
     Json (*json)(const Device&);
 };
-constexpr std::array<Section, 10> kSections = {
+constexpr std::array<Section, 11> kSections = {
     Section{"identification", identificationJson},
     Section{"features", featuresJson},
     Section{"baudRates", baudRatesJson},
@@ -219,6 +260,7 @@ constexpr std::array<Section, 10> kSections = {
     Section{"parameters", parametersJson},
     Section{"blocks", blocksJson},
     Section{"diagnostics", diagnosticsJson},
+    Section{"gsd", gsdJson},
     Section{"warnings", warningsJson},
 };
 

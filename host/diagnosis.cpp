@@ -90,7 +90,7 @@ std::string countedBytes(std::size_t count)
 
 void explainIdent(const Device& device, const Bytes& telegram, Diagnosis& diagnosis)
 {
-    const unsigned ident = telegram[kIdentByte] * 256U + telegram[kIdentByte + 1];
+    const unsigned ident = identNumberIn(telegram).value_or(0);
     diagnosis.station.identNumber = ident;
     if (ident != device.header.identNumber)
         diagnosis.problems.push_back(
@@ -157,7 +157,7 @@ std::vector<DeviceEntry> areasOf(const DiagnosisTexts& texts, const Bytes& block
             continue;
         const auto text = std::find_if(area.texts.begin(), area.texts.end(),
                                        [&value](const ValueText& row) { return row.value == *value; });
-        DeviceEntry entry{area.byte, area.firstBit, area.lastBit, *value, {}, {}};
+        DeviceEntry entry{area.byte, 0, area.firstBit, area.lastBit, *value, {}, {}};
         if (text != area.texts.end()) {
             entry.text = text->text;
             entry.help = text->help;
@@ -180,7 +180,7 @@ void addBits(const DiagnosisTexts& texts, std::uint8_t value, unsigned byte, con
         const bool isSet = hasBit(value, bit);
         const auto known = std::find_if(texts.bits.begin(), texts.bits.end(),
                                         [=](const BitText& row) { return row.byte == byte && row.bit == bit; });
-        DeviceEntry entry{byte, bit, bit, isSet ? 1U : 0U, {}, {}};
+        DeviceEntry entry{byte, 0, bit, bit, isSet ? 1U : 0U, {}, {}};
         if (known != texts.bits.end()) {
             entry.text = isSet ? known->set : known->clear;
             entry.help = isSet ? known->setHelp : known->clearHelp;
@@ -192,12 +192,25 @@ void addBits(const DiagnosisTexts& texts, std::uint8_t value, unsigned byte, con
     }
 }
 
-void explainIdentifiers(const DiagnosisContext& context, DiagnosisBlock& block)
+/// Says where an identifier is named that the configuration does not have.
+void checkIdentifier(const DiagnosisContext& context, const IdentifierPlace& place, std::size_t offset,
+                     Diagnosis& diagnosis)
+{
+    if (context.configuration != nullptr && place.slot == 0)
+        diagnosis.problems.push_back(
+            {"identifierNotConfigured",
+             "identifier " + std::to_string(place.identifier) + ": the configuration has none of this number", offset,
+             1});
+}
+
+void explainIdentifiers(const DiagnosisContext& context, DiagnosisBlock& block, Diagnosis& diagnosis)
 {
     for (std::size_t i = 1; i < block.bytes.size(); ++i) {
         for (unsigned bit = 0; bit < 8; ++bit) {
-            if (hasBit(block.bytes[i], bit))
-                block.identifiers.push_back(placeOfIdentifier(context, static_cast<unsigned>(8 * (i - 1)) + bit));
+            if (!hasBit(block.bytes[i], bit))
+                continue;
+            block.identifiers.push_back(placeOfIdentifier(context, static_cast<unsigned>(8 * (i - 1)) + bit));
+            checkIdentifier(context, block.identifiers.back(), block.offset + i, diagnosis);
         }
     }
 }
@@ -215,10 +228,9 @@ void setMakerText(const DiagnosisContext& context, ChannelEntry& entry)
         return true;
     };
     entry.name = "makerSpecific";
-    for (const Module& module : context.device.modules) {
-        if (!entry.place.module.empty() && module.name == entry.place.module && take(module.channelTexts))
-            return;
-    }
+    const Slot* const slot = slotOf(context, entry.place.slot);
+    if (slot != nullptr && slot->module && take(context.device.modules[*slot->module].channelTexts))
+        return;
     take(context.device.channelTexts);
 }
 
@@ -228,6 +240,7 @@ void explainChannel(const DiagnosisContext& context, DiagnosisBlock& block, Diag
     const unsigned direction = block.bytes[1] >> 6U;
     const unsigned unit = block.bytes[2] >> 5U;
     entry.place = placeOfIdentifier(context, block.bytes[0] & kLengthMask);
+    checkIdentifier(context, entry.place, block.offset, diagnosis);
     entry.channel = block.bytes[1] & 0x3FU;
     entry.direction = kDirections[direction];
     entry.unit = kUnits[unit];
@@ -277,10 +290,10 @@ void explainContents(const DiagnosisContext& context, DiagnosisBlock& block, boo
         if (context.isDpv1 && (block.bytes[0] & kLengthMask) >= kShortestDpv1)
             explainDpv1(context, block, diagnosis);
         else
-            block.device = entriesOf(context.device.diagnosisTexts, block.bytes, 1);
+            block.device = entriesOf(context.device.diagnosisTexts, block, 1);
         break;
     case DiagnosisBlock::kIdentifier:
-        explainIdentifiers(context, block);
+        explainIdentifiers(context, block, diagnosis);
         break;
     case DiagnosisBlock::kChannel:
         if (isWhole)
@@ -365,35 +378,46 @@ void checkBlocks(Diagnosis& diagnosis)
 
 IdentifierPlace placeOfIdentifier(const DiagnosisContext& context, unsigned identifier)
 {
-    IdentifierPlace place{identifier, 0, {}};
+    IdentifierPlace place{identifier, 0, {}, {}};
     if (context.configuration == nullptr)
         return place;
     std::size_t first = 0;
     const std::vector<Slot>& slots = context.configuration->slots;
     for (std::size_t i = 0; i < slots.size(); first += slots[i++].identifiers.size()) {
         if (identifier < first + slots[i].identifiers.size())
-            return {identifier, static_cast<unsigned>(i + 1), slots[i].name};
+            return {identifier, static_cast<unsigned>(i + 1), slots[i].name, slots[i].slotName};
     }
     return place;
 }
 
-std::string moduleInSlot(const DiagnosisContext& context, unsigned slot)
+const Slot* slotOf(const DiagnosisContext& context, unsigned slot)
 {
     const bool isKnown = context.configuration != nullptr && slot > 0 && slot <= context.configuration->slots.size();
-    return isKnown ? context.configuration->slots[slot - 1].name : std::string();
+    return isKnown ? &context.configuration->slots[slot - 1] : nullptr;
 }
 
-std::vector<DeviceEntry> entriesOf(const DiagnosisTexts& texts, const Bytes& block, unsigned first)
+void checkSlot(const DiagnosisContext& context, unsigned slot, std::size_t offset, Diagnosis& diagnosis)
 {
-    std::vector<DeviceEntry> areas = areasOf(texts, block, first);
+    if (context.configuration != nullptr && slot > context.configuration->slots.size())
+        diagnosis.problems.push_back({"slotNotConfigured",
+                                      "slot " + std::to_string(slot) + ": the configuration has slots 1 to " +
+                                          std::to_string(context.configuration->slots.size()),
+                                      offset, 1});
+}
+
+std::vector<DeviceEntry> entriesOf(const DiagnosisTexts& texts, const DiagnosisBlock& block, unsigned first)
+{
+    std::vector<DeviceEntry> areas = areasOf(texts, block.bytes, first);
     std::vector<DeviceEntry> entries;
-    for (unsigned byte = first; byte < block.size(); ++byte) {
-        addBits(texts, block[byte], byte, areas, entries);
+    for (unsigned byte = first; byte < block.bytes.size(); ++byte) {
+        addBits(texts, block.bytes[byte], byte, areas, entries);
         for (const DeviceEntry& area : areas) {
             if (area.byte == byte && (area.value != 0 || !area.text.empty()))
                 entries.push_back(area);
         }
     }
+    for (DeviceEntry& entry : entries)
+        entry.offset = block.offset + entry.byte;
     return entries;
 }
 
@@ -401,7 +425,14 @@ const char* kindName(DiagnosisBlock::Kind kind)
 {
     constexpr std::array<const char*, 8> kNames = {"device", "identifier", "channel",      "revision",
                                                    "alarm",  "status",     "moduleStatus", "linkStatus"};
-    return kNames[kind];
+    return kNames.at(kind);
+}
+
+std::optional<unsigned> identNumberIn(const Bytes& telegram)
+{
+    if (telegram.size() < kStationBytes || (telegram[0] & kAbsent) != 0)
+        return std::nullopt;
+    return telegram[kIdentByte] * 256U + telegram[kIdentByte + 1];
 }
 
 Diagnosis explainDiagnosis(const Device& device, const Bytes& telegram, const DiagnosisOptions& options)

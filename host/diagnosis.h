@@ -28,7 +28,8 @@ struct DiagnosisState {
 
 /// A bit or an area of the device-related diagnosis.
 struct DeviceEntry {
-    unsigned byte = 0; // behind the header byte, from 1
+    unsigned byte = 0;      // behind the header byte, from 1, as GSD files count
+    std::size_t offset = 0; // of that byte in the telegram
     unsigned firstBit = 0;
     unsigned lastBit = 0; // above 7 where an area goes on in the next byte
     unsigned value = 0;
@@ -41,6 +42,7 @@ struct IdentifierPlace {
     unsigned identifier = 0; // from 0
     unsigned slot = 0;       // from 1; 0 when not known
     std::string module;
+    std::string slotName; // from a GSD file's SlotDefinition; often empty, as below
 };
 
 struct ChannelEntry {
@@ -60,7 +62,8 @@ struct Dpv1Entry {
     std::string name; // "diagnosisAlarm", "statusMessage"
     std::string text;
     unsigned slot = 0;
-    std::string module;    // empty when not known
+    std::string module; // empty when not known
+    std::string slotName;
     std::string specifier; // name: "none", "appears", ...
     std::string specifierText;
     std::optional<unsigned> sequence;  // alarms only
@@ -72,6 +75,7 @@ struct Dpv1Entry {
 struct ModuleState {
     unsigned slot = 0; // from 1
     std::string module;
+    std::string slotName;
     std::string name; // "valid", "faulty", "wrongModule", "noModule"
     std::string text;
 };
@@ -123,6 +127,9 @@ struct DiagnosisOptions {
     /// What the slave runs with: names the modules. Not owned.
     const Configuration* configuration = nullptr;
 };
+
+/// The ident number in an answer; nothing when it is cut, or the station does not exist.
+TYPDESCRIPTOR_HOST_API std::optional<unsigned> identNumberIn(const std::vector<std::uint8_t>& telegram);
 
 TYPDESCRIPTOR_HOST_API Diagnosis explainDiagnosis(const Device& device, const std::vector<std::uint8_t>& telegram,
                                                   const DiagnosisOptions& options = {});

@@ -15,11 +15,13 @@ struct DiagnosisContext {
 
 /// Where an identifier of the configuration telegram lies.
 IdentifierPlace placeOfIdentifier(const DiagnosisContext& context, unsigned identifier);
-/// The name of what is in a slot; empty when not known.
-std::string moduleInSlot(const DiagnosisContext& context, unsigned slot);
+/// What is in a slot; null when not known.
+const Slot* slotOf(const DiagnosisContext& context, unsigned slot);
+/// Says where a slot is named that the configuration does not have.
+void checkSlot(const DiagnosisContext& context, unsigned slot, std::size_t offset, Diagnosis& diagnosis);
 
 /// The texts of a block's bits from a byte on (1: the first behind the header).
-std::vector<DeviceEntry> entriesOf(const DiagnosisTexts& texts, const std::vector<std::uint8_t>& block, unsigned first);
+std::vector<DeviceEntry> entriesOf(const DiagnosisTexts& texts, const DiagnosisBlock& block, unsigned first);
 
 /// A device-related block of a DPV1 slave. Sets the block's kind.
 void explainDpv1(const DiagnosisContext& context, DiagnosisBlock& block, Diagnosis& diagnosis);

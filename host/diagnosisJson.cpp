@@ -27,14 +27,16 @@ Json knownJson(const Number& number, bool isKnown)
 
 Json placeJson(const IdentifierPlace& place)
 {
-    return {
-        {"identifier", place.identifier}, {"slot", knownJson(place.slot, place.slot != 0)}, {"module", place.module}};
+    return {{"identifier", place.identifier},
+            {"slot", knownJson(place.slot, place.slot != 0)},
+            {"module", place.module},
+            {"slotName", place.slotName}};
 }
 
 Json entryJson(const DeviceEntry& entry)
 {
-    return {{"byte", entry.byte},   {"firstBit", entry.firstBit}, {"lastBit", entry.lastBit},
-            {"value", entry.value}, {"text", entry.text},         {"help", entry.help}};
+    return {{"byte", entry.byte},   {"offset", entry.offset}, {"firstBit", entry.firstBit}, {"lastBit", entry.lastBit},
+            {"value", entry.value}, {"text", entry.text},     {"help", entry.help}};
 }
 
 Json channelJson(const ChannelEntry& entry)
@@ -57,6 +59,7 @@ Json dpv1Json(const Dpv1Entry& entry)
             {"text", entry.text},
             {"slot", entry.slot},
             {"module", entry.module},
+            {"slotName", entry.slotName},
             {"specifier", entry.specifier},
             {"specifierText", entry.specifierText},
             {"sequence", knownJson(entry.sequence.value_or(0), entry.sequence.has_value())},
@@ -66,7 +69,11 @@ Json dpv1Json(const Dpv1Entry& entry)
 
 Json moduleJson(const ModuleState& state)
 {
-    return {{"slot", state.slot}, {"module", state.module}, {"name", state.name}, {"text", state.text}};
+    return {{"slot", state.slot},
+            {"module", state.module},
+            {"slotName", state.slotName},
+            {"name", state.name},
+            {"text", state.text}};
 }
 
 Json linkJson(const LinkState& link)

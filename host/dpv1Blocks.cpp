@@ -87,7 +87,9 @@ void explainModules(const DiagnosisContext& context, DiagnosisBlock& block)
         for (unsigned pair = 0; pair < kSlotsInByte; ++pair) {
             const Named& state = kModuleStates[byte >> 2 * pair & 3U];
             ++slot;
-            block.modules.push_back({slot, moduleInSlot(context, slot), state.name, state.text});
+            const Slot* const known = slotOf(context, slot);
+            block.modules.push_back({slot, known == nullptr ? "" : known->name, known == nullptr ? "" : known->slotName,
+                                     state.name, state.text});
         }
     }
     // The last byte is filled up with slots that are not there: where the configuration is known they are left out.
@@ -150,7 +152,10 @@ void explainDpv1(const DiagnosisContext& context, DiagnosisBlock& block, Diagnos
     if (entry.type >= kFirstMakerType || entry.name == "reserved")
         entry.text += isAlarm ? " alarm" : " status";
     entry.slot = bytes[2];
-    entry.module = moduleInSlot(context, entry.slot);
+    if (const Slot* const known = slotOf(context, entry.slot); known != nullptr) {
+        entry.module = known->name;
+        entry.slotName = known->slotName;
+    }
     entry.specifier = specifier.name;
     entry.specifierText = specifier.text;
     if (isAlarm) {
@@ -173,10 +178,11 @@ void explainDpv1(const DiagnosisContext& context, DiagnosisBlock& block, Diagnos
         const auto& types = context.device.diagnosisTypes;
         const auto ownTexts = std::find_if(types.begin(), types.end(),
                                            [&](const DiagnosisType& type) { return type.number == bytes[1]; });
-        block.device = entriesOf(ownTexts == types.end() ? context.device.diagnosisTexts : ownTexts->texts, bytes,
+        block.device = entriesOf(ownTexts == types.end() ? context.device.diagnosisTexts : ownTexts->texts, block,
                                  static_cast<unsigned>(kHeadBytes));
     }
     checkHead(block, diagnosis);
+    checkSlot(context, block.dpv1->slot, block.offset + 2, diagnosis);
 }
 
 } // namespace typdescriptor

@@ -21,10 +21,20 @@ using gsdfile::kNone;
 using gsdfile::Statement;
 using gsdfile::Value;
 
-/// An ExtUserPrmData block, but for its place.
+constexpr unsigned kKeptBits = 16; // of a parameter, by the library
+
+/// An ExtUserPrmData block, but for its place. Of several blocks with one reference the first counts, as for the library.
 struct Definition {
+    std::size_t block = kNone;
     Parameter parameter;
+    bool isSlotNumber = false;
     std::optional<std::int64_t> texts; // reference of its PrmText block
+};
+
+/// A PrmText block; of several with one reference the first counts.
+struct TextBlock {
+    std::size_t block = kNone;
+    std::vector<ValueText> texts;
 };
 
 /// A Module block.
@@ -35,6 +45,8 @@ struct GsdModule {
     std::string infoText;
     std::vector<ValueText> channelTexts;
     std::vector<const Statement*> parameterReferences;
+    bool hasSafetyParameters = false;
+    bool isPreset = false;
 };
 
 bool is(const Statement& statement, std::string_view keyword)
@@ -47,6 +59,17 @@ std::optional<std::int64_t> numberOf(const Statement& statement)
     if (statement.values.empty() || statement.values.front().kind != Value::number)
         return std::nullopt;
     return statement.values.front().first.value;
+}
+
+/// A number that is to be none below 0 and none of more than 32 bits, whatever stands in the file.
+unsigned small(std::int64_t number)
+{
+    return static_cast<unsigned>(std::clamp<std::int64_t>(number, 0, 0xFFFFFFFF));
+}
+
+bool isSafetyKeyword(const Statement& statement)
+{
+    return isSameText(statement.name.substr(0, 2), "F_");
 }
 
 /// Reads a document once, from its first statement to its last.
@@ -66,6 +89,7 @@ private:
     void readModule(const Statement& statement);
     void readDefinition(const Statement& statement);
     void readType(const Statement& statement, Parameter& parameter) const;
+    void readValueText(const Statement& statement);
     void readSlot(const Statement& statement);
     void readDiagnosis(const Statement& statement);
     void readDiagnosisBlock(const Statement& statement, BlockKind kind);
@@ -74,18 +98,20 @@ private:
     void addValue(DiagnosisTexts& texts, const Statement& statement, std::size_t area, bool isHelp) const;
     void addArea(const Statement& statement, std::size_t block);
 
+    const Definition* definitionOf(const Statement& statement) const;
+    std::vector<ValueText> textsOf(std::int64_t reference) const;
     void applyModules();
+    void namePresets();
     void applyParameters(const std::vector<const Statement*>& references, ParameterArea& area) const;
     int ownBlock(int index, const GsdModule& module);
 
     const Document& document;
     Device& device;
     std::map<std::int64_t, Definition> definitions;
-    std::map<std::int64_t, std::vector<ValueText>> valueTexts;
+    std::map<std::int64_t, TextBlock> valueTexts;
     std::vector<GsdModule> modules;
     std::vector<const Statement*> stationReferences;
     std::map<std::size_t, std::pair<std::size_t, std::size_t>> areas; // of a block: in diagnosisTypes (or kNone), index
-    bool hasDiagnosis = false;
     DiagnosisTexts stationTexts;
 };
 
@@ -130,22 +156,23 @@ void FactReader::readStation(const Statement& statement)
         if (is(statement, row.keyword) && (facts.*row.member).empty())
             facts.*row.member = textOf(statement);
     }
+    if (isSafetyKeyword(statement))
+        facts.hasSafetyParameters = true;
     const auto number = numberOf(statement);
     if (statement.keyword == nullptr || !number)
         return;
     const std::string_view name = statement.keyword->name;
     if (name.substr(0, kTsdr.size()) == kTsdr)
-        facts.maxTsdr.push_back({std::string(name.substr(kTsdr.size())), static_cast<unsigned>(*number)});
+        facts.maxTsdr.push_back({std::string(name.substr(kTsdr.size())), small(*number)});
     else if (name == "Max_Module" && *number > 0)
-        facts.maxModule = static_cast<unsigned>(*number);
+        facts.maxModule = small(*number);
     else if (name == "DPV1_Slave")
         device.isDpv1 = *number != 0;
-    else if (statement.keyword->readerId == gsdfile::kNotRead && statement.keyword->form == gsdfile::Form::value)
+    else if (statement.keyword->readerId == gsdfile::kNotRead && statement.keyword->form == gsdfile::Form::value &&
+             !isSafetyKeyword(statement))
         facts.others.push_back({std::string(name), *number});
     if (name == "Ext_User_Prm_Data_Ref")
         stationReferences.push_back(&statement);
-    if (name.substr(0, 2) == "F_")
-        facts.hasSafetyParameters = true;
 }
 
 void FactReader::readModule(const Statement& statement)
@@ -153,7 +180,7 @@ void FactReader::readModule(const Statement& statement)
     GsdModule& module = modules.back();
     if (statement.isReference || is(statement, "Module_Reference")) {
         if (const auto number = numberOf(statement))
-            module.reference = static_cast<unsigned>(*number);
+            module.reference = small(*number);
     } else if (is(statement, "Ext_User_Prm_Data_Ref")) {
         module.parameterReferences.push_back(&statement);
     } else if (is(statement, "Info_Text")) {
@@ -165,8 +192,10 @@ void FactReader::readModule(const Statement& statement)
             if (text.value == statement.argument->first.value)
                 text.help = textOf(statement);
         }
-    } else if (statement.keyword != nullptr && std::string_view(statement.keyword->name).substr(0, 2) == "F_") {
-        device.gsd->hasSafetyParameters = true;
+    } else if (is(statement, "Preset")) {
+        module.isPreset = numberOf(statement).value_or(0) != 0;
+    } else if (isSafetyKeyword(statement)) {
+        module.hasSafetyParameters = true;
     }
 }
 
@@ -224,6 +253,10 @@ void FactReader::readDefinition(const Statement& statement)
     if (!reference)
         return;
     Definition& definition = definitions[*reference];
+    if (definition.block == kNone)
+        definition.block = statement.block;
+    if (definition.block != statement.block)
+        return;
     if (statement.keyword != nullptr && statement.keyword->form == gsdfile::Form::type)
         readType(statement, definition.parameter);
     else if (is(statement, "Prm_Text_Ref") || is(statement, "PrmTextRef"))
@@ -232,7 +265,21 @@ void FactReader::readDefinition(const Statement& statement)
         definition.parameter.isChangeable = numberOf(statement).value_or(1) != 0;
     else if (is(statement, "Visible"))
         definition.parameter.isVisible = numberOf(statement).value_or(1) != 0;
+    const auto& names = openingOf(statement).values;
     definition.parameter.name = textOf(openingOf(statement));
+    definition.isSlotNumber = !names.empty() && isSameText(textOf(names.back()), "[SlotNumber]");
+}
+
+void FactReader::readValueText(const Statement& statement)
+{
+    const auto reference = numberOf(openingOf(statement));
+    if (!reference || !is(statement, "Text") || !statement.argument)
+        return;
+    TextBlock& known = valueTexts[*reference];
+    if (known.block == kNone)
+        known.block = statement.block;
+    if (known.block == statement.block)
+        known.texts.push_back({statement.argument->first.value, textOf(statement), {}});
 }
 
 /// Slot(number) = "name" default, then a range or a list of module references.
@@ -241,17 +288,20 @@ void FactReader::readSlot(const Statement& statement)
     if (!is(statement, "Slot") || !statement.argument)
         return;
     SlotRule rule;
-    rule.slot = static_cast<unsigned>(statement.argument->first.value);
+    rule.slot = small(statement.argument->first.value);
     rule.name = textOf(statement);
     for (const Value& value : statement.values) {
         if (value.kind != Value::number && value.kind != Value::range)
             continue;
-        const auto first = static_cast<unsigned>(value.first.value);
-        const unsigned last = value.kind == Value::range ? static_cast<unsigned>(value.last.value) : first;
+        const unsigned first = small(value.first.value);
+        const unsigned last = value.kind == Value::range ? small(value.last.value) : first;
         if (!rule.preset)
-            rule.preset = first;
-        rule.allowed.push_back({first, last});
+            rule.preset = first; // and only what follows is allowed
+        else
+            rule.allowed.push_back({first, last});
     }
+    if (rule.allowed.empty() && rule.preset)
+        rule.allowed.push_back({*rule.preset, *rule.preset});
     device.gsd->slots.push_back(std::move(rule));
 }
 
@@ -262,7 +312,7 @@ DiagnosisTexts& FactReader::textsOf(std::size_t block)
         if (document.blocks()[block].kind != BlockKind::unitDiagType)
             continue;
         const Statement& opening = document.statements()[document.blocks()[block].opening];
-        const auto number = static_cast<unsigned>(numberOf(opening).value_or(0));
+        const unsigned number = small(numberOf(opening).value_or(0));
         auto& types = device.diagnosisTypes;
         const auto known = std::find_if(types.begin(), types.end(),
                                         [number](const DiagnosisType& type) { return type.number == number; });
@@ -278,7 +328,7 @@ void FactReader::addBit(DiagnosisTexts& texts, const Statement& statement, std::
 {
     if (!statement.argument)
         return;
-    const auto position = static_cast<unsigned>(statement.argument->first.value);
+    const unsigned position = small(statement.argument->first.value);
     const unsigned byte = position / 8 + 1;
     const unsigned bit = position % 8;
     auto known = std::find_if(texts.bits.begin(), texts.bits.end(),
@@ -299,7 +349,7 @@ void FactReader::addArea(const Statement& statement, std::size_t block)
     const std::int64_t last = statement.values.front().last.value;
     if (first < 0 || last < first || last - first >= kMostBits)
         return;
-    const auto start = static_cast<unsigned>(first);
+    const unsigned start = small(first);
     DiagnosisTexts& texts = textsOf(document.blocks()[block].parent);
     areas[block] = {0, texts.areas.size()};
     texts.areas.push_back({start / 8 + 1, start % 8, start % 8 + static_cast<unsigned>(last - first), {}});
@@ -377,9 +427,7 @@ void FactReader::read()
             readDefinition(statement);
             break;
         case BlockKind::prmText:
-            if (const auto reference = numberOf(openingOf(statement));
-                reference && is(statement, "Text") && statement.argument)
-                valueTexts[*reference].push_back({statement.argument->first.value, textOf(statement), {}});
+            readValueText(statement);
             break;
         case BlockKind::slotDefinition:
             readSlot(statement);
@@ -392,30 +440,64 @@ void FactReader::read()
         device.diagnosisTexts = std::move(stationTexts);
     applyParameters(stationReferences, device.parameters);
     applyModules();
+    namePresets();
+}
+
+const Definition* FactReader::definitionOf(const Statement& statement) const
+{
+    const auto reference = numberOf(statement);
+    if (!reference)
+        return nullptr;
+    const auto known = definitions.find(*reference);
+    return known == definitions.end() ? nullptr : &known->second;
+}
+
+std::vector<ValueText> FactReader::textsOf(std::int64_t reference) const
+{
+    const auto texts = valueTexts.find(reference);
+    return texts == valueTexts.end() ? std::vector<ValueText>() : texts->second.texts;
+}
+
+/// The library gives the place of a slot number without its hundreds.
+void placeSlotNumber(unsigned byte, ParameterArea& area)
+{
+    constexpr unsigned kHundred = 100;
+    for (SlotNumberField& field : area.slotNumbers) {
+        if (byte % kHundred == field.byte)
+            field.byte = byte;
+    }
+}
+
+/// What the library keeps of a parameter; null when it leaves it out.
+Parameter* placedAs(const Parameter& parameter, ParameterArea& area)
+{
+    for (Parameter& known : area.parameters) {
+        if (known.byte == parameter.byte && known.firstBit == parameter.firstBit &&
+            known.bitCount == std::min(parameter.bitCount, kKeptBits))
+            return &known;
+    }
+    return nullptr;
 }
 
 /// Describes the parameters of an area as the file does, and puts in the defaults that the library's 16 bits do not hold.
 void FactReader::applyParameters(const std::vector<const Statement*>& references, ParameterArea& area) const
 {
-    constexpr unsigned kKeptBits = 16;
     for (const Statement* statement : references) {
-        const auto reference = numberOf(*statement);
-        const auto definition = reference ? definitions.find(*reference) : definitions.end();
-        if (definition == definitions.end() || !statement->argument)
+        const Definition* const definition = definitionOf(*statement);
+        if (definition == nullptr || !statement->argument)
             continue;
-        Parameter parameter = definition->second.parameter;
-        parameter.byte = static_cast<unsigned>(statement->argument->first.value);
+        Parameter parameter = definition->parameter;
+        parameter.byte = small(statement->argument->first.value);
+        if (definition->isSlotNumber) {
+            placeSlotNumber(parameter.byte, area);
+            continue;
+        }
         const bool isLong = parameter.bitCount > kKeptBits;
-        if (const auto texts = definition->second.texts ? valueTexts.find(*definition->second.texts) : valueTexts.end();
-            texts != valueTexts.end())
-            parameter.texts = texts->second;
-        const auto known =
-            std::find_if(area.parameters.begin(), area.parameters.end(), [&](const Parameter& candidate) {
-                return candidate.byte == parameter.byte && candidate.firstBit == parameter.firstBit &&
-                       (candidate.bitCount == parameter.bitCount || isLong);
-            });
-        if (known == area.parameters.end())
-            continue; // a slot number, or one that the library leaves out
+        if (definition->texts)
+            parameter.texts = textsOf(*definition->texts);
+        Parameter* const known = placedAs(parameter, area);
+        if (known == nullptr)
+            continue;
         if (isLong)
             putValue(parameter, parameter.defaultValue, area.bytes);
         *known = std::move(parameter);
@@ -452,6 +534,7 @@ void FactReader::applyModules()
             module.reference = modules[i].reference;
             module.infoText = modules[i].infoText;
             module.channelTexts = modules[i].channelTexts;
+            module.hasSafetyParameters = modules[i].hasSafetyParameters;
             for (ModulePart& part : module.parts) {
                 if (part.block == kNoBlock)
                     continue;
@@ -464,6 +547,21 @@ void FactReader::applyModules()
                 }
             }
             break;
+        }
+    }
+}
+
+/// The presets are the identifiers of the modules that are preset, in the order of the file; of a device with a single
+/// module they are that module's.
+void FactReader::namePresets()
+{
+    std::size_t slot = 0;
+    for (const GsdModule& module : modules) {
+        if (!module.isPreset && modules.size() > 1)
+            continue;
+        for (std::size_t bytes = 0; slot < device.presetSlots.size() && bytes < module.bytes.size(); ++slot) {
+            device.presetSlots[slot].name = module.name;
+            bytes += device.presetSlots[slot].identifier.wireBytes.size();
         }
     }
 }

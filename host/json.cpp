@@ -26,6 +26,11 @@ std::string toJson(const Configuration& configuration)
     return jsonText(configurationJson(configuration));
 }
 
+std::string toJson(const Device& device, const Capture& capture, const Configuration* planned)
+{
+    return jsonText(captureJson(device, capture, planned));
+}
+
 std::string toJson(const Diagnosis& diagnosis)
 {
     return jsonText(diagnosisJson(diagnosis));

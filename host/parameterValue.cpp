@@ -1,5 +1,6 @@
 #include "host/parameterValue.h"
 
+#include "host/configurationParts.h"
 #include "host/text.h"
 
 #include <algorithm>
@@ -62,14 +63,16 @@ std::string withoutBlanks(std::string text)
 std::vector<std::size_t> indexesOfWhole(const std::vector<std::string>& names, const std::string& wanted)
 {
     const std::string known = cut(wanted);
-    std::vector<std::size_t> found = indexesOf(names, [&](const std::string& name) { return isSameText(name, known); });
+    std::vector<std::size_t> found =
+        indexesOf(names, [&](const std::string& name) { return isSameText(name, wanted); });
+    if (found.empty())
+        found = indexesOf(names, [&](const std::string& name) { return isSameText(name, known); });
     const std::string dense = withoutBlanks(wanted);
     if (!found.empty() || dense.empty())
         return found;
     return indexesOf(names, [&](const std::string& name) {
         const std::string denseName = withoutBlanks(name);
-        const bool isCut = characterCount(name) >= kNameWidth;
-        return isSameText(denseName, isCut ? dense.substr(0, denseName.size()) : dense);
+        return isSameText(denseName, mayBeCut(name) ? dense.substr(0, denseName.size()) : dense);
     });
 }
 
@@ -121,6 +124,21 @@ std::string allowedWithTexts(const Parameter& parameter)
     return texts.empty() ? words : words + " (" + texts + ')';
 }
 
+/// The value that a text stands for.
+std::optional<std::int64_t> valueOfText(const Parameter& parameter, const std::string& text)
+{
+    std::vector<std::string> texts;
+    for (const ValueText& entry : parameter.texts)
+        texts.push_back(entry.text);
+    const std::vector<std::size_t> found = indexesOfWhole(texts, text);
+    if (found.empty())
+        return std::nullopt;
+    std::int64_t value = parameter.texts[found.front()].value;
+    if (parameter.type == Parameter::kInt && value > largestOfType(parameter))
+        value -= std::int64_t{1} << parameter.bitCount; // texts of negative values are kept in 16 bits
+    return value;
+}
+
 } // namespace
 
 std::vector<std::size_t> namesFor(const std::vector<std::string>& names, const std::string& wanted)
@@ -134,46 +152,77 @@ std::vector<std::size_t> namesFor(const std::vector<std::string>& names, const s
     return found.empty() ? indexesOfBeginning(names, wanted) : found;
 }
 
-std::size_t chooseName(const std::vector<std::string>& names, const std::string& wanted, const std::string& what)
+std::size_t chooseName(const std::vector<std::string>& names, const std::string& wanted, const std::string& kind,
+                       unsigned slot)
 {
     const std::vector<std::size_t> found = namesFor(names, wanted);
+    if (found.size() == 1)
+        return found.front();
+    Refusal why;
     const bool isNumber = wanted.rfind('#', 0) == 0 && wholeNumber(wanted.substr(1));
-    if (found.empty() && isNumber)
-        throw ChoiceError(what + ' ' + wanted + " is not there: #1 to #" + std::to_string(names.size()) + " are");
-    if (found.empty())
-        throw ChoiceError(what + ' ' + quoted(wanted) + " is not there: there are " +
-                          candidates(names, indexesOf(names, [](const std::string&) { return true; })));
-    if (found.size() > 1)
-        throw ChoiceError(what + ' ' + quoted(wanted) + " may be " + candidates(names, found));
-    return found.front();
+    const std::string what = ownerName(slot) + ": " + kind + ' ';
+    why.name = (found.empty() ? "unknown" : "ambiguous") + std::string(kind == "module" ? "Module" : "Parameter");
+    why.slot = slot;
+    (kind == "module" ? why.value : why.parameter) = wanted;
+    if (names.empty()) {
+        why.name = kind == "module" ? "noModules" : "noParameters";
+        why.text =
+            ownerName(slot) + (kind == "module" ? ": the device has no modules to choose from" : " has no parameters");
+    } else if (!found.empty()) {
+        why.allowed = candidates(names, found);
+        why.text = what + quoted(wanted) + " may be " + why.allowed;
+    } else if (isNumber) {
+        why.allowed = "#1 to #" + std::to_string(names.size());
+        why.text = what + wanted + " is not there: " + why.allowed + " are";
+    } else {
+        why.allowed = candidates(names, indexesOf(names, [](const std::string&) { return true; }));
+        why.text = what + quoted(wanted) + " is not there: there are " + why.allowed;
+    }
+    throw ChoiceError(std::move(why));
 }
 
-std::int64_t parseValue(const Parameter& parameter, const std::string& text, const std::string& what)
+std::string unmistakable(const std::vector<std::string>& names, std::size_t index)
 {
+    const bool isClear = namesFor(names, names[index]) == std::vector<std::size_t>{index};
+    return isClear ? names[index] : '#' + std::to_string(index + 1);
+}
+
+std::vector<std::string> moduleNames(const Device& device)
+{
+    std::vector<std::string> names;
+    names.reserve(device.modules.size());
+    for (const Module& module : device.modules)
+        names.push_back(module.wholeName());
+    return names;
+}
+
+std::int64_t parseValue(const Parameter& parameter, const std::string& text, unsigned slot)
+{
+    const auto refuse = [&](const char* name, const std::string& why, const std::string& allowed) {
+        throw ChoiceError(
+            {name, ownerName(slot) + ": " + parameter.name + ": " + why, slot, parameter.name, text, allowed});
+    };
+    const std::string allowed = allowedWithTexts(parameter);
     std::optional<std::int64_t> value = wholeNumber(text);
-    if (!value) {
-        std::vector<std::string> texts;
-        for (const ValueText& entry : parameter.texts)
-            texts.push_back(entry.text);
-        const std::vector<std::size_t> found = indexesOfWhole(texts, text);
-        if (found.empty())
-            throw ChoiceError(what + ": " + quoted(text) +
-                              " is neither a number nor one of its value texts, allowed are " +
-                              allowedWithTexts(parameter));
-        value = parameter.texts[found.front()].value;
-        if (parameter.type == Parameter::kInt && *value > largestOfType(parameter))
-            *value -= std::int64_t{1} << parameter.bitCount; // texts of negative values are kept in 16 bits
-    }
+    if (!value)
+        value = valueOfText(parameter, text);
+    if (!value)
+        refuse("notAValue", quoted(text) + " is neither a number nor one of its value texts, allowed are " + allowed,
+               allowed);
     const std::int64_t modulus = std::int64_t{1} << parameter.bitCount;
     const bool isShortened = parameter.isSigned() && parameter.type != Parameter::kInt;
     if (isShortened && *value > parameter.maximum && *value < modulus)
         *value -= modulus; // typed as the byte in the telegram
     const bool isInType = *value >= smallestOfType(parameter) && *value <= largestOfType(parameter);
     if (!isInType || !parameter.allows(*value))
-        throw ChoiceError(what + ": " + text + " is out of its range, " + allowedWithTexts(parameter));
+        refuse("outOfRange",
+               text + " is out of its range, " + allowed +
+                   (parameter.mayBeShortened ? "; a type file keeps 32 bits in 16, its GSD file may allow more" : ""),
+               allowed);
     if (!parameter.isChangeable && *value != parameter.defaultValue)
-        throw ChoiceError(what + ": " + text + " cannot be set, the device fixes it at " +
-                          std::to_string(parameter.defaultValue));
+        refuse("notChangeable",
+               text + " cannot be set, the device fixes it at " + std::to_string(parameter.defaultValue),
+               std::to_string(parameter.defaultValue));
     return *value;
 }
 

@@ -2,6 +2,7 @@
 
 #include "host/device.h"
 #include "host/hexBytes.h"
+#include "host/jsonValues.h"
 
 #include <nlohmann/json.hpp>
 
@@ -18,7 +19,7 @@ constexpr int kVersion = 1;
 
 [[noreturn]] void refuse(const std::string& text)
 {
-    throw ChoiceError("the plan: " + text);
+    throw ChoiceError({"wrongPlan", "the plan: " + text});
 }
 
 /// A member of an object; the value given when there is none.
@@ -78,7 +79,7 @@ void readStandard(const Json& plan, StandardParameters& standard)
 
 } // namespace
 
-std::string toJson(const Plan& plan, const Device& device)
+Json planJson(const Plan& plan, const Device& device)
 {
     Json json = {{"format", kFormat},
                  {"version", kVersion},
@@ -96,7 +97,12 @@ std::string toJson(const Plan& plan, const Device& device)
                         {"sync", plan.standard.isSync},
                         {"freeze", plan.standard.isFreeze},
                         {"locked", plan.standard.isLocked}};
-    return json.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
+    return json;
+}
+
+std::string toJson(const Plan& plan, const Device& device)
+{
+    return planJson(plan, device).dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
 }
 
 Plan planFromJson(const std::string& text, const Device& device)
@@ -109,8 +115,8 @@ Plan planFromJson(const std::string& text, const Device& device)
     refuseOthers(json, {"format", "version", "identNumber", "modelName", "modules", "values", "standard"});
     const unsigned ident = member(json, "identNumber", 0U);
     if (ident != device.header.identNumber)
-        refuse("it is for the device with ident number " + hexWord(ident) + ", this one has " +
-               hexWord(device.header.identNumber));
+        throw ChoiceError({"otherDevice", "the plan: it is for the device with ident number " + hexWord(ident) +
+                                              ", this one has " + hexWord(device.header.identNumber)});
     Plan plan;
     for (const Json& entry : objectsIn(json, "modules")) {
         refuseOthers(entry, {"slot", "module"});

@@ -5,18 +5,32 @@
 
 #include "host/export.h"
 
-#include <cstdint>
+#include <cstddef>
+#include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace typdescriptor {
 
 struct Device;
 
+/// What cannot be, or is not allowed, with all of it in the text.
+struct Refusal {
+    std::string name;                  // stable, for programs: "outOfRange"
+    std::string text;                  // for people
+    std::optional<unsigned> slot = {}; // 0 for the station; none where it is not about one
+    std::string parameter = {};        // empty where it is not about one, as the next two
+    std::string value = {};            // as it was given
+    std::string allowed = {};          // in words
+};
+
 /// A choice of the user that cannot be: the text names it, says why, and what would be allowed.
 struct TYPDESCRIPTOR_HOST_API ChoiceError : std::runtime_error {
-    using std::runtime_error::runtime_error;
+    explicit ChoiceError(Refusal why) : std::runtime_error(why.text), refusal(std::move(why)) {}
+
+    Refusal refusal;
 };
 
 struct ModuleChoice {
@@ -45,6 +59,11 @@ struct Plan {
     std::vector<ValueChoice> values;
     StandardParameters standard;
 };
+
+/// The plan with its modules and parameters by their whole names, or by "#n" where a name means several; values stay as
+/// they are. Such a plan means the same when the device gets more modules.
+/// @throws ChoiceError  for a choice that cannot be understood
+TYPDESCRIPTOR_HOST_API Plan withWholeNames(const Device& device, const Plan& plan);
 
 /// A plan as JSON text, with the device that it is for.
 TYPDESCRIPTOR_HOST_API std::string toJson(const Plan& plan, const Device& device);

@@ -36,12 +36,32 @@ char lower(char c)
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
+/// The bytes at the end of a text that begin a character of UTF-8 and do not end it.
+std::size_t cutTail(std::string_view text)
+{
+    constexpr std::size_t kLongest = 3;
+    for (std::size_t bytes = 1; bytes <= std::min(kLongest, text.size()); ++bytes) {
+        const char first = text[text.size() - bytes];
+        if (!isContinuation(first))
+            return sequenceLength(static_cast<unsigned char>(first)) > bytes ? bytes : 0;
+    }
+    return 0;
+}
+
+/// A device's text. UTF-8 it is when there is a character of several bytes in it, and everything else is UTF-8, too.
+std::string fromDevice(std::string_view text)
+{
+    const std::string_view whole = text.substr(0, text.size() - cutTail(text));
+    const bool isAscii = std::all_of(whole.begin(), whole.end(), [](char c) { return byteAt({&c, 1}, 0) < 0x80U; });
+    return isAscii || !isUtf8(whole) ? fromLatin1(text) : fromUtf8(whole);
+}
+
 } // namespace
 
 std::string fromField(const char* field, std::size_t width)
 {
     const std::string_view text(field, static_cast<std::size_t>(std::find(field, field + width, '\0') - field));
-    return fromLatin1(text.substr(0, text.find_last_not_of(' ') + 1));
+    return fromDevice(text.substr(0, text.find_last_not_of(' ') + 1));
 }
 
 std::string fromLatin1(std::string_view text)
@@ -75,6 +95,13 @@ std::string fromUtf8(std::string_view utf8)
     return text;
 }
 
+bool mayBeCut(std::string_view name)
+{
+    constexpr std::size_t kLongestRest = 3; // of a character that is left out
+    return characterCount(name) >= kNameWidth ||
+           (characterCount(name) < name.size() && name.size() + kLongestRest >= kNameWidth);
+}
+
 bool isNameOf(const std::string& cutName, const std::string& text)
 {
     const auto dense = [](std::string whole) {
@@ -83,7 +110,7 @@ bool isNameOf(const std::string& cutName, const std::string& text)
     };
     const std::string left = dense(cutName);
     const std::string right = dense(text);
-    return left == right || (characterCount(cutName) >= kNameWidth && right.compare(0, left.size(), left) == 0);
+    return left == right || (mayBeCut(cutName) && right.compare(0, left.size(), left) == 0);
 }
 
 std::string toLatin1(std::string_view utf8)

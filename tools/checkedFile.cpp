@@ -5,7 +5,6 @@
 #include "lint/typeFile.h"
 
 #include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <optional>
 
@@ -100,22 +99,6 @@ ExitStatus Totals::exitStatus() const
     if (unreadable > 0)
         return kExitUnusable;
     return failed > 0 ? kExitFindings : kExitGood;
-}
-
-bool isGsdFileName(const std::string& name)
-{
-    const auto upper = [&name](std::size_t fromEnd) {
-        return std::toupper(static_cast<unsigned char>(name[name.size() - fromEnd]));
-    };
-    return name.size() >= 3 && upper(3) == 'G' && upper(2) == 'S';
-}
-
-bool isDeviceFileName(const std::string& name)
-{
-    constexpr std::size_t kExtension = 4; // with its dot
-    if (name.size() <= kExtension || name[name.size() - kExtension] != '.')
-        return false;
-    return isGsdFileName(name) || name.ends_with(".410");
 }
 
 void checkFile(FileReport& report, const CheckOptions& options)

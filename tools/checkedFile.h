@@ -9,6 +9,7 @@
 #include "tools/exitStatus.h"
 
 #include "gsdfile/document.h"
+#include "host/inputFile.h"
 #include "lint/rule.h"
 
 #include <memory>
@@ -47,10 +48,8 @@ struct CheckOptions {
     bool areWarningsErrors = false;
 };
 
-/// Whether the library takes a file of that name for a GSD file.
-bool isGsdFileName(const std::string& name);
-/// Whether a file of that name is worth a look in a folder: a GSD file or a ".410".
-bool isDeviceFileName(const std::string& name);
+using typdescriptor::isDeviceFileName;
+using typdescriptor::isGsdFileName;
 
 /// Reads the file of a report, or standard input, and fills the report.
 void checkFile(FileReport& report, const CheckOptions& options);

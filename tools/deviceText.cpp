@@ -36,7 +36,9 @@ std::string lengthInWords(int bytes, int bits)
 
 std::string identificationText(const Device& device)
 {
-    return row("model", device.modelName) + row("vendor", device.vendorName) +
+    const bool isLong = device.gsd.has_value();
+    return row("model", isLong ? device.gsd->modelName : device.modelName) +
+           row("vendor", isLong ? device.gsd->vendorName : device.vendorName) +
            row("ident number", hexWord(device.header.identNumber) + " (" + number(device.header.identNumber) + ')') +
            row("order number", device.orderNumber) + row("family", device.family) + row("periphery", device.periphery) +
            row("station type", device.stationType) + row("protocol chip", chipName(device)) +
@@ -48,6 +50,8 @@ std::string identificationText(const Device& device)
 std::string featuresText(const Device& device)
 {
     std::string text = row("station", device.isCategoryII ? "" : device.isModular ? "modular" : "compact");
+    if (device.isDpv1.value_or(false))
+        text += "  DPV1\n";
     for (const FeatureName& feature : featureNames()) {
         if (device.has(feature.feature))
             text += "  " + std::string(feature.text) + '\n';
@@ -69,7 +73,8 @@ std::string limitsText(const Device& device)
     if (device.isCategoryII)
         return {};
     std::string text =
-        row("modules", number(data.maxModule)) + row("input data", lengthInWords(data.maxInputLen, data.maxInputBits)) +
+        row("modules", number(device.isModular ? device.slotCount() : data.maxModule)) +
+        row("input data", lengthInWords(data.maxInputLen, data.maxInputBits)) +
         row("output data", lengthInWords(data.maxOutputLen, data.maxOutputBits)) +
         row("input and output data", counted(data.maxDataLen, "byte")) +
         row("diagnostic data", counted(data.maxDiagDataLen, "byte")) +
@@ -101,7 +106,8 @@ std::string slotsText(const Device& device)
                         number(device.slotNumbering->value2) + ' ' + number(device.slotNumbering->digit));
     for (std::size_t i = 0; i < device.presetSlots.size(); ++i) {
         const PresetSlot& slot = device.presetSlots[i];
-        const std::string name = slot.orderNumber.empty() ? "" : slot.orderNumber + ": ";
+        const std::string& known = slot.name.empty() ? slot.orderNumber : slot.name;
+        const std::string name = known.empty() ? "" : known + ": ";
         text +=
             row("slot " + number(static_cast<long>(i + 1)) + (slot.isFixed ? " (fixed)" : " (preset)"),
                 name + asHex(slot.identifier.fileBytes) + "  " + inWords(slot.identifier) + blockReference(slot.block));
@@ -122,13 +128,18 @@ std::string partText(const ModulePart& part, bool hasManyParts)
 
 std::string moduleText(const Module& module, std::size_t index)
 {
-    std::string text =
-        "  " + padded('#' + std::to_string(index + 1), 5) + module.name + (module.isFixed ? " (fixed)" : "") + '\n';
+    std::string text = "  " + padded('#' + std::to_string(index + 1), 5) + module.wholeName() +
+                       (module.isFixed ? " (fixed)" : "") +
+                       (module.hasSafetyParameters ? " (with safety parameters)\n" : "\n");
+    if (!module.infoText.empty())
+        text += "      " + module.infoText + '\n';
     if (module.kgp)
         return text + "      module number " + number(module.kgp->number) + ", values " + asHex(module.kgp->values) +
                blockReference(module.parts.front().block) + '\n';
     for (const ModulePart& part : module.parts)
         text += partText(part, !module.isFromOrderList);
+    for (const ValueText& channel : module.channelTexts)
+        text += "      channel error " + number(channel.value) + ": " + channel.text + '\n';
     return text;
 }
 
@@ -188,20 +199,62 @@ std::string blocksText(const Device& device)
     return text;
 }
 
-std::string diagnosticsText(const Device& device)
+std::string helpText(const std::string& help)
+{
+    return help.empty() ? "" : "      " + help + '\n';
+}
+
+std::string diagnosisTextsText(const DiagnosisTexts& texts)
 {
     std::string text;
-    for (const BitText& bit : device.diagnosisTexts.bits) {
+    for (const BitText& bit : texts.bits) {
         const std::string place = "byte " + number(bit.byte) + " bit " + number(bit.bit);
-        text += row(place + " set", bit.set) + row(place + " clear", bit.clear);
+        text += row(place + " set", bit.set) + helpText(bit.setHelp) + row(place + " clear", bit.clear) +
+                helpText(bit.clearHelp);
     }
-    for (const AreaText& area : device.diagnosisTexts.areas) {
+    for (const AreaText& area : texts.areas) {
         text += "  byte " + number(area.byte) + " bits " + number(area.firstBit) + '-' + number(area.lastBit) + '\n';
         for (const ValueText& value : area.texts)
             text += "      " + padded(number(value.value), 6) + ' ' + value.text + '\n';
     }
+    return text;
+}
+
+std::string diagnosticsText(const Device& device)
+{
+    std::string text = diagnosisTextsText(device.diagnosisTexts);
+    for (const DiagnosisType& type : device.diagnosisTypes)
+        text += " of DPV1 type " + number(type.number) + '\n' + diagnosisTextsText(type.texts);
     for (const ValueText& channel : device.channelTexts)
-        text += row("channel error " + number(channel.value), channel.text);
+        text += row("channel error " + number(channel.value), channel.text) + helpText(channel.help);
+    return text;
+}
+
+std::string slotRuleText(const Device& device, const SlotRule& rule)
+{
+    std::string allowed;
+    for (const Module& module : device.modules) {
+        if (module.reference && rule.allows(*module.reference))
+            allowed += (allowed.empty() ? "" : ", ") + module.wholeName() +
+                       (module.reference == rule.preset ? " (default)" : "");
+    }
+    return row("slot " + number(rule.slot) + ' ' + rule.name, allowed);
+}
+
+std::string gsdText(const Device& device)
+{
+    if (!device.gsd)
+        return {};
+    const GsdFacts& facts = *device.gsd;
+    std::string text = row("revision", facts.revision) + row("hardware release", facts.hardwareRelease) +
+                       row("software release", facts.softwareRelease) + row("info text", facts.infoText) +
+                       row("safety parameters", facts.hasSafetyParameters ? "yes" : "");
+    for (const NamedNumber& delay : facts.maxTsdr)
+        text += row("max TSDR at " + delay.name, counted(delay.value, "bit time"));
+    for (const SlotRule& rule : facts.slots)
+        text += slotRuleText(device, rule);
+    for (const NamedNumber& other : facts.others)
+        text += row(other.name, number(other.value));
     return text;
 }
 
@@ -224,7 +277,7 @@ struct Section {
     const char* heading;
     std::string (*text)(const Device&);
 };
-constexpr std::array<Section, 10> kSections = {
+constexpr std::array<Section, 11> kSections = {
     Section{"identification", "Identification", identificationText},
     Section{"features", "Features", featuresText},
     Section{"baudRates", "Baud rates", baudRatesText},
@@ -234,6 +287,7 @@ constexpr std::array<Section, 10> kSections = {
     Section{"parameters", "Parameters of the station", stationParametersText},
     Section{"blocks", "Parameter blocks of the modules", blocksText},
     Section{"diagnostics", "Diagnostic texts", diagnosticsText},
+    Section{"gsd", "What the GSD file says and a type file cannot hold", gsdText},
     Section{"warnings", "Warnings", warningsText},
 };
 

@@ -3,15 +3,19 @@
 #include "tools/commands.h"
 #include "tools/diagnosisText.h"
 #include "tools/loadDevice.h"
+#include "tools/planFile.h"
 #include "tools/reportJson.h"
 #include "tools/terminal.h"
 
+#include "host/configuration.h"
 #include "host/hexBytes.h"
 #include "host/jsonValues.h"
+#include "host/text.h"
 
 #include <algorithm>
 #include <fstream>
 #include <iostream>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -23,9 +27,10 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 
 struct Options {
-    std::string file;
+    DeviceChoice device;
     std::vector<std::string> hex;
     std::string capture;
+    std::string plan;
     bool isDpv1 = false;
     bool isNotDpv1 = false;
     bool isJson = false;
@@ -37,6 +42,13 @@ struct Answer {
     Bytes bytes;
 };
 
+/// A device, and the configuration that it runs with where a plan is for it.
+struct Station {
+    ExitStatus status = kExitUnusable;
+    Device device;
+    std::unique_ptr<const Configuration> configuration;
+};
+
 /// @return whether the words are bytes, and there are any
 bool readAnswer(const std::string& name, long line, const std::vector<std::string>& words, std::vector<Answer>& answers)
 {
@@ -45,6 +57,7 @@ bool readAnswer(const std::string& name, long line, const std::vector<std::strin
     if (!bytes) {
         const bool isOdd =
             wrong.size() % 2 != 0 && wrong.find_first_not_of("0123456789abcdefABCDEFxX") == std::string::npos;
+        wrong = fromArgument(wrong);
         reportProblem(line == 0 ? wrong : name + ": " + wrong,
                       isOdd ? "has an odd number of hexadecimal digits" : "is not hexadecimal bytes");
         return false;
@@ -96,6 +109,66 @@ bool readAnswers(const Options& options, std::vector<Answer>& answers)
     return readAnswer("diagnostic answer", 0, options.hex, answers);
 }
 
+/// The devices that a run needs, each read once: one, or those of a folder by the ident numbers of the answers.
+class Stations {
+public:
+    explicit Stations(const Options& choices) : options(choices) {}
+
+    const Station& stationFor(const Bytes& answer);
+
+private:
+    Station read(std::optional<unsigned> ident) const;
+    void addConfiguration(Station& station, bool mayBeOther) const;
+
+    const Options& options;
+    std::map<std::optional<unsigned>, Station> known;
+};
+
+/// @param mayBeOther  whether the plan may be for another device: of many stations it is for one
+void Stations::addConfiguration(Station& station, bool mayBeOther) const
+{
+    if (options.plan.empty())
+        return;
+    try {
+        station.configuration =
+            std::make_unique<Configuration>(configure(station.device, loadPlan(options.plan, station.device)));
+    } catch (const ChoiceError& error) {
+        if (mayBeOther && error.refusal.name == "otherDevice")
+            return;
+        reportProblem(options.plan, error.what());
+        station.status = kExitUnusable;
+    }
+}
+
+Station Stations::read(std::optional<unsigned> ident) const
+{
+    Station station;
+    station.status =
+        ident ? loadDevice(options.device, *ident, station.device) : loadDevice(options.device, station.device);
+    if (station.status == kExitGood)
+        addConfiguration(station, ident.has_value());
+    return station;
+}
+
+/// What an answer without an ident number is explained with: the station does not exist, or the answer is cut.
+const Station& nobody()
+{
+    static const Station station{kExitGood, {}, nullptr};
+    return station;
+}
+
+const Station& Stations::stationFor(const Bytes& answer)
+{
+    std::optional<unsigned> ident;
+    if (options.device.ident.empty() && options.device.isFolder()) {
+        ident = identNumberIn(answer);
+        if (!ident)
+            return nobody();
+    }
+    const auto place = known.find(ident);
+    return place != known.end() ? place->second : known.emplace(ident, read(ident)).first->second;
+}
+
 void printAnswers(const Options& options, const std::vector<Answer>& answers, const std::vector<Diagnosis>& diagnoses)
 {
     const bool isSingle = answers.front().line == 0;
@@ -124,16 +197,19 @@ ExitStatus diag(const Options& options)
     std::vector<Answer> answers;
     if (!readAnswers(options, answers))
         return kExitUnusable;
-    Device device;
-    if (const ExitStatus status = loadDevice(options.file, device); status != kExitGood)
-        return status;
-    DiagnosisOptions how;
-    if (options.isDpv1 || options.isNotDpv1)
-        how.isDpv1 = options.isDpv1;
+    Stations stations(options);
     std::vector<Diagnosis> diagnoses;
     diagnoses.reserve(answers.size());
-    for (const Answer& answer : answers)
-        diagnoses.push_back(explainDiagnosis(device, answer.bytes, how));
+    for (const Answer& answer : answers) {
+        const Station& station = stations.stationFor(answer.bytes);
+        if (station.status != kExitGood)
+            return station.status;
+        DiagnosisOptions how;
+        if (options.isDpv1 || options.isNotDpv1)
+            how.isDpv1 = options.isDpv1;
+        how.configuration = station.configuration.get();
+        diagnoses.push_back(explainDiagnosis(station.device, answer.bytes, how));
+    }
     printAnswers(options, answers, diagnoses);
     ExitStatus status = kExitGood;
     for (std::size_t i = 0; i < answers.size(); ++i) {
@@ -151,16 +227,19 @@ void addDiagCommand(CLI::App& app, int& status)
 {
     CLI::App* command = app.add_subcommand("diag", "Explain a slave's diagnostic answers");
     const auto options = std::make_shared<Options>();
-    command->add_option("FILE", options->file, "GSD file or type file")->required();
+    addDeviceOptions(*command, options->device);
     command->add_option("HEX", options->hex,
                         "the answer in hexadecimal bytes, together or apart; - for standard input, an answer a line");
     command->add_option("--capture", options->capture, "a file of answers, one a line, comments behind #");
+    command->add_option("--config", options->plan, "the plan that the slave runs with: names slots and modules");
     CLI::Option* dpv1 = command->add_flag("--dpv1", options->isDpv1, "device-related blocks are alarms and status");
     command->add_flag("--no-dpv1", options->isNotDpv1, "device-related blocks are the device's own bits")
         ->excludes(dpv1);
     command->add_flag("--json", options->isJson, "as JSON");
     command->footer("Exit status: 0 explained, 1 something is wrong with an answer or the file, 2 wrong usage or a\n"
                     "file cannot be read.\n"
-                    "Example: typdesc diag DRIVE.GSE 080C00020C21 0201 8141A6");
+                    "Of a folder the device is taken whose ident number stands in the answer.\n"
+                    "Example: typdesc diag DRIVE.GSE 080C00020C21 0201 8141A6\n"
+                    "Example: typdesc diag gsd/ --capture answers.txt --config plan.json");
     command->callback([options, &status] { status = diag(*options); });
 }

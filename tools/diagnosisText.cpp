@@ -9,6 +9,7 @@ using namespace typdescriptor;
 
 namespace {
 
+constexpr std::size_t kStationBytes = 6;
 constexpr const char* kNoText = "(the device has no text for it)";
 
 std::string number(std::size_t value)
@@ -16,14 +17,14 @@ std::string number(std::size_t value)
     return std::to_string(value);
 }
 
-std::string stationText(const StationStatus& station)
+std::string stationText(const StationStatus& station, std::size_t size)
 {
     std::string text;
     for (const DiagnosisState& state : station.states)
         text += "  " + state.text + '\n';
-    if (station.states.empty())
+    if (station.states.empty() && size > 0)
         text += "  no state is set\n";
-    if (!station.isPresent)
+    if (!station.isPresent || size < kStationBytes)
         return text;
     text += "  master: " + (station.master ? "address " + number(*station.master) : "none") + '\n';
     if (station.identNumber)
@@ -51,20 +52,22 @@ std::string deviceText(const std::vector<DeviceEntry>& entries)
     return text;
 }
 
+/// For example: slot 3 "left end" (40-4AI Pt100).
+std::string slotText(unsigned slot, const std::string& slotName, const std::string& module)
+{
+    if (slot == 0)
+        return "the station";
+    return "slot " + number(slot) + (slotName.empty() ? "" : " \"" + slotName + '"') +
+           (module.empty() ? "" : " (" + module + ')');
+}
+
 /// Identifiers count from 0 on the wire, places and slots from 1.
 std::string placeText(const IdentifierPlace& place)
 {
     std::string text = "identifier " + number(place.identifier);
     if (place.slot == 0)
         return text + " (place " + number(place.identifier + 1) + ')';
-    return text + " (slot " + number(place.slot) + ", " + place.module + ')';
-}
-
-std::string slotText(unsigned slot, const std::string& module)
-{
-    if (slot == 0)
-        return "the station";
-    return "slot " + number(slot) + (module.empty() ? "" : " (" + module + ')');
+    return text + " (" + slotText(place.slot, place.slotName, "") + ", " + place.module + ')';
 }
 
 std::string channelText(const ChannelEntry& entry)
@@ -76,8 +79,8 @@ std::string channelText(const ChannelEntry& entry)
 
 std::string dpv1Text(const Dpv1Entry& entry)
 {
-    std::string text =
-        "  " + entry.text + " (type " + number(entry.type) + ") of " + slotText(entry.slot, entry.module);
+    std::string text = "  " + entry.text + " (type " + number(entry.type) + ") of " +
+                       slotText(entry.slot, entry.slotName, entry.module);
     if (entry.specifier != "none")
         text += ": " + entry.specifierText;
     if (entry.sequence)
@@ -97,7 +100,7 @@ std::string modulesText(const DiagnosisBlock& block)
 {
     std::string text;
     for (const ModuleState& state : block.modules)
-        text += "  " + slotText(state.slot, state.module) + ": " + state.text + '\n';
+        text += "  " + slotText(state.slot, state.slotName, state.module) + ": " + state.text + '\n';
     return text;
 }
 
@@ -148,14 +151,15 @@ const char* headingOf(DiagnosisBlock::Kind kind)
                                                       "Status",
                                                       "Module status",
                                                       "Link status"};
-    return kHeadings[kind];
+    return kHeadings.at(kind);
 }
 
 } // namespace
 
 std::string diagnosisText(const Diagnosis& diagnosis, bool inColour)
 {
-    std::string text = coloured("Station", Colour::kBold, inColour) + '\n' + stationText(diagnosis.station);
+    std::string text =
+        coloured("Station", Colour::kBold, inColour) + '\n' + stationText(diagnosis.station, diagnosis.telegram.size());
     for (const DiagnosisBlock& block : diagnosis.blocks)
         text += coloured(headingOf(block.kind), Colour::kBold, inColour) + "  [" + asHex(block.bytes) + "]\n" +
                 blockText(block);

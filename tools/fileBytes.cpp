@@ -58,24 +58,6 @@ bool writeAll(int handle, std::string_view bytes)
 
 } // namespace
 
-std::string whyUnreadable(const std::string& file)
-{
-    std::error_code error;
-    const fs::file_status status = fs::status(file, error);
-    if (status.type() == fs::file_type::not_found)
-        return fs::is_symlink(file, error) ? "is a broken link" : "no such file or folder";
-    if (error)
-        return "cannot be read: " + error.message();
-    if (status.type() == fs::file_type::directory)
-        return "is a folder";
-    if (status.type() != fs::file_type::regular)
-        return "is not a file";
-    errno = 0;
-    if (!std::ifstream(file, std::ios::binary))
-        return errno != 0 ? "cannot be read: " + std::generic_category().message(errno) : "cannot be read";
-    return {};
-}
-
 std::string readFile(const std::string& name, std::string& problem)
 {
     const int handle = open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); // a pipe does not keep us waiting
@@ -119,6 +101,17 @@ std::string replaceFile(const std::string& name, std::string_view bytes)
     std::string problem = lastError("cannot be written");
     unlink(beside.c_str());
     return problem;
+}
+
+std::string saveFile(const std::string& name, std::string_view bytes)
+{
+    std::error_code error;
+    if (fs::is_regular_file(name, error))
+        return replaceFile(name, bytes);
+    std::ofstream sink(name, std::ios::binary);
+    sink << bytes;
+    sink.close();
+    return sink ? std::string() : "cannot be written";
 }
 
 ScratchFile::ScratchFile(const std::string& name, std::string_view bytes)

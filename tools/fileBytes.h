@@ -2,12 +2,13 @@
 
 #pragma once
 
+#include "host/inputFile.h"
+
 #include <filesystem>
 #include <string>
 #include <string_view>
 
-/// Why a file cannot be read; empty when it can.
-std::string whyUnreadable(const std::string& file);
+using typdescriptor::whyUnreadable;
 
 /// Reads a file, or standard input.
 /// @param problem  receives why that is not possible; it stays empty otherwise
@@ -18,6 +19,10 @@ std::string readStandardInput(std::string& problem);
 /// its permissions and, where that is allowed, its owner. A link is followed.
 /// @return empty, or what went wrong
 std::string replaceFile(const std::string& name, std::string_view bytes);
+
+/// Makes a file of bytes, or puts them into the one that is there, whole or not at all.
+/// @return empty, or what went wrong
+std::string saveFile(const std::string& name, std::string_view bytes);
 
 /// Bytes under a file name of their own choice, for as long as the object lives: the library reads files alone, and the
 /// name tells it the kind and the language.

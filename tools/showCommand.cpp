@@ -18,7 +18,7 @@ using namespace typdescriptor;
 namespace {
 
 struct Options {
-    std::string file;
+    DeviceChoice device;
     std::vector<std::string> sections;
     bool isJson = false;
 };
@@ -43,7 +43,7 @@ std::string jsonOf(const Device& device, const std::vector<std::string>& section
 ExitStatus show(const Options& options)
 {
     Device device;
-    if (const ExitStatus status = loadDevice(options.file, device); status != kExitGood)
+    if (const ExitStatus status = loadDevice(options.device, device); status != kExitGood)
         return status;
     const std::vector<std::string>& sections = options.sections.empty() ? sectionNames() : options.sections;
     print(options.isJson ? jsonOf(device, sections) : textOf(device, sections));
@@ -52,16 +52,24 @@ ExitStatus show(const Options& options)
 
 } // namespace
 
+void addDeviceOptions(CLI::App& command, DeviceChoice& choice)
+{
+    command.add_option("FILE", choice.path, "GSD file, type file, or a folder of them")->required();
+    command.add_option("--ident", choice.ident, "which device of a folder: its ident number, as 0x0C21 or 3105");
+    command.add_flag("-r,--recursive", choice.isRecursive, "look into the folders of the folder as well");
+}
+
 void addShowCommand(CLI::App& app, int& status)
 {
     CLI::App* command = app.add_subcommand("show", "Show the device of a GSD file or type file");
     const auto options = std::make_shared<Options>();
-    command->add_option("FILE", options->file, "GSD file or type file")->required();
+    addDeviceOptions(*command, options->device);
     command->add_flag("--json", options->isJson, "as JSON");
     command->add_option("--section", options->sections, "only this section; may be given several times")
         ->check(CLI::IsMember(sectionNames()))
         ->allow_extra_args(false);
     command->footer("Exit status: 0 shown, 1 the file is not valid, 2 wrong usage or it cannot be read.\n"
-                    "Example: typdesc show DRIVE.GSE --section modules");
+                    "Example: typdesc show DRIVE.GSE --section modules\n"
+                    "Example: typdesc show gsd/ --ident 0x0C21");
     command->callback([options, &status] { status = show(*options); });
 }
