@@ -65,6 +65,7 @@ TEST(StructuredPrm, DefaultsReachTheBytes)
         {"A700AA00", {prm(7, "Bit string", "BIN  ", "10100111", "000", "255")}},
         {"0000AA00", {prm(7, "No default", "BYTE ", "", "", "")}},
         {"FB00AA00", {prm(7, "Negative", "BYTE ", "-5", "0", "255")}},
+        {"FF11AA00", {prm(8, "Eight digits", "BYTE ", "00000017", "0", "255")}},
         {"FF00FFFF", {prm(9, "Minus one", "UINT ", "-1", "0", "65535")}},
         {"0D00AA00", {prm(7, "Byte first", "BYTE ", "12", "0", "255"), prm(7, "then bit", "BIT0 ", "1", "0", "1")}},
     };

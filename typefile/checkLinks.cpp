@@ -13,16 +13,6 @@ namespace typdescriptor::internal {
 
 namespace {
 
-/// Codes of a bad reference to a slot parameter block.
-struct LinkCodes {
-    int beyondLast; // above the last block
-    int missing;    // no block of that number
-};
-
-// The preset slots give the codes of the two lists the other way round: hosts know them so.
-constexpr LinkCodes kModuleListLink{kErrModuleList, kErrModuleList};
-constexpr LinkCodes kPresetLink{kErrModuleList, kErrOrderList};
-
 constexpr std::size_t kSlotNumberingTextWidth = 2;
 constexpr std::size_t kSlotNumberingDigits = 1;
 
@@ -41,15 +31,16 @@ bool takeSlotNumbering(Cursor& p, SLOT_NUMBERING_TYPE& numbering)
 }
 
 /// Adds the length of the slot parameter block that an entry refers to, if it refers to any.
-int addSlotBlockLength(int spIndex, const LinkCodes& codes, const TypeFile& file, int& sum)
+/// @param missing  the code when no block has that number; one above the last gives that of the module lists everywhere
+int addSlotBlockLength(int spIndex, int missing, const TypeFile& file, int& sum)
 {
     if (spIndex < 0)
         return kOk;
     const SlotBlockPlace* const block = entryAt(file.slotBlocks, spIndex);
     if (block == nullptr)
-        return codes.beyondLast;
+        return kErrModuleList;
     if (block->begin == nullptr)
-        return codes.missing;
+        return missing;
     sum += block->length;
     return kOk;
 }
@@ -83,7 +74,7 @@ int checkSPLinksInMLFBAndLSKList(TypeFile& file)
     for (const ModuleList& list : file.moduleLists) {
         int sum = 0;
         for (const LSK_ITEM& entry : list.entries) {
-            if (const int result = addSlotBlockLength(entry.item.spIndex, kModuleListLink, file, sum); result < 0)
+            if (const int result = addSlotBlockLength(entry.item.spIndex, kErrModuleList, file, sum); result < 0)
                 return result;
         }
         if (!fitsPrmTelegram(sum, file.typeData))
@@ -107,7 +98,7 @@ int checkMLFBLinksInPoint36(TypeFile& file)
             slot = file.orderNumbers[number - 1];
             slot.preset.xSlot = code.xSlot();
         }
-        if (const int result = addSlotBlockLength(slot.spIndex, kPresetLink, file, sum); result < 0)
+        if (const int result = addSlotBlockLength(slot.spIndex, kErrOrderList, file, sum); result < 0)
             return result;
     }
     return fitsPrmTelegram(sum, file.typeData) ? kOk : kErrPrmLen;
