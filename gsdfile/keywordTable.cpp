@@ -355,7 +355,7 @@ constexpr Keyword kRows[] = {
      "exactly one data-type line in the block", "parameter of four bytes, high byte first"},
     {"Signed8", 1, kInExtUserPrmData, Form::type, ValueType::limits, {-128, 127}, 0, {0, 0}, Repeat::oncePerBlock, BlockKind::none, BlockKind::none, 76, Origin::genuine, Sureness::sure,
      "exactly one data-type line in the block", "parameter of one byte, two's complement"},
-    {"Slave_Family", 1, kSlaveLevel, Form::value, ValueType::family, {0, 255}, 0, {0, 0}, Repeat::once, BlockKind::none, BlockKind::none, 63, Origin::genuine, Sureness::sure,
+    {"Slave_Family", 1, kSlaveLevel, Form::value, ValueType::family, {0, 12}, 0, {0, 0}, Repeat::once, BlockKind::none, BlockKind::none, 63, Origin::genuine, Sureness::sure,
      "mandatory", "class of the device, for menus; numbers in their own table"},
     {"Slave_Max_Switch_Over_Time", 5, kSlaveLevel, Form::value, ValueType::number, {0, 65535}, 0, {0, 0}, Repeat::once, BlockKind::none, BlockKind::none, kNotRead, Origin::genuine, Sureness::sure,
      "mandatory when Slave_Redundancy_supp shows redundancy", "longest switch-over of a redundant slave"},

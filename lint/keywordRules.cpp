@@ -1,5 +1,6 @@
 // Rules about keywords: which one it is, how it is spelled, where it may stand and how often.
 
+#include "lint/firstPlaces.h"
 #include "lint/phrases.h"
 #include "lint/places.h"
 #include "lint/statementIndex.h"
@@ -8,6 +9,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <map>
 #include <set>
 #include <utility>
 
@@ -259,6 +261,26 @@ void checkDuplicate(const Context& context, Report& report)
     }
 }
 
+// Blocks that may stand once for each number.
+void checkBlockNumbers(const Context& context, Report& report)
+{
+    const Document& document = context.document;
+    std::map<BlockKind, FirstPlaces<std::int64_t>> numbers;
+    for (const Block& block : document.blocks()) {
+        const Statement& opening = document.statements()[block.opening];
+        const bool isNumbered = block.kind == BlockKind::physicalInterface || block.kind == BlockKind::unitDiagType;
+        if (!isNumbered || block.parent != gsdfile::kNone || opening.values.empty() ||
+            opening.values.front().kind != gsdfile::Value::number)
+            continue;
+        const std::int64_t number = opening.values.front().first.value;
+        const Span place = valuePlace(document, opening.values.front());
+        if (const Span* first = numbers[block.kind].before(number, place))
+            report
+                .add(place, std::string(opening.keyword->name) + ' ' + std::to_string(number) + " has a block already")
+                .note(*first, "the first one");
+    }
+}
+
 // Places
 
 std::string wherePossible(const Keyword& keyword)
@@ -357,6 +379,11 @@ constexpr Rule kRules[] = {
     {"duplicate-keyword", Severity::error, Group::form, "A keyword that may stand once stands once.",
      "Some readers take the first statement, some the last, and some refuse the file.",
      "Max_Module = 4\nMax_Module = 8", "Max_Module = 8", checkDuplicate},
+    {"duplicate-block", Severity::warning, Group::form, "An interface and a type of diagnosis have one block each.",
+     "Physical_Interface stands once for each kind of interface, UnitDiagType once for each type. Of two with one "
+     "number readers take the first, the last or both.",
+     "UnitDiagType = 129\nEndUnitDiagType\nUnitDiagType = 129\nEndUnitDiagType",
+     "UnitDiagType = 129\nEndUnitDiagType\nUnitDiagType = 130\nEndUnitDiagType", checkBlockNumbers},
     {"wrong-place", Severity::error, Group::form, "A keyword stands on the level or in the block where it belongs.",
      "In another place readers refuse it, skip it or take it for something else.",
      "Module = \"DI 8\" 0x10\nVendor_Name = \"Halden\"\nEndModule",

@@ -22,6 +22,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <numeric>
 #include <random>
 #include <set>
@@ -291,6 +292,11 @@ TEST(ToolReport, MarksThePlaceInEveryEncoding)
         const Excerpt excerpt = source.excerpt({begin, end});
         const std::string mark = '^' + std::string(excerpt.width - 1, '~');
         EXPECT_EQ(excerpt.text + '\n' + std::string(excerpt.begin, ' ') + mark, item.excerpt);
+        for (const std::size_t most : {40U, 61U}) {
+            const Excerpt narrow = source.excerpt({begin, end}, most);
+            EXPECT_LE(columnsOf(narrow.text), most) << narrow.text;
+            EXPECT_LE(narrow.begin + narrow.width, std::max(columnsOf(narrow.text), narrow.begin + 1)) << narrow.text;
+        }
     }
     EXPECT_EQ(readable("\x9B[1m\x07"), "\ufffd[1m\ufffd");
     EXPECT_EQ(readable("\u009b\u202e\t\u00e4"), "\ufffd\ufffd\t\u00e4");

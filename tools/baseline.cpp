@@ -15,17 +15,23 @@ namespace {
 constexpr const char* kHead =
     "# Findings that typdesc check --baseline leaves out; --write-baseline makes this file.\n";
 
-/// The message without the numbers of lines, in one line.
+/// The message without the numbers of lines and of what else there is ("and 7 more"), in one line.
 std::string steadyMessage(const std::string& message)
 {
     constexpr std::string_view kLine = "line ";
+    constexpr std::string_view kMore = " more";
     std::string text;
-    for (std::size_t i = 0; i < message.size(); ++i) {
-        const bool isDigit = message[i] >= '0' && message[i] <= '9';
-        if (isDigit && text.ends_with(kLine))
-            i = std::min(message.find_first_not_of("0123456789", i), message.size()) - 1;
-        else
+    for (std::size_t i = 0; i < message.size();) {
+        const std::size_t end = std::min(message.find_first_not_of("0123456789", i), message.size());
+        if (end == i) {
             text += message[i] == '\t' ? ' ' : message[i];
+            ++i;
+            continue;
+        }
+        const bool isCount = message.compare(end, kMore.size(), kMore) == 0;
+        if (!text.ends_with(kLine) && !isCount)
+            text.append(message, i, end - i);
+        i = end;
     }
     return readable(text);
 }
