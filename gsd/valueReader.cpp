@@ -212,7 +212,7 @@ NumberList ValueReader::list(std::size_t maximum, IntegerKind kind)
     return result;
 }
 
-int ValueReader::tryRange(IntegerKind kind, NumberRange& range)
+int ValueReader::tryRange(IntegerKind kind, std::uint32_t& first, std::uint32_t& last)
 {
     const char* at = skipBlanks(text);
     const bool hasComma = isWhole() && std::strchr(at, ',') != nullptr;
@@ -230,7 +230,8 @@ int ValueReader::tryRange(IntegerKind kind, NumberRange& range)
     const IntegerRange& limits = rangeOf(kind);
     if (!areNumbers || !fits(minimum, limits) || !fits(maximum, limits))
         return kErrGsdNumber;
-    range = {minimum.value & limits.mask, maximum.value & limits.mask};
+    first = minimum.value & limits.mask;
+    last = maximum.value & limits.mask;
     text = at;
     return kOk;
 }

@@ -105,12 +105,12 @@ public:
     {
         NumberRange range;
         if (!failed())
-            failure = tryRange(kind, range);
+            failure = tryRange(kind, range.first, range.last);
         return range;
     }
     /// The same, of which a failure leaves everything as it is. Not for one that has failed.
     /// @return 0 or what the failure would have been
-    int tryRange(IntegerKind kind, NumberRange& range);
+    int tryRange(IntegerKind kind, std::uint32_t& first, std::uint32_t& last);
     /// The rest of the text as a family number and its sub-families; kErrGsdNumber, kErrGsdSyntax.
     FamilyValue family();
     /// Takes a literal word behind blanks when it is all that is left.
