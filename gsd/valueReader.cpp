@@ -137,30 +137,6 @@ std::uint32_t ValueReader::anyNumber(IntegerKind kind)
     return number.value & range.mask;
 }
 
-std::string_view ValueReader::string(std::size_t squeezeTarget)
-{
-    if (failed())
-        return {};
-    text = skipBlanks(text);
-    const char* const first = text + 1;
-    const char* last = first;
-    if (*text == kQuote)
-        while (!isOf(kQuoteMark | kEndOfLine | kContinuation, *last))
-            ++last;
-    // Both quotes are there, and those behind them come in pairs as well.
-    if (*text != kQuote || *last != kQuote || (isWhole() && hasOddQuotes(last + 1))) {
-        fail(kErrGsdSyntax);
-        return {};
-    }
-    const std::string_view content(first, static_cast<std::size_t>(last - first));
-    if (content.empty() || content.size() > kMaxStringLength) {
-        fail(content.empty() ? kErrGsdSyntax : kErrGsdStringLen);
-        return {};
-    }
-    text = last + 1;
-    return squeezeTarget != 0 && content.size() > squeezeTarget ? squeeze(content, squeezeTarget) : content;
-}
-
 std::string_view ValueReader::squeeze(std::string_view content, std::size_t target)
 {
     std::size_t length = content.size();
