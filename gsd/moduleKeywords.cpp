@@ -213,7 +213,7 @@ int handleDataType(GsdReading& reading, GsdLine& line)
     // Default and range of the slot number are the host's business, whatever the line says up to its end.
     if (definition.isSlotNumber)
         return line.isWhole() ? kOk : kErrGsdSyntax;
-    ValueReader value(line.value, line.limit);
+    ValueReader value(line.value, line);
     int result = readBitPlace(line.argument, definition);
     if (result == kOk)
         result = readValueRange(value, definition);
