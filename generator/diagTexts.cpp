@@ -7,10 +7,10 @@ namespace typdescriptor::internal {
 namespace {
 
 constexpr unsigned kBitsPerByte = 8;
-constexpr std::size_t kDiagByteWidth = 7;     // tag, byte number, quote
-constexpr std::size_t kBitGroupWidth = 6;     // tag, first bit, width, quote
-constexpr std::size_t kGroupValueWidth = 4;   // value, quote
-constexpr std::size_t kChannelErrorWidth = 6; // tag, error type, quote
+constexpr std::size_t kDiagByteWidth = 7;                       // tag, byte number, quote
+constexpr std::size_t kBitTextWidth = 2 + kNameWidth + 1 + 2;   // bit, text, value, with their quotes
+constexpr std::size_t kGroupTextWidth = 6 + kNameWidth + 1 + 4; // tag, first bit and width, text, value
+constexpr std::size_t kChannelErrorWidth = 6;                   // tag, error type, quote
 
 } // namespace
 
@@ -28,9 +28,12 @@ void TypeFileGenerator::writeDiagTexts()
 
     image.append(image.record().head(kTagChannelDiag, model.channelDiags.count()), kListHeadWidth);
     for (const GSD_CHANNEL_DIAG& channel : model.channelDiags) {
-        image.append(image.record().text(kTagChannelError).numberField(channel.errorType, 2), kChannelErrorWidth);
-        image.appendField(channel.text, kNameWidth);
-        image.append(image.record().quote().end());
+        image.append(image.record(kChannelErrorWidth + kNameWidth)
+                         .text(kTagChannelError)
+                         .numberField(channel.errorType, 2)
+                         .field(channel.text, kNameWidth)
+                         .quote()
+                         .end());
     }
 }
 
@@ -39,19 +42,17 @@ void TypeFileGenerator::writeDeviceDiagText(const GSD_UNIT_DIAG_AREA& area, cons
     const unsigned firstBit = area.firstBit % kBitsPerByte;
     const bool isGroup = area.firstBit != area.lastBit;
     image.append(image.record().text(kTagDiagByte).numberField(area.firstBit / kBitsPerByte + 1), kDiagByteWidth);
-    if (isGroup) {
-        const unsigned width = area.lastBit - area.firstBit + 1U;
-        image.append(image.record().text(kTagBitGroup).numberField(firstBit * 10 + width, 2), kBitGroupWidth);
-    } else {
-        image.append(image.record().digit(firstBit).quote());
-    }
-    image.appendField(item.text, kNameWidth);
-    image.append(image.record().quote());
+    RecordText record = image.record(isGroup ? kGroupTextWidth : kBitTextWidth);
     if (isGroup)
-        image.append(image.record().numberField(item.value), kGroupValueWidth);
+        record.text(kTagBitGroup).numberField(firstBit * 10 + area.lastBit - area.firstBit + 1U, 2);
     else
-        image.append(image.record().digit(item.value).quote());
-    image.append(image.record().end());
+        record.digit(firstBit).quote();
+    record.field(item.text, kNameWidth).quote();
+    if (isGroup)
+        record.numberField(item.value);
+    else
+        record.digit(item.value).quote();
+    image.append(record.end());
 }
 
 } // namespace typdescriptor::internal

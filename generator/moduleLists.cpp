@@ -10,12 +10,20 @@
 
 #include "generator/typeFileGenerator.h"
 
+#include <utility>
+
 namespace typdescriptor::internal {
 
 namespace {
 
 constexpr std::size_t kModuleListHeadWidth = 6; // tag, number, quote
 constexpr std::size_t kNumberAndQuote = kNumberDigits + 1;
+constexpr std::size_t kQuotedNameWidth = kNameWidth + 2;
+
+RecordText blockReference(RecordText record, std::uint32_t blockNumber)
+{
+    return record.text(kTagSlotPrmBlock).numberField(blockNumber).end();
+}
 
 } // namespace
 
@@ -89,22 +97,24 @@ void TypeFileGenerator::writeOrderNumberList()
 void TypeFileGenerator::writeKgpEntry(const GSD_MODULE& module)
 {
     const std::span<const std::uint8_t> bytes = module.configBytes(); // always five
-    writeQuotedName(module.name());
-    image.append(image.record()
+    image.append(image.record(kQuotedNameWidth)
+                     .quotedField(module.name(), kNameWidth)
                      .character('0')
                      .numberField(bytes[0] | static_cast<std::uint32_t>(bytes[1]) << 8)
                      .numberField(bytes[2])
                      .numberField(bytes[3])
                      .numberField(bytes[4]));
-    writeBlockReference(module.prmBlock());
+    image.append(blockReference(image.record(), module.prmBlock()));
 }
 
 void TypeFileGenerator::writeOrderNumberEntry(const GSD_MODULE& module)
 {
-    writeQuotedName(module.name());
-    for (const std::uint8_t byte : module.identifiers().first().bytes)
-        image.append(image.record().numberField(byte), kNumberAndQuote);
-    writeBlockReference(module.prmBlock());
+    const std::span<const std::uint8_t> bytes = module.identifiers().first().bytes;
+    RecordText entry = image.record(kQuotedNameWidth + bytes.size() * kNumberAndQuote);
+    entry.quotedField(module.name(), kNameWidth);
+    for (const std::uint8_t byte : bytes)
+        entry.numberField(byte);
+    image.append(blockReference(entry, module.prmBlock()));
 }
 
 void TypeFileGenerator::writeModuleList()
@@ -121,32 +131,15 @@ void TypeFileGenerator::writeModuleList()
 void TypeFileGenerator::writeModuleListEntry(const GSD_MODULE& module, std::size_t number)
 {
     image.append(image.record().text(kTagModuleList).numberField(number), kModuleListHeadWidth);
-    image.appendField(module.name(), kNameWidth);
-    image.append(image.record().quote().end());
+    image.append(image.record(kNameWidth).field(module.name(), kNameWidth).quote().end());
     image.append(image.record().head(kTagPresetByIdentifier, module.identifiers().count()));
-    bool first = true;
+    std::uint32_t prmBlock = module.prmBlock();
     for (const GSD_IDENT_ITEM identifier : module.identifiers()) {
-        for (const std::uint8_t byte : identifier.bytes) {
-            image.append(image.record().numberField(byte), kNumberAndQuote);
-            image.set(image.imageLength, " "); // the text field begins here when this was the last byte
-        }
-        image.imageLength += kSlotTextWidth;
-        image.append(image.record().quote());
-        writeBlockReference(first ? module.prmBlock() : 0);
-        first = false;
+        RecordText slot = image.record(identifier.bytes.size() * kNumberAndQuote + kSlotTextWidth + 1);
+        for (const std::uint8_t byte : identifier.bytes)
+            slot.numberField(byte);
+        image.append(blockReference(slot.field({}, kSlotTextWidth).quote(), std::exchange(prmBlock, 0)));
     }
-}
-
-void TypeFileGenerator::writeBlockReference(std::uint32_t blockNumber)
-{
-    image.append(image.record().text(kTagSlotPrmBlock).numberField(blockNumber).end());
-}
-
-void TypeFileGenerator::writeQuotedName(std::string_view name)
-{
-    image.append(image.record().quote());
-    image.appendField(name, kNameWidth);
-    image.append(image.record().quote());
 }
 
 } // namespace typdescriptor::internal

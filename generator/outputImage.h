@@ -38,9 +38,9 @@ public:
     RecordText recordAt(std::size_t position) { return RecordText(imageAt(position)); }
     void set(std::size_t position, std::string_view text) { recordAt(position).text(text); }
 
-    /// A record at the write position. append() ends it with a NUL that the next write overwrites, and moves on by its
+    /// A record at the write position, of which the last part begins that far behind. append() ends it with a NUL that the next write overwrites, and moves on by its
     /// length, or by a fixed width whatever its length.
-    RecordText record() { return recordAt(imageLength); }
+    RecordText record(std::size_t lastPart = 0) { return RecordText(imageAt(imageLength + lastPart) - lastPart); }
     void append(RecordText record) { append(record, record.length()); }
     void append(RecordText record, std::size_t width)
     {

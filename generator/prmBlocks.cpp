@@ -11,26 +11,57 @@ namespace {
 
 constexpr std::size_t kPrmHeadWidth = 6; // tag, byte index, quote
 constexpr std::size_t kKeywordHeadWidth = 5;
-constexpr std::size_t kBitGroupWidth = 6; // tag, first bit, width, quote
-constexpr std::size_t kBitGroupRange = 8; // minimum and maximum with their quotes
+constexpr std::size_t kPrmByteWidth = 2 + kTerminator.size();
+constexpr std::size_t kHelpLineStart = kNameWidth + 2 + kHelpValueDigits + 1; // of a help line all but its terminator
 constexpr std::size_t kHelpReferenceWidth = 9;
 constexpr std::size_t kHelpHeadWidth = 8;
 
-RecordText quotedNumbers(RecordText record, std::string_view type, const GSD_EXT_PRM_DEF& definition,
-                         std::size_t digits, std::uint32_t mask)
+void addNumbers(RecordText& record, std::string_view type, const GSD_EXT_PRM_DEF& definition, std::size_t digits,
+                std::uint32_t mask)
 {
     record.text(type).quote();
     for (const std::uint32_t value : {definition.defaultValue, definition.minValue, definition.maxValue})
         record.numberField(value & mask, digits);
-    return record;
 }
 
-RecordText quotedSignedNumbers(RecordText record, const GSD_EXT_PRM_DEF& definition)
+void addSignedNumbers(RecordText& record, const GSD_EXT_PRM_DEF& definition)
 {
     record.text(kTypeSigned).quote();
     for (const std::uint32_t value : {definition.defaultValue, definition.minValue, definition.maxValue})
         record.signedNumber(static_cast<std::int16_t>(value & 0xFFFF), kLongNumberDigits).quote();
-    return record;
+}
+
+void addValueDescription(RecordText& record, const GSD_EXT_PRM_DEF& definition)
+{
+    switch (definition.dataType) {
+    case kUnsigned8:
+    case kSigned8:
+        addNumbers(record, kTypeByte, definition, kNumberDigits, 0xFFFFFFFF);
+        break;
+    case kUnsigned16:
+    case kUnsigned32:
+    case kSigned32:
+        // The format has no 32-bit parameters: hosts get the low half, and the reader has warned about it.
+        addNumbers(record, kTypeUnsigned, definition, kLongNumberDigits, 0xFFFF);
+        break;
+    case kSigned16:
+        addSignedNumbers(record, definition);
+        break;
+    case kBitArea:
+        record.text(kTagBitGroup).numberField(definition.bitOffset * 10U + definition.bitCount, 2);
+        for (unsigned bit = definition.bitCount; bit-- > 0;)
+            record.character((definition.defaultValue >> bit & 1U) != 0 ? '1' : '0');
+        record.quote().numberField(definition.minValue).numberField(definition.maxValue);
+        break;
+    case kBit:
+        record.text(kTypeBit)
+            .digit(definition.bitOffset)
+            .character(' ')
+            .quote()
+            .digit(definition.defaultValue & 0xFF)
+            .text("\"0\"1\"");
+        break;
+    }
 }
 
 std::string_view keywordType(std::uint8_t dataType)
@@ -50,8 +81,12 @@ std::string_view keywordType(std::uint8_t dataType)
 void TypeFileGenerator::writePrmBytes(const std::uint8_t* bytes, std::size_t available, std::size_t count)
 {
     image.append(image.record().head(kTagUserPrmBytes, count));
+    if (count == 0)
+        return;
+    RecordText record = image.record((count - 1) * kPrmByteWidth);
     for (std::size_t i = 0; i < count; ++i)
-        image.append(image.record().hexByte(i < available ? bytes[i] : std::uint8_t{0}).end());
+        record.hexByte(i < available ? bytes[i] : std::uint8_t{0}).end();
+    image.append(record);
 }
 
 int TypeFileGenerator::writeStationPrmBlock()
@@ -86,49 +121,12 @@ int TypeFileGenerator::writePrmRecord(const GSD_PRM_REF_ITEM& placement, Scope s
     }
 
     image.imageLength += kPrmHeadWidth;
-    image.appendField(definition->name, kNameWidth);
-    image.appendField({&kQuote, 1}, 1);
-    writeValueDescription(*definition);
+    RecordText record = image.record(kNameWidth + 1);
+    record.field(definition->name, kNameWidth).quote();
+    addValueDescription(record, *definition);
+    image.append(record);
     image.append(image.record().text(kTagHelp).numberField(helpNumber(*definition, scope)).end(), kHelpReferenceWidth);
     return kOk;
-}
-
-void TypeFileGenerator::writeValueDescription(const GSD_EXT_PRM_DEF& definition)
-{
-    switch (definition.dataType) {
-    case kUnsigned8:
-    case kSigned8:
-        image.append(quotedNumbers(image.record(), kTypeByte, definition, kNumberDigits, 0xFFFFFFFF));
-        break;
-    case kUnsigned16:
-    case kUnsigned32:
-    case kSigned32:
-        // The format has no 32-bit parameters: hosts get the low half, and the reader has warned about it.
-        image.append(quotedNumbers(image.record(), kTypeUnsigned, definition, kLongNumberDigits, 0xFFFF));
-        break;
-    case kSigned16:
-        image.append(quotedSignedNumbers(image.record(), definition));
-        break;
-    case kBitArea: {
-        const unsigned place = definition.bitOffset * 10U + definition.bitCount;
-        image.append(image.record().text(kTagBitGroup).numberField(place, 2), kBitGroupWidth);
-        RecordText bits = image.record();
-        for (unsigned bit = definition.bitCount; bit-- > 0;)
-            bits.character((definition.defaultValue >> bit & 1U) != 0 ? '1' : '0');
-        image.append(bits.quote());
-        image.append(image.record().numberField(definition.minValue).numberField(definition.maxValue), kBitGroupRange);
-        break;
-    }
-    case kBit:
-        image.append(image.record()
-                         .text(kTypeBit)
-                         .digit(definition.bitOffset)
-                         .character(' ')
-                         .quote()
-                         .digit(definition.defaultValue & 0xFF)
-                         .text("\"0\"1\""));
-        break;
-    }
 }
 
 std::uint16_t TypeFileGenerator::helpNumber(const GSD_EXT_PRM_DEF& definition, Scope scope)
@@ -157,10 +155,11 @@ void TypeFileGenerator::writeHelpTextBlock(Scope scope)
         image.append(
             image.record().text(kTagHelpLines).number(static_cast<std::uint16_t>(block.texts.count()), 1).end());
         for (const GSD_PRM_TEXT_ITEM& item : block.texts) {
-            writeQuotedName(item.text);
             // A value of more than five digits runs under the terminator at its fixed place.
-            image.append(image.record().numberField(static_cast<std::uint32_t>(item.value), kHelpValueDigits),
-                         kHelpValueDigits + 1);
+            image.append(image.record(kHelpLineStart)
+                             .quotedField(item.text, kNameWidth)
+                             .numberField(static_cast<std::uint32_t>(item.value), kHelpValueDigits),
+                         kHelpLineStart);
             image.appendField(kTerminator, kTerminator.size());
         }
     }

@@ -21,10 +21,4 @@ RecordText& RecordText::signedNumber(std::int32_t value, std::size_t digits)
     return number(static_cast<std::uint64_t>(magnitude < 0 ? -magnitude : magnitude), digits);
 }
 
-RecordText& RecordText::hexByte(std::uint8_t value)
-{
-    constexpr std::string_view kDigits = "0123456789ABCDEF";
-    return character(kDigits[value >> 4]).character(kDigits[value & 0x0F]);
-}
-
 } // namespace typdescriptor::internal

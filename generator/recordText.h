@@ -6,6 +6,7 @@
 #include "typefile/format.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -28,23 +29,38 @@ public:
         *next++ = c;
         return *this;
     }
+    /// A text field: at most `width` characters, padded with the blanks that the image was filled with.
+    RecordText& field(std::string_view characters, std::size_t width)
+    {
+        std::copy_n(characters.begin(), std::min(characters.size(), width), next);
+        next += width;
+        return *this;
+    }
     /// A decimal number of at least `digits` digits; a larger number takes more.
     RecordText& number(std::uint64_t value, std::size_t digits = kNumberDigits)
     {
-        if (digits != kNumberDigits || value > 999)
+        constexpr std::array<std::uint32_t, 6> kBeyond{1, 10, 100, 1000, 10000, 100000};
+        if (digits >= kBeyond.size() || value >= kBeyond[digits])
             return longNumber(value, digits);
-        const auto small = static_cast<unsigned>(value);
-        next[0] = static_cast<char>('0' + small / 100);
-        next[1] = static_cast<char>('0' + small / 10 % 10);
-        next[2] = static_cast<char>('0' + small % 10);
-        next += kNumberDigits;
+        auto rest = static_cast<std::uint32_t>(value);
+        for (std::size_t i = digits; i-- > 0; rest /= 10)
+            next[i] = static_cast<char>('0' + rest % 10);
+        next += digits;
         return *this;
     }
     /// A signed one; the sign comes on top of the digits.
     RecordText& signedNumber(std::int32_t value, std::size_t digits);
     /// A byte as two upper-case hexadecimal digits.
-    RecordText& hexByte(std::uint8_t value);
+    RecordText& hexByte(std::uint8_t value)
+    {
+        constexpr std::string_view kDigits = "0123456789ABCDEF";
+        return character(kDigits[value >> 4]).character(kDigits[value & 0x0F]);
+    }
     RecordText& quote() { return character(kQuote); }
+    RecordText& quotedField(std::string_view characters, std::size_t width)
+    {
+        return quote().field(characters, width).quote();
+    }
     /// A number and the quote behind it.
     RecordText& numberField(std::uint64_t value, std::size_t digits = kNumberDigits)
     {

@@ -29,7 +29,6 @@ private:
     void writeUserPrmData();
     int writeStationPrmBlock();
     int writePrmRecord(const GSD_PRM_REF_ITEM& placement, Scope scope);
-    void writeValueDescription(const GSD_EXT_PRM_DEF& definition);
     std::uint16_t helpNumber(const GSD_EXT_PRM_DEF& definition, Scope scope);
     int writeSlotPrmBlocks(const GSD_LIST<GSD_MODULE_PRM>& prms);
     int writeSlotPrmBlock(const GSD_MODULE_PRM& prm);
@@ -43,8 +42,6 @@ private:
     void writeKgpEntry(const GSD_MODULE& module);
     void writeModuleList();
     void writeModuleListEntry(const GSD_MODULE& module, std::size_t number);
-    void writeBlockReference(std::uint32_t blockNumber);
-    void writeQuotedName(std::string_view name);
 
     void writeDiagTexts();
     void writeDeviceDiagText(const GSD_UNIT_DIAG_AREA& area, const GSD_DIAG_VALUE_ITEM& item);

@@ -153,7 +153,9 @@ void cGsdCompiler::readLinesAhead()
 {
     const char* start = lines.ahead();
     while (lines.isAhead(start)) {
-        GsdLine line{.value = skipBlanks(start), .limit = start + (lineBufferSize - 1)};
+        GsdLine line;
+        line.value = skipBlanks(start);
+        line.limit = start + (lineBufferSize - 1);
         ++reading.lineNumber;
         const bool isEmpty = isOf(kEndOfLine | kComment, *line.value) && line.value < line.limit;
         if (!isEmpty && handleLine(line.value, line) != kOk) {

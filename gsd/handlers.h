@@ -65,7 +65,7 @@ PrmDefHead prmDefHead(ValueReader& value);
 template <auto Read>
 int drop(GsdReading&, GsdLine& line)
 {
-    ValueReader value(line.value, line.limit);
+    ValueReader value(line.value, line);
     static_cast<void>(Read(value));
     const int result = value.finish();
     line.value = value.rest();
@@ -75,7 +75,7 @@ int drop(GsdReading&, GsdLine& line)
 template <auto Read, auto Handle>
 int read(GsdReading& reading, GsdLine& line)
 {
-    ValueReader value(line.value, line.limit);
+    ValueReader value(line.value, line);
     const auto item = Read(value);
     const int result = value.finish();
     line.value = value.rest();
@@ -89,7 +89,7 @@ template <Blamed First, auto ReadArgument, auto ReadValue, auto Handle>
 int readBoth(GsdReading& reading, GsdLine& line)
 {
     ValueReader argument(line.argument);
-    ValueReader value(line.value, line.limit);
+    ValueReader value(line.value, line);
     const auto index = ReadArgument(argument);
     const auto item = ReadValue(value);
     ValueReader& first = First == Blamed::argument ? argument : value;

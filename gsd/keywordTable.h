@@ -16,12 +16,16 @@ namespace typdescriptor::internal {
 
 struct GsdReading;
 
+inline constexpr std::size_t kMaxStringLength = 32;
+
 /// One logical line, taken apart.
 struct GsdLine {
     std::size_t keyword = 0;        // index of its row
     const char* value = nullptr;    // the rest of the line; once a handler has read it, where it ends
     const char* argument = nullptr; // what stood in parentheses, without white space; ends in a NUL
     const char* limit = nullptr; // of a line in its file: before this place it has to end. Null: the text is the line
+
+    std::array<char, kMaxStringLength> squeezed; // a string of its value from which blanks were removed
 
     bool isWhole() const { return limit == nullptr; }
 };

@@ -114,16 +114,15 @@ int readValueRange(ValueReader& value, GSD_EXT_PRM_DEF& definition)
         definition.maxValue = definition.dataType == kBitArea ? (1U << definition.bitCount) - 1 : format.maxValue;
         return value.finish();
     }
-    NumberRange limits;
-    if (value.tryRange(format.kind, limits) < 0) {
+    if (value.tryRange(format.kind, definition.minValue, definition.maxValue) < 0) {
         const NumberList list = value.list(kMaxEnumeratedValues, format.kind);
         if (list.count == 1)
             return kErrGsdSyntax;
-        if (list.count > 1)
-            limits = {list.first(), list.last()};
+        if (list.count > 1) {
+            definition.minValue = list.first();
+            definition.maxValue = list.last();
+        }
     }
-    definition.minValue = limits.first;
-    definition.maxValue = limits.last;
     return value.finish();
 }
 
@@ -214,7 +213,7 @@ int handleDataType(GsdReading& reading, GsdLine& line)
     // Default and range of the slot number are the host's business, whatever the line says up to its end.
     if (definition.isSlotNumber)
         return line.isWhole() ? kOk : kErrGsdSyntax;
-    ValueReader value(line.value, line.limit);
+    ValueReader value(line.value, line);
     int result = readBitPlace(line.argument, definition);
     if (result == kOk)
         result = readValueRange(value, definition);

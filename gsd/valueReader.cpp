@@ -115,70 +115,40 @@ bool scanNumber(const char*& text, ScannedNumber& number, unsigned ends)
     return isNumber;
 }
 
-std::uint32_t ValueReader::anyFlag()
+ValueReader::AnyNumber ValueReader::anyFlag(const char* text, unsigned ends)
 {
     ScannedNumber number;
-    if (failed())
-        return 0;
     const bool isRead = scanNumber(text, number, ends);
     if (!isRead || number.value > 1 || (number.negative && number.value != 0))
-        return fail(kErrGsdFlag);
-    return number.value;
+        return {text, 0, kErrGsdFlag};
+    return {text, number.value, kOk};
 }
 
-std::uint32_t ValueReader::anyNumber(IntegerKind kind)
+ValueReader::AnyNumber ValueReader::anyNumber(const char* text, unsigned ends, IntegerKind kind)
 {
     ScannedNumber number;
-    if (failed())
-        return 0;
     const IntegerRange& range = rangeOf(kind);
     if (!scanNumber(text, number, ends) || !fits(number, range))
-        return fail(kErrGsdNumber);
-    return number.value & range.mask;
+        return {text, 0, kErrGsdNumber};
+    return {text, number.value & range.mask, kOk};
 }
 
-std::string_view ValueReader::string(std::size_t squeezeTarget)
-{
-    if (failed())
-        return {};
-    text = skipBlanks(text);
-    const char* const first = text + 1;
-    const char* last = first;
-    if (*text == kQuote)
-        while (!isOf(kQuoteMark | kEndOfLine | kContinuation, *last))
-            ++last;
-    // Both quotes are there, and those behind them come in pairs as well.
-    if (*text != kQuote || *last != kQuote || (isWhole() && hasOddQuotes(last + 1))) {
-        fail(kErrGsdSyntax);
-        return {};
-    }
-    const std::string_view content(first, static_cast<std::size_t>(last - first));
-    if (content.empty() || content.size() > kMaxStringLength) {
-        fail(content.empty() ? kErrGsdSyntax : kErrGsdStringLen);
-        return {};
-    }
-    text = last + 1;
-    return squeezeTarget != 0 && content.size() > squeezeTarget ? squeeze(content, squeezeTarget) : content;
-}
-
-std::string_view ValueReader::squeeze(std::string_view content, std::size_t target)
+std::string_view ValueReader::squeeze(std::string_view content, std::size_t target, char* squeezed)
 {
     std::size_t length = content.size();
-    std::copy(content.begin(), content.end(), squeezed.begin());
+    std::copy(content.begin(), content.end(), squeezed);
     for (std::size_t i = length; i-- > 0 && length > target;) {
         if (squeezed[i] != ' ')
             continue;
-        std::copy(squeezed.data() + i + 1, squeezed.data() + length, squeezed.data() + i);
+        std::copy(squeezed + i + 1, squeezed + length, squeezed + i);
         --length;
     }
-    return {squeezed.data(), length};
+    return {squeezed, length};
 }
 
-NumberList ValueReader::list(std::size_t maximum, IntegerKind kind)
+ValueReader::AnyNumber ValueReader::anyList(const char* text, unsigned ends, std::size_t maximum, IntegerKind kind,
+                                            NumberList& list)
 {
-    NumberList result;
-    if (failed())
-        return result;
     maximum = std::min(maximum, NumberList::kMaxCount);
     const IntegerRange& range = rangeOf(kind);
     text = skipBlanks(text);
@@ -193,26 +163,23 @@ NumberList ValueReader::list(std::size_t maximum, IntegerKind kind)
             ++text;
         areNumbers = areNumbers && isRead && atEnd && fits(number, range);
         if (count < maximum)
-            result.values[count] = number.value & range.mask;
+            list.values[count] = number.value & range.mask;
         text = skipBlanks(text);
         if (isOf(ends, *text))
             break;
-        if (*text != ',') {
-            fail(kErrGsdSyntax);
-            return result;
-        }
+        if (*text != ',')
+            return {text, 0, kErrGsdSyntax};
         text = skipBlanks(text + 1);
     }
     if (++count > maximum)
-        fail(kErrGsdTooMany);
-    else if (!areNumbers)
-        fail(kErrGsdNumber);
-    else
-        result.count = count;
-    return result;
+        return {text, 0, kErrGsdTooMany};
+    if (!areNumbers)
+        return {text, 0, kErrGsdNumber};
+    list.count = count;
+    return {text, 0, kOk};
 }
 
-int ValueReader::tryRange(IntegerKind kind, NumberRange& range)
+int ValueReader::tryRange(IntegerKind kind, std::uint32_t& first, std::uint32_t& last)
 {
     const char* at = skipBlanks(text);
     const bool hasComma = isWhole() && std::strchr(at, ',') != nullptr;
@@ -230,7 +197,8 @@ int ValueReader::tryRange(IntegerKind kind, NumberRange& range)
     const IntegerRange& limits = rangeOf(kind);
     if (!areNumbers || !fits(minimum, limits) || !fits(maximum, limits))
         return kErrGsdNumber;
-    range = {minimum.value & limits.mask, maximum.value & limits.mask};
+    first = minimum.value & limits.mask;
+    last = maximum.value & limits.mask;
     text = at;
     return kOk;
 }
@@ -272,13 +240,6 @@ bool ValueReader::takeLast(const char* word)
         return false;
     text = "";
     return true;
-}
-
-/// Returns what a failed reading yields.
-std::uint32_t ValueReader::fail(int code)
-{
-    failure = code;
-    return 0;
 }
 
 } // namespace typdescriptor::internal

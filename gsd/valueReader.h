@@ -10,6 +10,7 @@
 #pragma once
 
 #include "descriptor/resultCodes.h"
+#include "gsd/keywordTable.h"
 #include "gsd/textScan.h"
 
 #include <array>
@@ -38,8 +39,6 @@ struct ScannedNumber {
 /// moves the text behind it.
 /// @return false when the token is empty or is no number; the text may have moved
 bool scanNumber(const char*& text, ScannedNumber& number, unsigned ends = kEndOfLine);
-
-inline constexpr std::size_t kMaxStringLength = 32;
 
 struct NumberRange {
     std::uint32_t first = 0;
@@ -74,43 +73,51 @@ struct FamilyValue {
 
 class ValueReader {
 public:
-    /// @param endsBefore  GsdLine::limit
-    explicit ValueReader(const char* value, const char* endsBefore = nullptr)
-        : text(value), limit(endsBefore), ends(endsBefore == nullptr ? kEndOfLine : kEndOfLine | kComment)
+    ValueReader(const char* value, GsdLine& line)
+        : text(value), limit(line.limit), ends(line.isWhole() ? kEndOfLine : kEndOfLine | kComment),
+          squeezed(line.squeezed.data())
     {}
+    /// Of an argument, which is whole and has no strings.
+    explicit ValueReader(const char* argument) : text(argument), limit(nullptr), ends(kEndOfLine), squeezed(nullptr) {}
 
     /// 0 or 1; else kErrGsdFlag.
     std::uint32_t flag()
     {
         std::uint32_t value = 0;
-        return takePlain(1, value) ? value : anyFlag();
+        return takePlain(1, value) ? value : take(anyFlag(text, ends));
     }
     /// kErrGsdNumber.
     std::uint32_t number(IntegerKind kind)
     {
         std::uint32_t value = 0;
-        return takePlain(largestOf(kind), value) ? value : anyNumber(kind);
+        return takePlain(largestOf(kind), value) ? value : take(anyNumber(text, ends, kind));
     }
     std::uint32_t unsigned8() { return number(IntegerKind::unsigned8); }
     std::uint32_t unsigned16() { return number(IntegerKind::unsigned16); }
     /// A quoted string of 1 to kMaxStringLength characters, without its quotes; kErrGsdSyntax, kErrGsdStringLen. Of one
     /// that is longer than the squeeze target (0: any length is right) blanks are removed, the last one first, until
-    /// it has that length or no blank is left. Valid until the next string is read, as long as text and reader live.
+    /// it has that length or no blank is left. Valid until the next string is read, as long as the line lives.
     std::string_view string(std::size_t squeezeTarget = 0);
     /// The rest of the text as numbers separated by commas; kErrGsdSyntax, kErrGsdTooMany, kErrGsdNumber.
-    NumberList list(std::size_t maximum, IntegerKind kind);
+    NumberList list(std::size_t maximum, IntegerKind kind)
+    {
+        NumberList result;
+        if (!failed())
+            take(anyList(text, ends, maximum, kind, result));
+        return result;
+    }
     NumberList bytes() { return list(NumberList::kMaxCount, IntegerKind::unsigned8); }
     /// "minimum-maximum"; kErrGsdSyntax, kErrGsdNumber.
     NumberRange range(IntegerKind kind)
     {
         NumberRange range;
         if (!failed())
-            failure = tryRange(kind, range);
+            failure = tryRange(kind, range.first, range.last);
         return range;
     }
     /// The same, of which a failure leaves everything as it is. Not for one that has failed.
     /// @return 0 or what the failure would have been
-    int tryRange(IntegerKind kind, NumberRange& range);
+    int tryRange(IntegerKind kind, std::uint32_t& first, std::uint32_t& last);
     /// The rest of the text as a family number and its sub-families; kErrGsdNumber, kErrGsdSyntax.
     FamilyValue family();
     /// Takes a literal word behind blanks when it is all that is left.
@@ -149,16 +156,60 @@ private:
         text = digit;
         return true;
     }
-    std::uint32_t anyFlag();
-    std::uint32_t anyNumber(IntegerKind kind);
-    std::uint32_t fail(int code);
-    std::string_view squeeze(std::string_view content, std::size_t target);
+    // What is called for the rare values is given no reader, so that one can be kept in registers.
+    struct AnyNumber {
+        const char* rest;
+        std::uint32_t value;
+        int failure;
+    };
+    static AnyNumber anyFlag(const char* text, unsigned ends);
+    static AnyNumber anyNumber(const char* text, unsigned ends, IntegerKind kind);
+    static AnyNumber anyList(const char* text, unsigned ends, std::size_t maximum, IntegerKind kind, NumberList& list);
+    static std::string_view squeeze(std::string_view content, std::size_t target, char* squeezed);
+    std::uint32_t take(const AnyNumber& number)
+    {
+        if (failed())
+            return 0;
+        text = number.rest;
+        failure = number.failure;
+        return number.value;
+    }
+    /// Returns what a failed reading yields.
+    std::uint32_t fail(int code)
+    {
+        failure = code;
+        return 0;
+    }
 
     const char* text;
     const char* limit;
     unsigned ends; // the classes of characters that end the text
     int failure = 0;
-    std::array<char, kMaxStringLength> squeezed; // the last string, if blanks were removed from it
+    char* squeezed; // room for a string from which blanks are removed
 };
+
+inline std::string_view ValueReader::string(std::size_t squeezeTarget)
+{
+    if (failed())
+        return {};
+    text = skipBlanks(text);
+    const char* const first = text + 1;
+    const char* last = first;
+    if (*text == kQuote)
+        while (!isOf(kQuoteMark | kEndOfLine | kContinuation, *last))
+            ++last;
+    // Both quotes are there, and those behind them come in pairs as well.
+    if (*text != kQuote || *last != kQuote || (isWhole() && hasOddQuotes(last + 1))) {
+        fail(kErrGsdSyntax);
+        return {};
+    }
+    const std::string_view content(first, static_cast<std::size_t>(last - first));
+    if (content.empty() || content.size() > kMaxStringLength) {
+        fail(content.empty() ? kErrGsdSyntax : kErrGsdStringLen);
+        return {};
+    }
+    text = last + 1;
+    return squeezeTarget != 0 && content.size() > squeezeTarget ? squeeze(content, squeezeTarget, squeezed) : content;
+}
 
 } // namespace typdescriptor::internal

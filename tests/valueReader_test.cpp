@@ -72,7 +72,8 @@ TEST(ValueReader, Cases)
             EXPECT_EQ(scanned(text.c_str()), expected) << text;
             return;
         }
-        ValueReader reader(text.c_str());
+        GsdLine line;
+        ValueReader reader(text.c_str(), line);
         const std::string read = readAs(parser, reader);
         EXPECT_EQ(reader.finish() < 0 ? std::to_string(reader.finish()) : read, expected) << parser << ": " << text;
     });
