@@ -77,6 +77,15 @@ void BackReader::checkStandard(std::uint8_t status)
     if ((status & kWatchdog) != 0 && (bytes[1] == 0 || bytes[2] == 0))
         addProblem({"watchdogFactor", "Set_Prm: the watchdog is on, and one of its factors is 0", 0, "watchdog", "0",
                     "1 to 255"});
+    const std::string minTsdr = std::to_string(bytes[3]);
+    if (bytes[3] != 0 && bytes[3] < kLeastMinTsdr)
+        addProblem({"outOfRange", "Set_Prm: min TSDR: " + minTsdr + ", allowed are " + kAllowedMinTsdr, 0, "min TSDR",
+                    minTsdr, kAllowedMinTsdr});
+    if ((status & kSync) != 0 && !device.has(kFeatureSyncMode))
+        addProblem({"noSyncMode", "Set_Prm: sync mode: the device does not support it", 0, "sync mode", "on", "off"});
+    if ((status & kFreeze) != 0 && !device.has(kFeatureFreezeMode))
+        addProblem(
+            {"noFreezeMode", "Set_Prm: freeze mode: the device does not support it", 0, "freeze mode", "on", "off"});
     if ((status & (kLock | kUnlock)) == 0)
         capture.notes.emplace_back("Set_Prm neither locks nor unlocks the slave: it is meant to change min TSDR alone");
     if (*capture.identNumber != device.header.identNumber)
