@@ -32,7 +32,6 @@ private:
     void readSlots(const Bytes& configuration);
     CapturedSlot slotOf(const std::vector<SlotContent>& contents, std::size_t slot);
     void checkSlot(const CapturedSlot& slot, unsigned number);
-    void checkRule(const CapturedSlot& slot, unsigned number);
     ParameterArea takeArea(const ParameterArea& area, unsigned slot);
     void checkConstants(const ParameterArea& area, const ParameterArea& captured, unsigned slot);
     void addValues(const ParameterArea& area, unsigned slot, std::vector<CapturedValue>& values);
@@ -216,23 +215,6 @@ CapturedSlot BackReader::slotOf(const std::vector<SlotContent>& contents, std::s
     return captured;
 }
 
-/// What the file's SlotDefinition says of the module in a slot.
-void BackReader::checkRule(const CapturedSlot& slot, unsigned number)
-{
-    if (!device.gsd || !slot.module)
-        return;
-    const auto& reference = device.modules[*slot.module].reference;
-    for (const SlotRule& rule : device.gsd->slots) {
-        if (rule.slot == number && !(reference && rule.allows(*reference)))
-            addProblem({"moduleNotAllowed",
-                        slotName(number) + " does not take " + slot.name + " by the device's slot definition",
-                        number,
-                        {},
-                        slot.name,
-                        {}});
-    }
-}
-
 void BackReader::checkSlot(const CapturedSlot& slot, unsigned number)
 {
     Bytes wire;
@@ -261,7 +243,9 @@ void BackReader::checkSlot(const CapturedSlot& slot, unsigned number)
                     {},
                     {},
                     "1 to " + std::to_string(device.slotCount())});
-    checkRule(slot, number);
+    for (Refusal& why :
+         slot.module ? slotRefusals(device, number, device.modules[*slot.module]) : std::vector<Refusal>())
+        addProblem(std::move(why));
 }
 
 void BackReader::readSlots(const Bytes& configuration)
