@@ -1,13 +1,18 @@
-// Any bytes as a slave's diagnostic answer, explained with the texts of an example device and some of the input's own.
+// Any bytes as a slave's diagnostic answer, explained with the texts of an example device and some of the input's own; as
+// captured telegrams of the same device; and as a plan for it.
 //
 // The input: the number of the device; a count of texts in three bits and as many texts, each a byte number, a byte of
-// two bit numbers and a value; the answer.
+// two bit numbers and a value; the answer. As telegrams its first byte is the length of the first; as a plan it is put into
+// the middle of one.
 
 #include "fuzz/property.h"
 #include "host/diagnosis.h"
 #include "host/hexBytes.h"
 #include "host/jsonValues.h"
+#include "host/loadDevice.h"
+#include "host/readBack.h"
 #include "host/text.h"
+#include "tools/configurationText.h"
 #include "tools/diagnosisText.h"
 #include "tools/reportJson.h"
 
@@ -37,15 +42,9 @@ const std::vector<Device>& exampleDevices()
             files.push_back(entry.path().string());
         std::sort(files.begin(), files.end());
         std::vector<Device> read;
-        for (const std::string& file : files) {
-            cTypDescriptor descriptor(file.c_str(), 0, nullptr);
-            require(descriptor.checkTypeFileContents() == kOk, "the examples compile");
-            Device& device = read.emplace_back(readDevice(descriptor));
-            // Each input takes a copy, which is to be a small one: no explanation looks at these.
-            device.modules.clear();
-            device.parameters = {};
-            device.blocks.clear();
-        }
+        read.reserve(files.size());
+        for (const std::string& file : files)
+            read.push_back(loadDevice(file));
         return read;
     }();
     return devices;
@@ -95,12 +94,77 @@ void requireWholeExplanation(const Diagnosis& diagnosis, const Bytes& answer)
     require(!diagnosis.problems.empty() || offset == answer.size(), "what is not explained is named");
 }
 
+/// The device without what no diagnosis looks at: each input takes a copy, which is to be a small one.
+Device withTextsAlone(const Device& device)
+{
+    Device small;
+    small.header = device.header;
+    small.data = device.data;
+    small.isDpv1 = device.isDpv1;
+    small.diagnosisTexts = device.diagnosisTexts;
+    small.diagnosisTypes = device.diagnosisTypes;
+    small.channelTexts = device.channelTexts;
+    return small;
+}
+
+Bytes wireOf(const Capture& capture)
+{
+    Bytes wire;
+    for (const CapturedSlot& slot : capture.slots) {
+        for (const Identifier& identifier : slot.identifiers)
+            wire.insert(wire.end(), identifier.wireBytes.begin(), identifier.wireBytes.end());
+    }
+    return wire;
+}
+
+/// Any bytes as Chk_Cfg and Set_Prm: all of them are told, and what the plan of them makes is what was captured unless
+/// something is said against it.
+void readTelegrams(const Device& device, const Bytes& bytes)
+{
+    if (device.isKgp() || device.isCategoryII || bytes.empty())
+        return;
+    const auto first = bytes.begin() + 1;
+    const auto middle = first + static_cast<std::ptrdiff_t>(std::min<std::size_t>(bytes[0], bytes.size() - 1));
+    const CapturedTelegrams telegrams{{first, middle}, {middle, bytes.end()}};
+    const Capture capture = readBack(device, telegrams);
+    if (!telegrams.configuration.empty())
+        require(wireOf(capture) == telegrams.configuration, "every captured identifier is in a slot");
+    require(isUtf8(captureText(capture, nullptr, false)), "what telegrams say is UTF-8");
+    if (!capture.problems.empty() || telegrams.configuration.empty() || !capture.standard)
+        return;
+    const Configuration again = configure(device, capture.plan);
+    require(valuesOf(again.userParameters) == Bytes(telegrams.parameters.begin() + 7, telegrams.parameters.end()),
+            "the plan of a capture makes its parameters");
+    require(differencesOf(device, again, capture).empty(), "a capture is as its own plan");
+}
+
+/// A plan of any bytes is refused or can be made into telegrams, refused in its turn or not.
+void readPlan(const Device& device, const Bytes& bytes)
+{
+    const std::string head =
+        "{\"format\":\"typdescriptor-plan\",\"version\":1,\"identNumber\":" + std::to_string(device.header.identNumber);
+    const std::string text(bytes.begin(), bytes.end());
+    const std::string whole[] = {text, head + ',' + text + '}',
+                                 head + ",\"modules\":[{\"slot\":1,\"module\":\"" + text + "\"}]}"};
+    for (const std::string& json : whole) {
+        try {
+            const Plan plan = planFromJson(json, device);
+            require(toJson(planFromJson(toJson(plan, device), device), device) == toJson(plan, device),
+                    "a plan is kept in its JSON");
+            configure(device, plan);
+        } catch (const ChoiceError&) {
+            continue; // what is no plan, or one that cannot be
+        }
+    }
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     Input input(data, size);
-    Device device = exampleDevices()[input.byte() % exampleDevices().size()];
+    const Device& whole = exampleDevices()[input.byte() % exampleDevices().size()];
+    Device device = withTextsAlone(whole);
     for (unsigned texts = input.byte() & 7U; texts > 0; --texts)
         addText(device, input);
     const Bytes answer = input.rest();
@@ -112,6 +176,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const nlohmann::ordered_json json = diagnosisJson(diagnosis);
         require(nlohmann::ordered_json::parse(jsonText(json)) == json, "an explanation's JSON can be read back");
     }
+
+    readTelegrams(whole, answer);
+    readPlan(whole, answer);
 
     std::string wrong;
     require(parseHexBytes({asHex(answer)}, wrong) == answer, "hexadecimal bytes are read back");

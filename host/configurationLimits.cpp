@@ -28,7 +28,7 @@ void checkDefaults(const Draft& draft, const ParameterArea& area, unsigned slot)
     for (const Parameter& parameter : area.parameters) {
         const auto value = valueIn(parameter, area.bytes);
         const bool isKnown = !parameter.mayBeShortened && parameter.type != Parameter::kBinary;
-        if (!isKnown || !value || draft.set.count(&parameter) != 0 || parameter.allows(*value))
+        if (!isKnown || !value || draft.set.contains(&parameter) || parameter.allows(*value))
             continue;
         addProblem(draft.result, {"defaultOutOfRange",
                                   ownerName(slot) + ": " + parameter.name + ": its default " + std::to_string(*value) +

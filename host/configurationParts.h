@@ -22,6 +22,9 @@ void refuseEmptySlot(const Configuration& configuration, unsigned slot);
 /// What a preset is called.
 std::string nameOf(const PresetSlot& preset);
 
+/// What the file's SlotDefinition has against a module in a slot; often nothing.
+std::vector<Refusal> slotRefusals(const Device& device, unsigned slot, const Module& module);
+
 /// Adds a refusal that does not end the work.
 void addProblem(Configuration& result, Refusal why);
 

@@ -298,7 +298,7 @@ bool Parameter::allows(std::int64_t value) const
 
 std::string Parameter::allowedInWords() const
 {
-    const std::string range = std::to_string(minimum) + " to " + std::to_string(maximum);
+    std::string range = std::to_string(minimum) + " to " + std::to_string(maximum);
     if (minimum > maximum)
         return "none (" + range + " is the wrong way round)";
     if (allowed.empty())

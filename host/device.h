@@ -48,7 +48,7 @@ struct Parameter {
     {
         return type == kInt || type == kInt8 || type == kInt32 || ((type == kByte || type == kUint) && minimum < 0);
     }
-    bool allows(std::int64_t value) const;
+    TYPDESCRIPTOR_HOST_API bool allows(std::int64_t value) const;
     /// For people: "10 to 60000", "0, 1 or 5".
     TYPDESCRIPTOR_HOST_API std::string allowedInWords() const;
     /// For example "bits 2-4", "unsigned 16 bit".
@@ -71,7 +71,7 @@ struct ParameterArea {
 };
 
 /// Whether two areas have the same bytes and describe the same parameters.
-bool isSameArea(const ParameterArea& left, const ParameterArea& right);
+TYPDESCRIPTOR_HOST_API bool isSameArea(const ParameterArea& left, const ParameterArea& right);
 
 struct ModulePart {
     std::string text;
@@ -154,7 +154,7 @@ struct SlotRule {
     std::optional<unsigned> preset; // reference of a module
     std::vector<References> allowed;
 
-    bool allows(unsigned reference) const;
+    TYPDESCRIPTOR_HOST_API bool allows(unsigned reference) const;
 };
 
 /// What a GSD file says and a type file cannot hold.

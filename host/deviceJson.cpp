@@ -159,6 +159,7 @@ Json parameterJson(const Parameter& parameter)
     json["allowed"] = parameter.allowed;
     json["changeable"] = parameter.isChangeable;
     json["visible"] = parameter.isVisible;
+    json["mayBeShortened"] = parameter.mayBeShortened;
     json["texts"] = valueTextsJson(parameter.texts);
     return json;
 }

@@ -110,6 +110,18 @@ void explainLinks(DiagnosisBlock& block)
         block.links.push_back({data[i], (data[i + 1] & 0x80U) != 0, (data[i + 1] & 0x40U) != 0});
 }
 
+/// The texts of the device for what follows the head. Bits are numbered from the byte behind the header, so those texts
+/// begin at the fourth. What no text is for is shown as data: which of its bits are set says nothing.
+void explainUserData(const DiagnosisContext& context, DiagnosisBlock& block)
+{
+    const auto& types = context.device.diagnosisTypes;
+    const auto ownTexts = std::find_if(types.begin(), types.end(),
+                                       [&block](const DiagnosisType& type) { return type.number == block.bytes[1]; });
+    block.device = entriesOf(ownTexts == types.end() ? context.device.diagnosisTexts : ownTexts->texts, block,
+                             static_cast<unsigned>(kHeadBytes));
+    std::erase_if(block.device, [](const DeviceEntry& entry) { return entry.text.empty(); });
+}
+
 void checkHead(const DiagnosisBlock& block, Diagnosis& diagnosis)
 {
     const Dpv1Entry& entry = *block.dpv1;
@@ -174,12 +186,7 @@ void explainDpv1(const DiagnosisContext& context, DiagnosisBlock& block, Diagnos
     } else if (block.kind == DiagnosisBlock::kLinkStatus) {
         explainLinks(block);
     } else {
-        // Bits are numbered from the byte behind the header, so the texts for the user data begin at the fourth.
-        const auto& types = context.device.diagnosisTypes;
-        const auto ownTexts = std::find_if(types.begin(), types.end(),
-                                           [&](const DiagnosisType& type) { return type.number == bytes[1]; });
-        block.device = entriesOf(ownTexts == types.end() ? context.device.diagnosisTexts : ownTexts->texts, block,
-                                 static_cast<unsigned>(kHeadBytes));
+        explainUserData(context, block);
     }
     checkHead(block, diagnosis);
     checkSlot(context, block.dpv1->slot, block.offset + 2, diagnosis);

@@ -8,11 +8,17 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// Takes the bytes of one word.
+/// Takes the bytes of one word, which a mark ahead of it or behind it may call hexadecimal.
 bool takeHexWord(std::string word, Bytes& bytes)
 {
-    if (word.starts_with("0x") || word.starts_with("0X"))
-        word.erase(0, 2);
+    for (const std::string_view mark : {"0x", "0X", "x", "X", "$"}) {
+        if (word.starts_with(mark)) {
+            word.erase(0, mark.size());
+            break;
+        }
+    }
+    if (word.size() > 1 && (word.back() == 'h' || word.back() == 'H'))
+        word.pop_back();
     if (word.size() == 1)
         word.insert(0, 1, '0');
     if (word.empty() || word.size() % 2 != 0 || word.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos)
@@ -46,7 +52,7 @@ std::string hexWord(unsigned value)
 
 std::optional<Bytes> parseHexBytes(const std::vector<std::string>& arguments, std::string& wrong)
 {
-    constexpr const char* kSeparators = " \t\r\n,;:-";
+    constexpr const char* kSeparators = " \t\r\n,;:-._|\\\"'[](){}";
     Bytes bytes;
     for (const std::string& argument : arguments) {
         for (std::size_t start = argument.find_first_not_of(kSeparators); start != std::string::npos;) {

@@ -96,7 +96,6 @@ void addWatchdog(const StandardParameters& standard, unsigned base, Configuratio
 /// @throws ChoiceError  for a number that has no place in the standard part
 void checkStandard(const Device& device, const StandardParameters& standard, Configuration& result)
 {
-    constexpr unsigned kLeastMinTsdr = 11;
     constexpr unsigned kMostByte = 255;
     const auto refuse = [](const char* what, unsigned value, const std::string& allowed) {
         const std::string number = std::to_string(value);
@@ -104,7 +103,7 @@ void checkStandard(const Device& device, const StandardParameters& standard, Con
             {"outOfRange", std::string(what) + ": " + number + ", allowed are " + allowed, 0, what, number, allowed});
     };
     if (standard.minTsdr > kMostByte || (standard.minTsdr != 0 && standard.minTsdr < kLeastMinTsdr))
-        refuse("min TSDR", standard.minTsdr, "11 to 255 bit times, or 0");
+        refuse("min TSDR", standard.minTsdr, kAllowedMinTsdr);
     if (standard.groups > kMostByte)
         refuse("groups", standard.groups, "0 to 255");
     if (standard.isSync && !device.has(kFeatureSyncMode))

@@ -32,7 +32,6 @@ private:
     void readSlots(const Bytes& configuration);
     CapturedSlot slotOf(const std::vector<SlotContent>& contents, std::size_t slot);
     void checkSlot(const CapturedSlot& slot, unsigned number);
-    void checkRule(const CapturedSlot& slot, unsigned number);
     ParameterArea takeArea(const ParameterArea& area, unsigned slot);
     void checkConstants(const ParameterArea& area, const ParameterArea& captured, unsigned slot);
     void addValues(const ParameterArea& area, unsigned slot, std::vector<CapturedValue>& values);
@@ -77,6 +76,15 @@ void BackReader::checkStandard(std::uint8_t status)
     if ((status & kWatchdog) != 0 && (bytes[1] == 0 || bytes[2] == 0))
         addProblem({"watchdogFactor", "Set_Prm: the watchdog is on, and one of its factors is 0", 0, "watchdog", "0",
                     "1 to 255"});
+    const std::string minTsdr = std::to_string(bytes[3]);
+    if (bytes[3] != 0 && bytes[3] < kLeastMinTsdr)
+        addProblem({"outOfRange", "Set_Prm: min TSDR: " + minTsdr + ", allowed are " + kAllowedMinTsdr, 0, "min TSDR",
+                    minTsdr, kAllowedMinTsdr});
+    if ((status & kSync) != 0 && !device.has(kFeatureSyncMode))
+        addProblem({"noSyncMode", "Set_Prm: sync mode: the device does not support it", 0, "sync mode", "on", "off"});
+    if ((status & kFreeze) != 0 && !device.has(kFeatureFreezeMode))
+        addProblem(
+            {"noFreezeMode", "Set_Prm: freeze mode: the device does not support it", 0, "freeze mode", "on", "off"});
     if ((status & (kLock | kUnlock)) == 0)
         capture.notes.emplace_back("Set_Prm neither locks nor unlocks the slave: it is meant to change min TSDR alone");
     if (*capture.identNumber != device.header.identNumber)
@@ -207,23 +215,6 @@ CapturedSlot BackReader::slotOf(const std::vector<SlotContent>& contents, std::s
     return captured;
 }
 
-/// What the file's SlotDefinition says of the module in a slot.
-void BackReader::checkRule(const CapturedSlot& slot, unsigned number)
-{
-    if (!device.gsd || !slot.module)
-        return;
-    const auto& reference = device.modules[*slot.module].reference;
-    for (const SlotRule& rule : device.gsd->slots) {
-        if (rule.slot == number && !(reference && rule.allows(*reference)))
-            addProblem({"moduleNotAllowed",
-                        slotName(number) + " does not take " + slot.name + " by the device's slot definition",
-                        number,
-                        {},
-                        slot.name,
-                        {}});
-    }
-}
-
 void BackReader::checkSlot(const CapturedSlot& slot, unsigned number)
 {
     Bytes wire;
@@ -252,7 +243,9 @@ void BackReader::checkSlot(const CapturedSlot& slot, unsigned number)
                     {},
                     {},
                     "1 to " + std::to_string(device.slotCount())});
-    checkRule(slot, number);
+    for (Refusal& why :
+         slot.module ? slotRefusals(device, number, device.modules[*slot.module]) : std::vector<Refusal>())
+        addProblem(std::move(why));
 }
 
 void BackReader::readSlots(const Bytes& configuration)

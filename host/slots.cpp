@@ -85,12 +85,19 @@ void addDefaultModules(const Device& device, std::vector<Slot>& slots)
     }
 }
 
-/// What the file's SlotDefinition allows in a slot.
-void checkSlotRule(const Device& device, unsigned slot, const Module& module, Configuration& result)
+} // namespace
+
+std::string nameOf(const PresetSlot& preset)
 {
-    if (!device.gsd)
-        return;
-    for (const SlotRule& rule : device.gsd->slots) {
+    if (!preset.name.empty())
+        return preset.name;
+    return preset.orderNumber.empty() ? "preset" : preset.orderNumber;
+}
+
+std::vector<Refusal> slotRefusals(const Device& device, unsigned slot, const Module& module)
+{
+    std::vector<Refusal> refusals;
+    for (const SlotRule& rule : device.gsd ? device.gsd->slots : std::vector<SlotRule>()) {
         const auto takes = [&rule](const Module& candidate) {
             return candidate.reference && rule.allows(*candidate.reference);
         };
@@ -101,23 +108,15 @@ void checkSlotRule(const Device& device, unsigned slot, const Module& module, Co
             if (takes(other))
                 allowed += (allowed.empty() ? "" : ", ") + other.wholeName();
         }
-        addProblem(result, {"moduleNotAllowed",
-                            slotName(slot) + " does not take " + module.wholeName() + ", allowed are " +
-                                (allowed.empty() ? "none" : allowed),
+        allowed = allowed.empty() ? "none" : allowed;
+        refusals.push_back({"moduleNotAllowed",
+                            slotName(slot) + " does not take " + module.wholeName() + ", allowed are " + allowed,
                             slot,
                             {},
                             module.wholeName(),
                             allowed});
     }
-}
-
-} // namespace
-
-std::string nameOf(const PresetSlot& preset)
-{
-    if (!preset.name.empty())
-        return preset.name;
-    return preset.orderNumber.empty() ? "preset" : preset.orderNumber;
+    return refusals;
 }
 
 void fillSlots(const Device& device, const std::vector<ModuleChoice>& choices, Configuration& result)
@@ -150,7 +149,8 @@ void fillSlots(const Device& device, const std::vector<ModuleChoice>& choices, C
                                 slot.name});
         else
             slot = slotWith(device, index, Slot::kChosen);
-        checkSlotRule(device, choice.slot, module, result);
+        for (Refusal& why : slotRefusals(device, choice.slot, module))
+            addProblem(result, std::move(why));
     }
     nameSlots(device, result.slots);
     for (std::size_t i = 0; i < result.slots.size(); ++i) {

@@ -21,6 +21,9 @@ constexpr std::uint8_t kSync = 0x20;
 constexpr std::uint8_t kFreeze = 0x10;
 constexpr std::uint8_t kWatchdog = 0x08;
 
+constexpr unsigned kLeastMinTsdr = 11; // in bit times; 0 leaves it as it is
+constexpr const char* kAllowedMinTsdr = "11 to 255 bit times, or 0";
+
 /// The milliseconds of one unit of the watchdog, which the first user parameter of a DPV1 slave chooses.
 unsigned watchdogBase(const Device& device, const std::vector<std::uint8_t>& userParameters);
 

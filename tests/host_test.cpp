@@ -34,7 +34,7 @@ using Bytes = std::vector<std::uint8_t>;
 
 std::string typeFileOf(const std::string& gsd)
 {
-    const std::string file = newFile("host.410");
+    std::string file = newFile("host.410");
     const cTypDescriptor written(gsd.c_str(), 1, file.c_str());
     return file;
 }

@@ -143,10 +143,12 @@ TEST(ToolDiagnosis, ReadsHexInManyForms)
 {
     std::string wrong;
     const std::vector<std::uint8_t> bytes = {0x08, 0x0C, 0xFF};
-    for (const char* const form : {"080CFF", "08 0c ff", "0x08,0x0C,0xFF", "8:C:ff", " 08-0CFF "})
+    for (const char* const form :
+         {"080CFF", "08 0c ff", "0x08,0x0C,0xFF", "8:C:ff", " 08-0CFF ", "[08, 0C, FF]", "{0x08, 0X0C, 0xFF};",
+          "\\x08\\x0c\\xff", "08h 0CH ffh", "$08 $0C $FF", "08.0C.FF", "'080CFF'"})
         EXPECT_EQ(parseHexBytes({form}, wrong), bytes) << form;
     EXPECT_EQ(parseHexBytes({"08", "0C", "FF"}, wrong), bytes);
-    for (const char* const form : {"08 0G", "080", "0x", "08 +C", "-0x"})
+    for (const char* const form : {"08 0G", "080", "0x", "08 +C", "-0x", "h", "0xh", "0x0x08", "08hh"})
         EXPECT_FALSE(parseHexBytes({form}, wrong)) << form;
 }
 

@@ -164,7 +164,8 @@ std::string parameterText(const Parameter& parameter)
         place = "bytes " + number(parameter.byte) + '-' + number(parameter.byte + parameter.byteCount() - 1);
     std::string text = "  " + padded(parameter.name, 32) + ' ' + place + ", " + parameter.typeInWords() + ", default " +
                        valueInWords(parameter, parameter.defaultValue) + ", range " + parameter.allowedInWords() +
-                       (parameter.isChangeable ? "\n" : ", not to be changed\n");
+                       (parameter.isChangeable ? "" : ", not to be changed") +
+                       (parameter.mayBeShortened ? ", perhaps of 32 bits in the GSD file\n" : "\n");
     for (const ValueText& value : parameter.texts)
         text += "      " + padded(number(value.value), 6) + ' ' + value.text + '\n';
     return text;
@@ -184,11 +185,15 @@ std::string areaText(const ParameterArea& area)
 std::string blocksText(const Device& device)
 {
     std::map<int, std::string> users;
+    const auto addUser = [&users](int block, const std::string& name) {
+        if (block != kNoBlock)
+            users[block] += (users[block].empty() ? "" : ", ") + name;
+    };
+    for (std::size_t i = 0; i < device.presetSlots.size(); ++i)
+        addUser(device.presetSlots[i].block, "slot " + number(static_cast<long>(i + 1)));
     for (const Module& module : device.modules) {
-        for (const ModulePart& part : module.parts) {
-            if (part.block != kNoBlock)
-                users[part.block] += (users[part.block].empty() ? "" : ", ") + module.name;
-        }
+        for (const ModulePart& part : module.parts)
+            addUser(part.block, module.wholeName());
     }
     std::string text;
     for (std::size_t i = 0; i < device.blocks.size(); ++i) {

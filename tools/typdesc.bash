@@ -14,7 +14,7 @@ _typdesc_rules()
 _typdesc()
 {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} options
-    local sections="identification features baudRates limits slots modules parameters blocks diagnostics warnings"
+    local sections="identification features baudRates limits slots modules parameters blocks diagnostics gsd warnings"
     if ((COMP_CWORD == 1)); then
         mapfile -t COMPREPLY < <(compgen -W "check compile show diag config --help --version" -- "$current")
         return
@@ -34,7 +34,7 @@ _typdesc()
         return
         ;;
     esac
-    if [[ ${COMP_WORDS[1]} == compile && $previous =~ ^(-o|--output)$ ]]; then
+    if [[ ${COMP_WORDS[1]} == compile && $previous =~ ^(-o|--output)$ || $previous == --save ]]; then
         compopt -o filenames 2>/dev/null
         mapfile -t COMPREPLY < <(compgen -W "-" -- "${current#=}"; compgen -f -- "${current#=}")
         return
@@ -45,9 +45,12 @@ _typdesc()
         options+=" --rules --explain --help"
         ;;
     compile) options="--output --check --json --help" ;;
-    show) options="--json --section --help" ;;
-    diag) options="--json --help" ;;
-    config) options="--slot --set --json --help" ;;
+    show) options="--ident --recursive --json --section --help" ;;
+    diag) options="--ident --recursive --capture --config --dpv1 --no-dpv1 --json --help" ;;
+    config)
+        options="--ident --recursive --slot --set --watchdog --min-tsdr --groups --sync --freeze --unlocked --load"
+        options+=" --save --explain --explain-prm --json --help"
+        ;;
     *) return ;;
     esac
     if [[ $current == -* ]]; then
