@@ -5,6 +5,7 @@
 #include "tools/terminal.h"
 
 #include <array>
+#include <cstdint>
 #include <map>
 
 using namespace typdescriptor;
@@ -13,7 +14,7 @@ namespace {
 
 constexpr std::size_t kLabelWidth = 26;
 
-std::string number(long value)
+std::string number(std::int64_t value)
 {
     return std::to_string(value);
 }
