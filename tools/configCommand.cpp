@@ -37,11 +37,11 @@ struct Options {
     bool isUnlocked = false;
     std::string planToLoad;
     std::string planToSave;
-    std::string chkCfg;
-    std::string setPrm;
+    std::optional<std::string> chkCfg;
+    std::optional<std::string> setPrm;
     bool isJson = false;
 
-    bool isExplanation() const { return !chkCfg.empty() || !setPrm.empty(); }
+    bool isExplanation() const { return chkCfg || setPrm; }
     bool hasPlan() const { return !planToLoad.empty() || !slots.empty() || !values.empty() || hasStandard(); }
     bool hasStandard() const { return watchdog || minTsdr || !groups.empty() || isSync || isFreeze || isUnlocked; }
 };
@@ -110,13 +110,13 @@ ExitStatus configureDevice(const Options& options, const Device& device)
 }
 
 /// @param name  of the telegram, for messages
-std::optional<std::vector<std::uint8_t>> readTelegram(const std::string& name, const std::string& hex)
+std::optional<std::vector<std::uint8_t>> readTelegram(const std::string& name, const std::optional<std::string>& hex)
 {
     std::string problem;
     std::string wrong;
-    if (hex.empty())
+    if (!hex)
         return std::vector<std::uint8_t>();
-    const std::string text = hex == "-" ? readStandardInput(problem) : hex;
+    const std::string text = *hex == "-" ? readStandardInput(problem) : *hex;
     auto bytes = parseHexBytes({text}, wrong);
     if (bytes && !bytes->empty())
         return bytes;
