@@ -64,7 +64,7 @@ public:
         size = std::fread(text.get(), 1, capacity, stream);
         static_cast<void>(std::fclose(stream));
     }
-    const char* begin() const { return text.get(); }
+    char* begin() const { return text.get(); }
     const char* end() const { return text.get() + size; }
 
 private:
@@ -239,8 +239,8 @@ void parseAndCopyTexts(const char* path)
     const auto isBehindKeyword = [](char c) { return c == ' ' || c == '=' || c == '(' || c == '\r' || c == '\t'; };
     const auto isNumberOrText = [](char c) { return (c >= '0' && c <= '9') || c == '"'; };
     const FileText file(path);
-    std::string texts;
-    texts.reserve(static_cast<std::size_t>(file.end() - file.begin()));
+    char* const texts = file.begin(); // they are kept where the file is read already
+    char* textsEnd = texts;
     int sum = 0;
     for (const char* line = file.begin(); line != file.end();) {
         const char* const end = found('\n', line, file.end());
@@ -253,13 +253,14 @@ void parseAndCopyTexts(const char* path)
         sum += number % 1000;
         const char* const text = found('"', at, end);
         if (text != end)
-            texts.append(text + 1, found('"', text + 1, end));
+            textsEnd = std::copy(text + 1, found('"', text + 1, end), textsEnd);
         line = end == file.end() ? end : end + 1;
     }
     const std::unique_ptr<char[]> image(new char[kImageCapacity]);
     std::memset(image.get(), ' ', kImageCapacity);
-    std::memcpy(image.get(), texts.data(), std::min(kImageCapacity, texts.size()));
-    volatile int result = sum + image[texts.size() % kImageCapacity];
+    const auto size = static_cast<std::size_t>(textsEnd - texts);
+    std::memcpy(image.get(), texts, std::min(kImageCapacity, size));
+    volatile int result = sum + image[size % kImageCapacity];
     static_cast<void>(result);
 }
 

@@ -29,7 +29,7 @@ private:
 
 class Arena {
 public:
-    Arena() {} // leaves the room as it is
+    Arena() = default;
     Arena(const Arena&) = delete;
     Arena& operator=(const Arena&) = delete;
     ~Arena()

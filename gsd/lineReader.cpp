@@ -52,6 +52,7 @@ bool LineReader::fill()
     }
     // What was read ahead of an error is still good.
     readError = next == last && std::ferror(file.get()) != 0;
+    std::fill_n(block.data() + (last - next), kReadableBehindText, '\0');
     linesEnd = next + (std::string_view(next, static_cast<std::size_t>(last - next)).rfind('\n') + 1);
     for (RareCharacter* character : {&nul, &semicolon, &backslash})
         character->search(next, last);
