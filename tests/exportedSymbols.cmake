@@ -1,6 +1,9 @@
-# Fails when the class, the C interface and what stands for both in other languages do not have the same operations.
-# LIBRARY and LIBRARY_C are the shared libraries; OPERATIONS is the list of what leaves them, C function and member
-# function on a line, "-" where one has nothing beside the other; DECLARATIONS are files that name every C function.
+# Fails when anything else leaves a shared library than what is listed.
+#
+# Of LIBRARY_HOST: the names in NAMES, without parameters.
+# Of LIBRARY and LIBRARY_C: the class and the C interface, and what stands for both in other languages, have the same
+# operations. OPERATIONS lists them, C function and member function on a line, "-" where one has nothing beside the other;
+# DECLARATIONS are files that name every C function.
 
 cmake_minimum_required(VERSION 3.25)
 
@@ -29,6 +32,15 @@ function(compare what found expected)
         endif()
     endforeach()
 endfunction()
+
+if(LIBRARY_HOST)
+    exported_symbols(${LIBRARY_HOST} _exported)
+    list(TRANSFORM _exported REPLACE "(\\[abi:cxx11\\])?\\(.*\\)( const)?" "")
+    list(REMOVE_DUPLICATES _exported)
+    file(STRINGS ${NAMES} _names)
+    compare("the host library" "${_exported}" "${_names}")
+    return()
+endif()
 
 set(_members)
 set(_functions)

@@ -1,4 +1,4 @@
-// A host in one page: loads a device type from a GSD file or a type file, checks it and prints what it knows.
+// A host of the class alone: loads a device type from a GSD file or a type file, checks it and prints what it knows.
 
 #include "descriptor/cTypDescriptor.h"
 
@@ -69,7 +69,7 @@ static void printDiagnostics(const cTypDescriptor& device)
 int main(int argc, char** argv)
 {
     if (argc != 2) {
-        std::fprintf(stderr, "usage: host FILE\n");
+        std::fprintf(stderr, "usage: descriptor FILE\n");
         return 2;
     }
     cTypDescriptor device(argv[1], 0, nullptr);
