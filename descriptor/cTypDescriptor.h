@@ -11,6 +11,8 @@
 /// instead says so. No exception leaves the library. A descriptor is used by one thread at a time, since some queries
 /// write into it too; different descriptors may be used on different threads at once. Records and buffers handed over
 /// by the host stay the host's. Names of files go to the system as they are, in its own code page.
+///
+/// The page "Building the telegrams", below, says how what it answers becomes what a master sends.
 
 #ifndef TYPDESCRIPTOR_DESCRIPTOR_CTYPDESCRIPTOR_H
 #define TYPDESCRIPTOR_DESCRIPTOR_CTYPDESCRIPTOR_H
@@ -28,6 +30,122 @@ namespace internal {
 struct TypeFile;
 }
 } // namespace typdescriptor
+
+/// @page telegrams Building the telegrams
+///
+/// To run a slave, a master sends it two telegrams: its parameters (Set_Prm) and its configuration (Chk_Cfg). A descriptor
+/// has what goes into them, for a station of category I that is no KGP station. This page says what the records leave to be
+/// guessed; its code is compiled and compared with what the host library builds, which does all of this and checks it too.
+///
+/// **Configuration**: the identifiers of the slots, in slot order; a free slot ahead of a plugged one is the identifier
+/// 0x00. A module of the order-number list has one identifier, one of the module lists has one in each of its entries. An
+/// identifier of the special format has length bytes: lengthByte1 is the only one, or that of the input, and lengthByte2
+/// that of the output. The wire wants the output's first.
+///
+/// **Parameters**: 7 standard bytes, which the host makes (station status, two watchdog factors, min TSDR, ident number
+/// with the high byte first, groups), the user parameters of the station, then the block of every plugged module that has
+/// one, in slot order. Which length to send: of the station userPrmDataLen, which counts the 7 standard bytes; of a block
+/// what getSlotParameters() says. The others are no lengths of what is sent. userPrmDataLenRead is the most that all of it
+/// may take, 7 standard bytes included. commonPrmDataLen is the station's part without them in slot-parameter mode (the GSD
+/// file has the keywords of Ext_User_Prm_Data), and else 0. The text TYPEFILE_COM_QX410::userPrmDataLen has in that mode
+/// only the first two digits of userPrmDataLenRead, behind a "V". getMaxSPBlockLen() is the room that a buffer needs.
+///
+/// **Places**: a reference counts bytes from the beginning of the telegram for the station, and from the beginning of the
+/// block for a block. "PS010" of a station is the byte 3 of its user parameters, "PS002" of a block the byte 2 of the block.
+///
+/// **Values**: defaults are in the bytes already. The texts of the defaults of "BIN" and "BGR" are binary digits, the most
+/// significant first; all other numbers are decimal, limits of "BIN" and "BGR" too. Words ("INT" and "UINT") lie in the
+/// telegram with the high byte first. What a GSD file declares as Signed8, Signed32 or Unsigned32 is kept as a shorter or
+/// unsigned type (kWarnDataType): a value of 32 bits keeps its low word, at the place of the high one.
+///
+/// **Files**: what was compiled from a GSD file is not changeable, neither fresh nor read again from a type file, so that
+/// writeTypeFile() answers kErrNotChangeable (-31) for it. To have the type file written, ask the constructor. Names of
+/// files are in the system's own code page, whatever the encoding of texts is elsewhere in the host.
+///
+/// @code{.cpp}
+/// #include "descriptor/cTypDescriptor.h"
+///
+/// #include <cstdlib>
+/// #include <cstring>
+/// #include <string>
+/// #include <vector>
+///
+/// typedef std::vector<unsigned char> Bytes;
+///
+/// // Appends an identifier to a configuration telegram.
+/// void appendIdentifier(const CSLAVE_SLOT_PRESET_TYPE& preset, Bytes& configuration)
+/// {
+///     configuration.push_back(preset.identifier);
+///     if (preset.kind != 5) // only the special format goes on
+///         return;
+///     const int directions = preset.identifier >> 6; // 1 input, 2 output, 3 both
+///     if (directions == 3)
+///         configuration.push_back(static_cast<unsigned char>(preset.lengthByte2)); // the output's
+///     if (directions != 0)
+///         configuration.push_back(static_cast<unsigned char>(preset.lengthByte1));
+///     const int count = preset.identifier & 15;
+///     if (count != 15)
+///         configuration.insert(configuration.end(), preset.mfrData, preset.mfrData + count);
+/// }
+///
+/// // The user parameters of the station.
+/// Bytes stationParameters(const cTypDescriptor& device)
+/// {
+///     SLAVE_TYPEDATA_TYPE data;
+///     device.getSlaveTypeData(&data);
+///     return Bytes(data.userPrmData, data.userPrmData + (data.userPrmDataLen - 7));
+/// }
+///
+/// // The parameters of a module, with the number of its slot where the block wants it.
+/// Bytes moduleParameters(cTypDescriptor& device, const MLFB_ITEM& module, int slot)
+/// {
+///     Bytes bytes(static_cast<std::size_t>(device.getMaxSPBlockLen()));
+///     int length = 0;
+///     if (module.spIndex >= 0)
+///         device.getSlotParameters(module.spIndex, bytes.data(), &length);
+///     bytes.resize(static_cast<std::size_t>(length));
+///     KEYWORD_TYPE field;
+///     while (device.hasSPBlockThisKeyWord(&field, module.spIndex, 0) == 1) {
+///         std::size_t place = static_cast<std::size_t>(field.byteOffset);
+///         if (std::strncmp(field.dataType, "BYTE", 4) != 0)
+///             bytes[place++] = 0; // high byte of a word
+///         bytes[place] = static_cast<unsigned char>(slot);
+///     }
+///     return bytes;
+/// }
+///
+/// // The default of a parameter as a number.
+/// long defaultOf(const _parastruct& parameter)
+/// {
+///     const std::string type(parameter.dataType, 3);
+///     return std::strtol(parameter.defaultValue, nullptr, type == "BIN" || type == "BGR" ? 2 : 10);
+/// }
+///
+/// // Puts a value into the bytes that a parameter is described in.
+/// // @param standardBytes  7 for the station's, 0 for a block's
+/// // @return false when the parameter lies behind them
+/// bool putValue(const _parastruct& parameter, int standardBytes, long value, Bytes& bytes)
+/// {
+///     const std::string type(parameter.dataType, 3);
+///     const bool isWord = type == "INT" || type == "UIN";
+///     const long reference = std::strtol(std::string(parameter.reference + 2, 3).c_str(), nullptr, 10);
+///     const std::size_t place = static_cast<std::size_t>(reference - standardBytes);
+///     if (place + (isWord ? 2 : 1) > bytes.size())
+///         return false;
+///     if (isWord) {
+///         bytes[place] = static_cast<unsigned char>(value >> 8 & 0xFF);
+///         bytes[place + 1] = static_cast<unsigned char>(value & 0xFF);
+///     } else if (type == "BIT" || type == "BGR") {
+///         const int firstBit = parameter.dataType[3] - '0';
+///         const int bitCount = type == "BIT" ? 1 : parameter.dataType[4] - '0';
+///         const long mask = ((1L << bitCount) - 1) << firstBit;
+///         bytes[place] = static_cast<unsigned char>((bytes[place] & ~mask) | (value << firstBit & mask));
+///     } else {
+///         bytes[place] = static_cast<unsigned char>(value & 0xFF);
+///     }
+///     return true;
+/// }
+/// @endcode
 
 /// One PROFIBUS-DP slave device type.
 class TYPDESCRIPTOR_API cTypDescriptor {
