@@ -45,7 +45,9 @@ static void printDiagnosis(const Diagnosis& diagnosis)
 
 static int run(const std::string& file, const std::vector<std::string>& words)
 {
-    std::vector<std::string> modules, values, hex;
+    std::vector<std::string> modules;
+    std::vector<std::string> values;
+    std::vector<std::string> hex;
     for (const std::string& word : words) { // "5=MODULE", "5:PARAMETER=VALUE", bytes of an answer
         const std::size_t equals = word.find('=');
         (equals == std::string::npos ? hex : word.find(':') < equals ? values : modules).push_back(word);
