@@ -41,7 +41,8 @@ void FactReader::addBit(DiagnosisTexts& texts, const Statement& statement, std::
         texts.bits.push_back({byte, bit, {}, {}, {}, {}});
         known = texts.bits.end() - 1;
     }
-    (*known).*member = textOf(statement);
+    if (std::string& text = (*known).*member; text.empty())
+        text = textOf(statement); // of several the first counts, as in the class
 }
 
 void FactReader::addArea(const Statement& statement, std::size_t block)
