@@ -15,7 +15,7 @@ import tempfile
 # What no query tells: counts of what is listed, texts made of other figures, and what only GSD files have.
 NOT_ASKED = re.compile(
     r"^(gsd|slots/count|features/dpv1|slots/preset/\d+/name|warnings/\d+/text)$|^gsd/|^diagnostics/types/|/allowed/"
-    r"|^modules/\d+/channelErrors/|^(modules|blocks)/\d+/number$|/(slot|visible|changeable|help|setHelp|clearHelp|fullName|reference|infoText"
+    r"|^modules/\d+/channelErrors/|^(modules|blocks)/\d+/number$|/(slot|visible|changeable|help|setHelp|clearHelp|fullName|reference|infoText|mayBeShortened"
     r"|safetyParameters)$|/identifier/text$")
 # Types of a GSD file that the class keeps as others, and in so many bits.
 KEPT_AS = {"int8": ("uint8",), "int32": ("int16", "uint16"), "uint32": ("uint16",)}
@@ -156,7 +156,8 @@ def block_of(item):
 def parameter_of(parameter):
     figures = {"name": parameter.name, "type": parameter.type, "byte": parameter.byte, "default": parameter.default,
                "minimum": parameter.minimum, "maximum": parameter.maximum, "allowed": parameter.allowed,
-               "changeable": parameter.is_changeable, "visible": parameter.is_visible, "texts": texts_of(parameter.texts)}
+               "changeable": parameter.is_changeable, "visible": parameter.is_visible,
+               "mayBeShortened": parameter.may_be_shortened, "texts": texts_of(parameter.texts)}
     if parameter.type in ("bit", "bitGroup"):
         figures.update(firstBit=parameter.first_bit, bitCount=parameter.bit_count)
     return figures
