@@ -67,8 +67,7 @@ PlacedFinding placed(const typdescriptor::gsdfile::Document& document, const lin
 /// Read by Python, whose exceptions say what is wrong with a file.
 std::string bytesOfFile(const std::filesystem::path& path)
 {
-    const py::object file = py::module_::import("io").attr("FileIO")(path);
-    return file.attr("readall")().cast<std::string>();
+    return py::cast(path).attr("read_bytes")().cast<std::string>();
 }
 
 /// Whether the library takes the file for a GSD file.

@@ -9,6 +9,7 @@ import inspect
 import json
 import os
 import pathlib
+import re
 import tempfile
 import threading
 import unittest
@@ -21,13 +22,19 @@ HEAD = EXAMPLES / "RIO40A17.GSE"
 
 
 class Devices(unittest.TestCase):
-    def test_the_example_of_the_package_works_as_written(self):
+    def test_the_examples_of_package_and_readme_work_as_written(self):
+        readme = (EXAMPLES.parent.parent / "README.md").read_text(encoding="utf-8")
+        [session] = re.findall("```pycon\n(.*?)```", readme, re.DOTALL)
+        runner = doctest.DocTestRunner()
         before = os.getcwd()
         os.chdir(EXAMPLES)
         try:
-            self.assertEqual(doctest.testmod(typdescriptor), (0, 4))
+            for text in (session, typdescriptor.__doc__):
+                runner.run(doctest.DocTestParser().get_doctest(text, {}, "as written", None, 0))
         finally:
             os.chdir(before)
+        self.assertEqual(runner.failures, 0)
+        self.assertEqual(runner.tries, 11)
 
     def test_parts_outlive_the_device_they_come_from(self):
         sensor = typdescriptor.load(HEAD).blocks[7].parameters[0]
