@@ -12,6 +12,7 @@
 #include <exception>
 #include <iterator>
 #include <map>
+#include <numeric>
 #include <string>
 #include <vector>
 
@@ -69,9 +70,8 @@ void putEach(const std::string& path, const List& list, Function function)
 /// The numbers 0 to count - 1.
 std::vector<int> indexes(int count)
 {
-    std::vector<int> list;
-    for (int i = 0; i < count; ++i)
-        list.push_back(i);
+    std::vector<int> list(static_cast<std::size_t>(count));
+    std::iota(list.begin(), list.end(), 0);
     return list;
 }
 
