@@ -33,6 +33,7 @@ extern "C" {
 #endif
 
 /// One PROFIBUS-DP slave device type. Used by one thread at a time.
+// NOLINTNEXTLINE(modernize-use-using): C has no other form
 typedef struct typdescriptor_device typdescriptor_device;
 
 /// @name Handles
