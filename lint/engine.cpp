@@ -61,9 +61,9 @@ std::vector<Finding> Report::take()
 
 Finding& Report::add(Severity severity, Span place, std::string message)
 {
-    if (++_count > kMostOfRule)
-        return _leftOut = Finding{_rule, severity, place, std::move(message), {}, {}, 0};
-    return _findings.emplace_back(Finding{_rule, severity, place, std::move(message), {}, {}, 0});
+    Finding& finding = ++_count > kMostOfRule ? _leftOut : _findings.emplace_back();
+    finding = Finding{_rule, severity, place, std::move(message), {}, {}, 0};
+    return finding;
 }
 
 std::span<const Rule> allRules()

@@ -294,7 +294,7 @@ ValueClass<Device> bindDevice(py::module_& module)
         "load",
         [](const std::filesystem::path& path, bool withGsdFacts) {
             const py::gil_scoped_release released;
-            return loadDevice(path.string(), {withGsdFacts});
+            return loadDevice(path.string(), LoadOptions{withGsdFacts});
         },
         "path"_a, py::kw_only(), "with_gsd_facts"_a = true,
         "The device in a GSD file or a type file; the name tells which. Raises LoadError.");
@@ -302,7 +302,7 @@ ValueClass<Device> bindDevice(py::module_& module)
         "find",
         [](const std::filesystem::path& folder, unsigned identNumber, bool isRecursive) {
             std::vector<std::filesystem::path> paths;
-            for (std::string& path : findDevices(folder.string(), identNumber, {isRecursive}))
+            for (std::string& path : findDevices(folder.string(), identNumber, FindOptions{isRecursive}))
                 paths.emplace_back(std::move(path));
             return paths;
         },
