@@ -97,6 +97,8 @@ bool readAnswers(const Options& options, std::vector<Answer>& answers)
         reportProblem("diag", isCapture ? "takes an answer or a capture, not both" : "needs an answer");
         return false;
     }
+    if (options.capture == "-" || (options.hex.size() == 1 && options.hex.front() == "-"))
+        return readCapture("standard input", std::cin, answers);
     if (isCapture) {
         std::ifstream stream(options.capture, std::ios::binary);
         if (stream)
@@ -104,8 +106,6 @@ bool readAnswers(const Options& options, std::vector<Answer>& answers)
         reportProblem(options.capture, "cannot be read");
         return false;
     }
-    if (options.hex.size() == 1 && options.hex.front() == "-")
-        return readCapture("standard input", std::cin, answers);
     return readAnswer("diagnostic answer", 0, options.hex, answers);
 }
 
