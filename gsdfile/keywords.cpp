@@ -240,6 +240,7 @@ Nearest nearestKeyword(std::string_view name)
             nearest.keyword = &keywordRows()[i];
         least = faults;
     }
+    nearest.faults = least;
     return nearest;
 }
 

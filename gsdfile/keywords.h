@@ -114,6 +114,7 @@ const Keyword* findKeyword(std::string_view name);
 struct Nearest {
     const Keyword* keyword = nullptr; // null when none is near
     const Keyword* other = nullptr;   // one that is as near; often null
+    std::size_t faults = 0;           // letters that differ
 };
 Nearest nearestKeyword(std::string_view name);
 

@@ -38,6 +38,8 @@ bool isUtf16(const gsdfile::Document& document)
 std::optional<std::string> latin1OfUtf16(const gsdfile::Document& document)
 {
     const std::string_view bytes = document.bytes();
+    if (bytes.size() % 2 != 0)
+        return std::nullopt;
     const std::size_t low = document.encoding() == gsdfile::Encoding::utf16Little ? 0 : 1;
     std::string text;
     for (std::size_t i = document.hasMark() ? 2 : 0; i + 1 < bytes.size(); i += 2) {
@@ -208,6 +210,9 @@ void checkMixedLineEnds(const Context& context, Report& report)
             continue;
         Finding& finding = report.add(places.front(), counted(places.size(), "line ends", "lines end") + " in " +
                                                           kNames[kind] + ", the others in " + kNames[usual]);
+        // Where the lines are lines without it, a CR alone stands inside of one: what follows may be a comment's text.
+        if (kind == kCr && document.section() != gsdfile::kNone)
+            continue;
         for (const Span place : places)
             finding.mend.push_back({place, std::string(kLineEndBytes[usual])});
     }

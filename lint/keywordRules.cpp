@@ -81,13 +81,14 @@ bool hasFormOf(const Keyword& keyword, const Statement& statement)
     return isRight;
 }
 
-// Whether nothing speaks against writing the near keyword: no other one is as near, it is one of the format and of the
-// file's revision, and the statement has its form.
+// Whether nothing speaks against writing the near keyword: no other one is as near, one letter is wrong (Min for Max is
+// two), it is one of the format and of the file's revision, opens no block, and the statement has its form.
 bool isSurelyMeant(const gsdfile::Nearest& nearest, const Context& context, const Statement& statement)
 {
     static const Keyword& kRevision = *gsdfile::findKeyword("GSD_Revision");
     const Keyword& keyword = *nearest.keyword;
-    return nearest.other == nullptr && keyword.origin == gsdfile::Origin::genuine &&
+    return nearest.other == nullptr && nearest.faults <= 1 && keyword.opens == gsdfile::BlockKind::none &&
+           keyword.origin == gsdfile::Origin::genuine &&
            keyword.revision <= context.statements().number(kRevision).value_or(keyword.revision) &&
            fixedCharacters(keyword.name) == fixedCharacters(statement.name) && hasFormOf(keyword, statement);
 }

@@ -133,7 +133,8 @@ void checkStatement(const Context& context, Report& report)
         if (!statement.name.empty() && !looksLikeProse(context, statement))
             continue;
         const Span place = spanOf(firstWord(context.document, statement));
-        if (statement.values.size() == 1 && statement.values.front().kind == gsdfile::Value::number)
+        if (statement.values.size() == 1 && statement.equalsToken == gsdfile::kNone &&
+            statement.values.front().kind == gsdfile::Value::number)
             report.add(place, "a number alone on its line is the reference of a module, and this one stands in none");
         else
             report.add(place, "the line is no statement; a comment begins with a semicolon");

@@ -183,6 +183,10 @@ Reason syntaxReason(const RefusedLine& line)
         return {line.place, "the library takes a backslash only as the last character of a line, in texts as well"};
     if (outsideQuotes(line.text, '=', 1) != std::string_view::npos)
         return {line.place, "a statement has one equals sign"};
+    if (!line.block.empty() && known.empty())
+        return {line.keywordPlace,
+                "the line is no statement that may stand in a " + std::string(line.block) + " block",
+                {{line.blockPlace, "the block begins here"}}};
     if (!line.block.empty() && !isAllowedIn(line.block, known))
         return {line.keywordPlace,
                 "the library takes " + std::string(known) + " in no " + std::string(line.block) + " block",
