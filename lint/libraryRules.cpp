@@ -168,7 +168,7 @@ void checkCompilation(const Context& context, Report& report)
     // A block without content is told where it begins.
     const Span statement = verdict->code == kErrGsdEmptyBlock ? line.blockPlace
                            : reason.place.end == 0            ? Span{}
-                                                              : line.place;
+                                                              : line.whole;
     Finding* known = wholeFault(verdict->code, line.blockPlace, report);
     if (known == nullptr)
         known = sameFault(report, statement, reason.place);

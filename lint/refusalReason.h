@@ -18,6 +18,7 @@ struct Entry;
 // The statement at which the compilation ended, as far as it can be read.
 struct RefusedLine {
     Span place; // of the statement, its first line
+    Span whole; // with the lines on which it goes on, up to the one that was read last
     Span keywordPlace;
     std::string_view keyword;     // empty where the statement begins with none
     std::string text;             // the statement in one line, its comments left out

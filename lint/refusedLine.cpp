@@ -92,6 +92,8 @@ RefusedLine refusedLine(const Context& context, long line)
     const std::size_t start = entry->place.begin;
     const std::string_view firstLine = content(bytes.substr(start, bytes.find('\n', start) - start));
     refused.place = {entry->place.begin, entry->place.begin + static_cast<std::uint32_t>(firstLine.size())};
+    refused.whole = {entry->place.begin,
+                     static_cast<std::uint32_t>(std::max(start, endOfLine(context.document, line)))};
     refused.text = joinedLines(bytes.substr(start, std::max(start, endOfLine(context.document, line)) - start));
     refused.entry = entry;
     refused.keyword = entry->keyword;
