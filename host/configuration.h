@@ -37,6 +37,7 @@ struct Slot {
     std::optional<std::size_t> module = {}; // in Device::modules; none for what only the presets have
     std::vector<Identifier> identifiers;
     std::vector<ParameterArea> blocks;
+    std::vector<ValueText> channelTexts; // of its channels' maker-specific errors
 };
 
 struct Configuration {

@@ -186,7 +186,7 @@ void readPresetSlots(const cTypDescriptor& descriptor, Device& device)
         MLFB_ITEM item = {};
         descriptor.getFixedSlotId(i, &item);
         device.presetSlots.push_back(
-            {{}, fromField(item.mlfb), decodeIdentifier(item.preset), item.spIndex, item.preset.xSlot == 0});
+            {{}, fromField(item.mlfb), decodeIdentifier(item.preset), item.spIndex, item.preset.xSlot == 0, {}});
     }
 }
 

@@ -107,6 +107,7 @@ struct PresetSlot {
     Identifier identifier;
     int block = kNoBlock;
     bool isFixed = false;
+    std::vector<ValueText> channelTexts; // as those of a module
 };
 
 struct BitText {

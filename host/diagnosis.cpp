@@ -229,7 +229,7 @@ void setMakerText(const DiagnosisContext& context, ChannelEntry& entry)
     };
     entry.name = "makerSpecific";
     const Slot* const slot = slotOf(context, entry.place.slot);
-    if (slot != nullptr && slot->module && take(context.device.modules[*slot->module].channelTexts))
+    if (slot != nullptr && take(slot->channelTexts))
         return;
     take(context.device.channelTexts);
 }

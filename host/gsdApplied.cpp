@@ -89,11 +89,22 @@ int FactReader::ownBlock(int index, const GsdModule& module)
     return static_cast<int>(device.blocks.size()) - 1;
 }
 
+/// The block described as a module has it: the first one in its place, others that share it in one of their own.
+int FactReader::describedBlock(int block, const GsdModule& module)
+{
+    if (block == kNoBlock)
+        return block;
+    const auto index = static_cast<std::size_t>(block);
+    if (!describedBlocks.insert(index).second)
+        return ownBlock(block, module);
+    applyParameters(module.parameterReferences, device.blocks[index]);
+    return block;
+}
+
 /// Finds each of the device's modules in the file by its bytes and name, and adds what the file says of it.
 void FactReader::applyModules()
 {
     std::vector<bool> isTaken(modules.size());
-    std::vector<bool> isDescribed(device.blocks.size()); // by the first of its modules
     for (Module& module : device.modules) {
         std::vector<std::uint8_t> bytes;
         for (const ModulePart& part : module.parts)
@@ -107,17 +118,8 @@ void FactReader::applyModules()
             module.infoText = modules[i].infoText;
             module.channelTexts = modules[i].channelTexts;
             module.hasSafetyParameters = modules[i].hasSafetyParameters;
-            for (ModulePart& part : module.parts) {
-                if (part.block == kNoBlock)
-                    continue;
-                const auto block = static_cast<std::size_t>(part.block);
-                if (block < isDescribed.size() && !isDescribed[block]) {
-                    isDescribed[block] = true;
-                    applyParameters(modules[i].parameterReferences, device.blocks[block]);
-                } else {
-                    part.block = ownBlock(part.block, modules[i]);
-                }
-            }
+            for (ModulePart& part : module.parts)
+                part.block = describedBlock(part.block, modules[i]);
             break;
         }
     }
@@ -132,8 +134,11 @@ void FactReader::namePresets()
         if (!module.isPreset && modules.size() > 1)
             continue;
         for (std::size_t bytes = 0; slot < device.presetSlots.size() && bytes < module.bytes.size(); ++slot) {
-            device.presetSlots[slot].name = module.name;
-            bytes += device.presetSlots[slot].identifier.wireBytes.size();
+            PresetSlot& preset = device.presetSlots[slot];
+            preset.name = module.name;
+            preset.channelTexts = module.channelTexts;
+            preset.block = describedBlock(preset.block, module);
+            bytes += preset.identifier.wireBytes.size();
         }
     }
 }

@@ -14,6 +14,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -84,6 +85,7 @@ private:
     void namePresets();
     void applyDiagnosis();
     void applyParameters(const std::vector<const gsdfile::Statement*>& references, ParameterArea& area) const;
+    int describedBlock(int block, const GsdModule& module);
     int ownBlock(int index, const GsdModule& module);
 
     const gsdfile::Document& document;
@@ -92,6 +94,7 @@ private:
     std::map<std::int64_t, TextBlock> valueTexts;
     std::vector<GsdModule> modules;
     std::vector<const gsdfile::Statement*> stationReferences;
+    std::set<std::size_t> describedBlocks;
     std::map<std::size_t, std::size_t> areas; // of a block: its place among those of its texts
     DiagnosisTexts stationTexts;
     std::vector<ValueText> channelTexts; // of the station

@@ -227,6 +227,7 @@ void FactReader::readSlot(const Statement& statement)
 void FactReader::read()
 {
     device.gsd.emplace();
+    device.isDpv1 = false; // unless the file says otherwise
     for (std::size_t i = 0; i < document.blocks().size(); ++i) {
         const Statement& opening = document.statements()[document.blocks()[i].opening];
         if (document.blocks()[i].kind == BlockKind::unitDiagArea ||

@@ -61,6 +61,15 @@ void refuseOthers(const Json& object, const std::set<std::string>& known)
     }
 }
 
+/// One that is left out would be taken for the station's, or for nothing.
+void refuseWithout(const Json& object, const std::set<std::string>& needed)
+{
+    for (const std::string& name : needed) {
+        if (!object.contains(name))
+            refuse("a choice has no \"" + name + '"');
+    }
+}
+
 void readStandard(const Json& plan, StandardParameters& standard)
 {
     const auto found = plan.find("standard");
@@ -120,10 +129,12 @@ Plan planFromJson(const std::string& text, const Device& device)
     Plan plan;
     for (const Json& entry : objectsIn(json, "modules")) {
         refuseOthers(entry, {"slot", "module"});
+        refuseWithout(entry, {"slot", "module"});
         plan.modules.push_back({member(entry, "slot", 0U), member(entry, "module", std::string())});
     }
     for (const Json& entry : objectsIn(json, "values")) {
         refuseOthers(entry, {"slot", "parameter", "value"});
+        refuseWithout(entry, {"slot", "parameter", "value"});
         plan.values.push_back({member(entry, "slot", 0U), member(entry, "parameter", std::string()),
                                member(entry, "value", std::string())});
     }

@@ -27,6 +27,7 @@ void addPresets(const Device& device, std::vector<Slot>& slots)
         slot.name = nameOf(preset);
         slot.origin = Slot::kPreset;
         slot.isFixed = preset.isFixed;
+        slot.channelTexts = preset.channelTexts;
         fillPart(device, preset.identifier, preset.block, slot);
         slots.push_back(std::move(slot));
     }
@@ -47,6 +48,7 @@ Slot slotWith(const Device& device, std::size_t module, Slot::Origin origin)
     slot.name = device.modules[module].wholeName();
     slot.origin = origin;
     slot.module = module;
+    slot.channelTexts = device.modules[module].channelTexts;
     for (const ModulePart& part : device.modules[module].parts)
         fillPart(device, part.identifier, part.block, slot);
     return slot;

@@ -2,6 +2,7 @@
 
 #include "tools/commands.h"
 #include "tools/diagnosisText.h"
+#include "tools/displayText.h"
 #include "tools/loadDevice.h"
 #include "tools/planFile.h"
 #include "tools/reportJson.h"
@@ -57,7 +58,7 @@ bool readAnswer(const std::string& name, long line, const std::vector<std::strin
     if (!bytes) {
         const bool isOdd =
             wrong.size() % 2 != 0 && wrong.find_first_not_of("0123456789abcdefABCDEFxX") == std::string::npos;
-        wrong = fromArgument(wrong);
+        wrong = readable(fromArgument(wrong));
         reportProblem(line == 0 ? wrong : name + ": " + wrong,
                       isOdd ? "has an odd number of hexadecimal digits" : "is not hexadecimal bytes");
         return false;
@@ -95,6 +96,10 @@ bool readAnswers(const Options& options, std::vector<Answer>& answers)
     const bool isCapture = !options.capture.empty();
     if (isCapture != options.hex.empty()) {
         reportProblem("diag", isCapture ? "takes an answer or a capture, not both" : "needs an answer");
+        return false;
+    }
+    if (options.hex.size() > 1 && std::find(options.hex.begin(), options.hex.end(), "-") != options.hex.end()) {
+        reportProblem("diag", "takes an answer or standard input, not both");
         return false;
     }
     if (options.capture == "-" || (options.hex.size() == 1 && options.hex.front() == "-"))

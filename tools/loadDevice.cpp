@@ -62,7 +62,10 @@ std::size_t rankOf(const std::string& file)
 /// The one file that is meant; empty, and said, when there is none or more than one device.
 std::string fileIn(const DeviceChoice& choice, unsigned ident)
 {
-    const std::vector<std::string> files = findDevices(choice.path, ident, {choice.isRecursive});
+    std::vector<std::string> files = findDevices(choice.path, ident, {choice.isRecursive});
+    // A type file beside them may have been compiled from any of them, under a name of its own.
+    if (std::any_of(files.begin(), files.end(), isGsdFileName))
+        std::erase_if(files, [](const std::string& file) { return !isGsdFileName(file); });
     if (files.empty()) {
         reportProblem(choice.path, "no file states ident number " + hexWord(ident));
         return {};
