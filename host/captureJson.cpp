@@ -1,7 +1,5 @@
 #include "host/jsonValues.h"
 
-#include <array>
-
 namespace typdescriptor {
 
 using Json = nlohmann::ordered_json;
@@ -19,12 +17,11 @@ Json valueJson(const CapturedValue& value)
 
 Json slotsJson(const std::vector<CapturedSlot>& slots)
 {
-    constexpr std::array<const char*, 3> kOrigins = {"free", "preset", "chosen"};
     Json list = Json::array();
     for (const CapturedSlot& slot : slots)
         list.push_back({{"slot", list.size() + 1},
                         {"name", slot.name},
-                        {"origin", kOrigins[slot.origin]},
+                        {"origin", originName(slot.origin)},
                         {"module", slot.module ? Json(*slot.module + 1) : Json()},
                         {"alternatives", slot.alternatives},
                         {"identifiers", listJson(slot.identifiers, identifierJson)},

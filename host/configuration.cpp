@@ -4,6 +4,7 @@
 #include "host/parameterValue.h"
 
 #include <algorithm>
+#include <array>
 
 namespace typdescriptor {
 
@@ -113,6 +114,12 @@ std::vector<std::uint8_t> valuesOf(const std::vector<TelegramByte>& telegram)
     for (const TelegramByte& byte : telegram)
         values.push_back(byte.value);
     return values;
+}
+
+const char* originName(Slot::Origin origin)
+{
+    constexpr std::array<const char*, 3> kNames = {"free", "preset", "chosen"};
+    return kNames.at(static_cast<std::size_t>(origin));
 }
 
 Configuration configure(const Device& device, const Plan& plan)

@@ -40,6 +40,9 @@ struct Slot {
     std::vector<ValueText> channelTexts; // of its channels' maker-specific errors
 };
 
+/// "free", "preset", "chosen".
+TYPDESCRIPTOR_HOST_API const char* originName(Slot::Origin origin);
+
 struct Configuration {
     std::vector<Slot> slots;
     std::vector<TelegramByte> parameters;     // Set_Prm, whole

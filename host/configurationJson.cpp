@@ -3,8 +3,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include <array>
-
 namespace typdescriptor {
 
 using Json = nlohmann::ordered_json;
@@ -35,14 +33,13 @@ Json refusalJson(const Refusal& refusal)
 
 Json configurationJson(const Configuration& configuration)
 {
-    constexpr std::array<const char*, 3> kOrigins = {"free", "preset", "chosen"};
     Json slots = Json::array();
     for (const Slot& slot : configuration.slots)
         slots.push_back({{"slot", slots.size() + 1},
                          {"name", slot.name},
                          {"slotName", slot.slotName},
                          {"module", slot.module ? Json(*slot.module + 1) : Json()},
-                         {"origin", kOrigins[slot.origin]},
+                         {"origin", originName(slot.origin)},
                          {"fixed", slot.isFixed}});
     return {{"slots", slots},
             {"inputBytes", configuration.inputBytes},

@@ -309,6 +309,13 @@ std::string Parameter::allowedInWords() const
     return words;
 }
 
+const char* typeName(Parameter::Type type)
+{
+    constexpr std::array<const char*, 9> kNames = {"bit",      "binary", "uint8", "int16", "uint16",
+                                                   "bitGroup", "int8",   "int32", "uint32"};
+    return kNames.at(static_cast<std::size_t>(type));
+}
+
 bool isSameArea(const ParameterArea& left, const ParameterArea& right)
 {
     const auto isSame = [](const Parameter& one, const Parameter& other) {

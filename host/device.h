@@ -57,6 +57,9 @@ struct Parameter {
     TYPDESCRIPTOR_HOST_API std::string textOf(std::int64_t value) const;
 };
 
+/// Stable, for programs: "bit", "binary", "uint8", "int16", "uint16", "bitGroup", "int8", "int32", "uint32".
+TYPDESCRIPTOR_HOST_API const char* typeName(Parameter::Type type);
+
 /// Where a block wants the number of the slot that its module is plugged into.
 struct SlotNumberField {
     unsigned byte = 0;

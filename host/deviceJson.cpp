@@ -139,13 +139,6 @@ Json modulesJson(const Device& device)
     return list;
 }
 
-const char* typeName(Parameter::Type type)
-{
-    constexpr std::array<const char*, 9> kNames = {"bit",      "binary", "uint8", "int16", "uint16",
-                                                   "bitGroup", "int8",   "int32", "uint32"};
-    return kNames.at(static_cast<std::size_t>(type));
-}
-
 Json parameterJson(const Parameter& parameter)
 {
     Json json = {{"name", parameter.name}, {"type", typeName(parameter.type)}, {"byte", parameter.byte}};

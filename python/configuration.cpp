@@ -6,7 +6,6 @@
 #include "host/json.h"
 #include "host/readBack.h"
 
-#include <array>
 #include <map>
 #include <optional>
 #include <utility>
@@ -39,8 +38,7 @@ void addChoices(Plan& plan, const Modules& modules, const Values& values)
 template <class SlotType>
 const char* originOf(const SlotType& slot)
 {
-    constexpr std::array<const char*, 3> kNames = {"free", "preset", "chosen"};
-    return kNames[slot.origin];
+    return originName(slot.origin);
 }
 
 /// The bytes of a telegram, and where each comes from.

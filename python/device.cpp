@@ -32,13 +32,6 @@ std::string nameWithIdent(const Device& device)
     return device.modelName + "' " + ident.data();
 }
 
-const char* typeName(const Parameter& parameter)
-{
-    constexpr std::array<const char*, 9> kNames = {"bit",      "binary", "uint8", "int16", "uint16",
-                                                   "bitGroup", "int8",   "int32", "uint32"};
-    return kNames[static_cast<std::size_t>(parameter.type)];
-}
-
 /// A field of a record: up to its NUL, without the blanks that pad it.
 py::str fieldOf(const char* field)
 {
@@ -75,7 +68,9 @@ void bindParameters(py::module_& module)
         .value("help", &ValueText::help);
     ValueClass<Parameter>(module, "Parameter", "A parameter that a person can set.")
         .value("name", &Parameter::name)
-        .derived("type", typeName, "bit, binary, bitGroup, uint8, int8, uint16, int16, uint32, int32")
+        .derived(
+            "type", [](const Parameter& self) { return typeName(self.type); },
+            "bit, binary, bitGroup, uint8, int8, uint16, int16, uint32, int32")
         .value("byte", &Parameter::byte, "in its area, from 0")
         .value("first_bit", &Parameter::firstBit, "of a bit or a bit group")
         .value("bit_count", &Parameter::bitCount)
